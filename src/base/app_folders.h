@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QDir>
+
+/// The product's fixed identifier: last part of the application data folder's path, and the update check's `pid`.
+inline constexpr char productIdentifier[] = "A3F1C9D27B4E8806D5E2B7C4190F6A3D";
+
+/// "AppData/Roaming" below the home folder if that exists, else "Application Data" below it.
+QDir roamingFolder();
+
+/// The application data folder, computed and created on first use and kept for the life of the process.
+/// A redirect file in the roaming folder may move its parent elsewhere.
+QDir appDataFolder();
+
+/// Below the application data folder; each sub-folder is one local database. Created when missing.
+QDir localDatabasesFolder();
+
+/// Forgets the kept application data folder, so that a test can move the home folder.
+void forgetAppDataFolder();

@@ -1,0 +1,91 @@
+#include "base/contained_path.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QStringList>
+
+namespace
+{
+constexpr const char *deviceNames[] = {"CON",  "PRN",  "AUX",  "NUL",  "CLOCK$", "COM1", "COM2", "COM3", "COM4",
+                                       "COM5", "COM6", "COM7", "COM8", "COM9",   "LPT1", "LPT2", "LPT3", "LPT4",
+                                       "LPT5", "LPT6", "LPT7", "LPT8", "LPT9"};
+
+bool namesDevice(const QString &component)
+{
+    const QString base = component.section(QLatin1Char('.'), 0, 0).trimmed();
+    for (const char *name : deviceNames)
+        if (base.compare(QLatin1String(name), Qt::CaseInsensitive) == 0)
+            return true;
+    return false;
+}
+
+bool isForbidden(QChar c)
+{
+    return c.unicode() < 0x20 || QStringLiteral("\\:*?\"<>|").contains(c);
+}
+
+QString portable(QString component)
+{
+    for (QChar &c : component)
+        if (isForbidden(c))
+            c = QLatin1Char('_');
+    QChar &last = component.back();
+    if (last == QLatin1Char('.') || last == QLatin1Char(' '))
+        last = QLatin1Char('_');
+    return component;
+}
+
+QString problemOf(const QString &path)
+{
+    if (path.isEmpty())
+        return QStringLiteral("the path is empty");
+    if (path.contains(QChar(0)))
+        return QStringLiteral("the path holds a NUL character");
+    if (path.startsWith(QLatin1Char('/')) || path.startsWith(QLatin1Char('\\')))
+        return QStringLiteral("the path is absolute");
+    if (path.size() >= 2 && path.at(1) == QLatin1Char(':') && path.at(0).unicode() < 128 && path.at(0).isLetter())
+        return QStringLiteral("the path begins with a drive letter");
+    return {};
+}
+
+QString problemOfComponent(const QString &component)
+{
+    if (component.isEmpty() || component == QLatin1String("."))
+        return QStringLiteral("the path has an empty component");
+    // On Windows a backslash separates too, so "..\x" climbs as "../x" does.
+    if (component.split(QLatin1Char('\\')).contains(QStringLiteral("..")))
+        return QStringLiteral("the path climbs with \"..\"");
+    if (namesDevice(component))
+        return QStringLiteral("\"%1\" names a device").arg(component);
+    return {};
+}
+}
+
+std::optional<QString> containedPath(const QString &folder, const QString &relativePath, QString *whyNot)
+{
+    QString problem = problemOf(relativePath);
+    QStringList components = relativePath.split(QLatin1Char('/'));
+    for (qsizetype i = 0; problem.isEmpty() && i < components.size(); ++i) {
+        problem = problemOfComponent(components[i]);
+        if (problem.isEmpty())
+            components[i] = portable(components[i]);
+    }
+    if (!problem.isEmpty()) {
+        if (whyNot)
+            *whyNot = problem;
+        return std::nullopt;
+    }
+    return QDir(folder).filePath(components.join(QLatin1Char('/')));
+}
+
+bool staysBelow(const QString &folder, const QString &path)
+{
+    const QString root = QFileInfo(folder).canonicalFilePath();
+    if (root.isEmpty())
+        return false;
+    QFileInfo existing(path);
+    while (!existing.exists() && !existing.isSymLink() && existing.absolutePath() != existing.absoluteFilePath())
+        existing.setFile(existing.absolutePath());
+    const QString real = existing.canonicalFilePath();
+    return real == root || real.startsWith(root.endsWith(QLatin1Char('/')) ? root : root + QLatin1Char('/'));
+}

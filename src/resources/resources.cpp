@@ -1,0 +1,3 @@
+#include "resources/resources.h"
+
+void initResources() {}

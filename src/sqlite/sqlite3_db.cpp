@@ -1,0 +1,148 @@
+#include "sqlite/sqlite3_db.h"
+
+#include "base/error.h"
+
+#include <QFileInfo>
+#include <QUrl>
+
+#include <sqlite3.h>
+
+namespace
+{
+int flagsOf(SqliteOpen mode)
+{
+    switch (mode) {
+    case SqliteOpen::ReadOnly:
+        return SQLITE_OPEN_READONLY;
+    case SqliteOpen::ReadWrite:
+        return SQLITE_OPEN_READWRITE;
+    case SqliteOpen::ReadWriteCreate:
+        return SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
+    case SqliteOpen::Immutable:
+        return SQLITE_OPEN_READONLY | SQLITE_OPEN_URI;
+    }
+    return SQLITE_OPEN_READONLY;
+}
+
+QByteArray fileNameFor(const QString &path, SqliteOpen mode)
+{
+    if (mode != SqliteOpen::Immutable)
+        return path.toUtf8();
+    return QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath()).toEncoded() + "?immutable=1";
+}
+
+// SQLite reads the file only when it must: ask for the schema so that a file that is no database fails now.
+int touchSchema(sqlite3 *db) { return sqlite3_exec(db, "select count(*) from sqlite_master", nullptr, nullptr, nullptr); }
+
+// Databases come from backups: definitions in them must not call functions or change SQLite's own tables.
+void distrust(sqlite3 *db)
+{
+    sqlite3_db_config(db, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+    sqlite3_db_config(db, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+}
+}
+
+Sqlite3DB::~Sqlite3DB() { close(); }
+
+bool Sqlite3DB::open(const QString &path, SqliteOpen mode)
+{
+    close();
+    m_path = path;
+    const int opened = sqlite3_open_v2(fileNameFor(path, mode).constData(), &m_db, flagsOf(mode), nullptr);
+    if (m_db)
+        distrust(m_db);
+    if (opened == SQLITE_OK && touchSchema(m_db) == SQLITE_OK)
+        return true;
+    m_lastError = m_db ? QString::fromUtf8(sqlite3_errmsg(m_db)) : QStringLiteral("out of memory");
+    close();
+    return false;
+}
+
+void Sqlite3DB::openThrow(const QString &path, SqliteOpen mode)
+{
+    if (!open(path, mode))
+        throw Error(QStringLiteral("can not open %1. %2").arg(path, m_lastError));
+}
+
+void Sqlite3DB::close()
+{
+    sqlite3_close_v2(m_db);
+    m_db = nullptr;
+}
+
+bool Sqlite3DB::exec(const QString &script)
+{
+    if (sqlite3_exec(m_db, script.toUtf8().constData(), nullptr, nullptr, nullptr) == SQLITE_OK)
+        return true;
+    m_lastError = QString::fromUtf8(sqlite3_errmsg(m_db));
+    return false;
+}
+
+void Sqlite3DB::executeThrow(const Sqlite3Sql &sql)
+{
+    Sqlite3Cursor cursor = queryThrow(sql);
+    while (cursor.moveNext()) { }
+}
+
+Sqlite3Cursor Sqlite3DB::queryThrow(const Sqlite3Sql &sql) const
+{
+    sqlite3_stmt *statement = nullptr;
+    const QByteArray text = sql.sql().toUtf8();
+    if (sqlite3_prepare_v2(m_db, text.constData(), static_cast<int>(text.size()), &statement, nullptr) != SQLITE_OK)
+        throw Error(QStringLiteral("can not read %1. %2").arg(m_path, QString::fromUtf8(sqlite3_errmsg(m_db))));
+    sql.bindTo(statement);
+    return Sqlite3Cursor(statement, m_path);
+}
+
+void Sqlite3DB::beginTran() { executeThrow(QStringLiteral("begin immediate")); }
+void Sqlite3DB::commitTran() { executeThrow(QStringLiteral("commit")); }
+
+void Sqlite3DB::rollbackTran()
+{
+    if (m_db && sqlite3_get_autocommit(m_db) == 0)
+        sqlite3_exec(m_db, "rollback", nullptr, nullptr, nullptr);
+}
+
+qint64 Sqlite3DB::lastInsertId() const { return sqlite3_last_insert_rowid(m_db); }
+
+QList<_SqliteCol> Sqlite3DB::tbInfo(const QString &table) const
+{
+    QString quoted = table;
+    quoted.replace(QLatin1Char('"'), QLatin1String("\"\""));
+    QList<_SqliteCol> columns;
+    Sqlite3Cursor cursor = queryThrow(QStringLiteral("pragma table_info(\"%1\")").arg(quoted));
+    while (cursor.moveNext())
+        columns.append({cursor.getText(1), cursor.getText(2), cursor.getInt(3) != 0, cursor.getText(4), cursor.getInt(5)});
+    return columns;
+}
+
+QSet<QString> Sqlite3DB::tbCols(const QString &table) const
+{
+    QSet<QString> names;
+    const auto columns = tbInfo(table);
+    for (const _SqliteCol &column : columns)
+        names.insert(column.name.toLower());
+    return names;
+}
+
+bool Sqlite3DB::hasTable(const QString &table) const
+{
+    Sqlite3Cursor cursor = queryThrow(
+        Sqlite3Sql(QStringLiteral("select 1 from sqlite_master where type='table' and name=? collate nocase"))
+            .addTextParam(table));
+    return cursor.moveNext();
+}
+
+Sqlite3Transaction::Sqlite3Transaction(Sqlite3DB &db) : m_db(db) { m_db.beginTran(); }
+
+Sqlite3Transaction::~Sqlite3Transaction()
+{
+    if (m_open)
+        m_db.rollbackTran();
+}
+
+void Sqlite3Transaction::commit()
+{
+    m_db.commitTran();
+    m_open = false;
+}
