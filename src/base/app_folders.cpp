@@ -4,8 +4,7 @@
 
 #include <optional>
 
-namespace
-{
+namespace {
 std::optional<QString> &keptFolder()
 {
     static std::optional<QString> folder;
@@ -16,13 +15,14 @@ std::optional<QString> &keptFolder()
 QString redirectedBase(const QDir &roaming)
 {
     const QLatin1String identifier(productIdentifier);
-    QFile redirect(roaming.filePath(QStringLiteral("Quillbarrow/") + identifier + QStringLiteral(".redirect")));
+    QFile redirect(
+        roaming.filePath(QStringLiteral("Quillbarrow/") + identifier + QStringLiteral(".redirect")));
     if (!redirect.open(QIODevice::ReadOnly))
         return {};
     const QString base = QString::fromUtf8(redirect.readAll());
     return !base.isEmpty() && QFile::exists(base) ? base : QString();
 }
-}
+} // namespace
 
 QDir roamingFolder()
 {
@@ -53,4 +53,7 @@ QDir localDatabasesFolder()
     return folder;
 }
 
-void forgetAppDataFolder() { keptFolder().reset(); }
+void forgetAppDataFolder()
+{
+    keptFolder().reset();
+}

@@ -2,7 +2,8 @@
 
 #include <QDir>
 
-/// The product's fixed identifier: last part of the application data folder's path, and the update check's `pid`.
+/// The product's fixed identifier: last part of the application data folder's path, and the update check's
+/// `pid`.
 inline constexpr char productIdentifier[] = "A3F1C9D27B4E8806D5E2B7C4190F6A3D";
 
 /// "AppData/Roaming" below the home folder if that exists, else "Application Data" below it.

@@ -2,8 +2,7 @@
 
 #include <QTimeZone>
 
-namespace
-{
+namespace {
 constexpr std::int64_t nanosecondsThreshold = 1'000'000'000'000'000;
 constexpr std::int64_t nanosecondsPerSecond = 1'000'000'000;
 constexpr std::int64_t secondsPerDay = 86400;
@@ -15,7 +14,7 @@ std::int64_t floorDiv(std::int64_t a, std::int64_t b)
     const std::int64_t q = a / b;
     return (a % b != 0 && (a < 0) != (b < 0)) ? q - 1 : q;
 }
-}
+} // namespace
 
 std::int64_t appleSeconds(std::int64_t stored, bool columnIsNanoseconds)
 {

@@ -12,8 +12,14 @@ inline constexpr std::int64_t appleEpochUnix = 978307200;
 std::int64_t appleSeconds(std::int64_t stored, bool columnIsNanoseconds);
 
 /// Unix seconds of an Apple absolute time.
-constexpr std::int64_t unixFromApple(std::int64_t appleSeconds) { return appleSeconds + appleEpochUnix; }
-constexpr std::int64_t appleFromUnix(std::int64_t unixSeconds) { return unixSeconds - appleEpochUnix; }
+constexpr std::int64_t unixFromApple(std::int64_t appleSeconds)
+{
+    return appleSeconds + appleEpochUnix;
+}
+constexpr std::int64_t appleFromUnix(std::int64_t unixSeconds)
+{
+    return unixSeconds - appleEpochUnix;
+}
 
 /// "2012-01-01T00:00:00Z" for Unix seconds; empty when the instant lies outside the years 1 to 9999.
 QString isoUtc(std::int64_t unixSeconds);

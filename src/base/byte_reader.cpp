@@ -13,7 +13,8 @@ void ByteReader::require(qsizetype count) const
 void ByteReader::seek(qsizetype offset)
 {
     if (offset < 0 || offset > m_bytes.size())
-        throw Error(QStringLiteral("offset %1 lies outside the data of %2 bytes").arg(offset).arg(m_bytes.size()));
+        throw Error(
+            QStringLiteral("offset %1 lies outside the data of %2 bytes").arg(offset).arg(m_bytes.size()));
     m_position = offset;
 }
 

@@ -4,8 +4,9 @@
 
 #include <cstdint>
 
-/// A bounded reader over bytes that it does not own: position, remaining, integers of both byte orders, slices.
-/// Every read checks the remaining length first; a read that runs short throws Error and moves nothing.
+/// A bounded reader over bytes that it does not own: position, remaining, integers of both byte orders,
+/// slices. Every read checks the remaining length first; a read that runs short throws Error and moves
+/// nothing.
 class ByteReader
 {
 public:

@@ -4,11 +4,10 @@
 #include <QFileInfo>
 #include <QStringList>
 
-namespace
-{
-constexpr const char *deviceNames[] = {"CON",  "PRN",  "AUX",  "NUL",  "CLOCK$", "COM1", "COM2", "COM3", "COM4",
-                                       "COM5", "COM6", "COM7", "COM8", "COM9",   "LPT1", "LPT2", "LPT3", "LPT4",
-                                       "LPT5", "LPT6", "LPT7", "LPT8", "LPT9"};
+namespace {
+constexpr const char *deviceNames[] = {"CON",  "PRN",  "AUX",  "NUL",  "CLOCK$", "COM1", "COM2", "COM3",
+                                       "COM4", "COM5", "COM6", "COM7", "COM8",   "COM9", "LPT1", "LPT2",
+                                       "LPT3", "LPT4", "LPT5", "LPT6", "LPT7",   "LPT8", "LPT9"};
 
 bool namesDevice(const QString &component)
 {
@@ -43,7 +42,8 @@ QString problemOf(const QString &path)
         return QStringLiteral("the path holds a NUL character");
     if (path.startsWith(QLatin1Char('/')) || path.startsWith(QLatin1Char('\\')))
         return QStringLiteral("the path is absolute");
-    if (path.size() >= 2 && path.at(1) == QLatin1Char(':') && path.at(0).unicode() < 128 && path.at(0).isLetter())
+    if (path.size() >= 2 && path.at(1) == QLatin1Char(':') && path.at(0).unicode() < 128 &&
+        path.at(0).isLetter())
         return QStringLiteral("the path begins with a drive letter");
     return {};
 }
@@ -59,7 +59,7 @@ QString problemOfComponent(const QString &component)
         return QStringLiteral("\"%1\" names a device").arg(component);
     return {};
 }
-}
+} // namespace
 
 std::optional<QString> containedPath(const QString &folder, const QString &relativePath, QString *whyNot)
 {
@@ -84,7 +84,8 @@ bool staysBelow(const QString &folder, const QString &path)
     if (root.isEmpty())
         return false;
     QFileInfo existing(path);
-    while (!existing.exists() && !existing.isSymLink() && existing.absolutePath() != existing.absoluteFilePath())
+    while (!existing.exists() && !existing.isSymLink() &&
+           existing.absolutePath() != existing.absoluteFilePath())
         existing.setFile(existing.absolutePath());
     const QString real = existing.canonicalFilePath();
     return real == root || real.startsWith(root.endsWith(QLatin1Char('/')) ? root : root + QLatin1Char('/'));

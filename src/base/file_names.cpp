@@ -4,8 +4,7 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 
-namespace
-{
+namespace {
 // Windows reserves more names than these; the list is part of the promise which names change.
 constexpr const char *deviceNames[] = {"CON",  "PRN",  "AUX",  "CLOCK$", "NUL",  "COM1", "COM2", "COM3",
                                        "COM4", "COM5", "COM6", "COM7",   "COM8", "COM9", "LPT1"};
@@ -43,7 +42,7 @@ bool isTaken(const QString &path)
     const QFileInfo info(path);
     return info.exists() || info.isSymLink();
 }
-}
+} // namespace
 
 QString safeFileName(const QString &text)
 {
@@ -62,7 +61,8 @@ QString freeFileName(const QString &path)
     const QFileInfo info(path);
     const NameParts parts = split(info.fileName());
     for (int n = 1;; ++n) {
-        const QString name = withSuffix(QStringLiteral("%1(%2)").arg(parts.base, QString::number(n)), parts.suffix);
+        const QString name =
+            withSuffix(QStringLiteral("%1(%2)").arg(parts.base, QString::number(n)), parts.suffix);
         const QString candidate = info.path() == QLatin1String(".") && !path.startsWith(QLatin1String("./"))
                                       ? name
                                       : QDir(info.path()).filePath(name);
@@ -81,7 +81,8 @@ void removeFolderTree(const QString &path)
     if (!info.isDir())
         return;
     const QDir folder(path);
-    const auto entries = folder.entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    const auto entries =
+        folder.entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
     for (const QFileInfo &entry : entries) {
         if (entry.isDir() && !entry.isSymLink())
             removeFolderTree(entry.filePath());

@@ -7,8 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-namespace
-{
+namespace {
 struct LogState
 {
     QString folder;
@@ -36,7 +35,7 @@ QString lineHead(QtMsgType type)
         return {};
     }
 }
-}
+} // namespace
 
 void initLog(const QString &folder, int keep, DebugEcho echo)
 {
@@ -55,8 +54,8 @@ void logMessage(QtMsgType type, const QMessageLogContext &, const QString &text)
     folder.mkpath(QStringLiteral("."));
     QFile file(folder.filePath(QStringLiteral("log-%1.txt").arg(now.toString(QStringLiteral("yyyyMMdd")))));
     if (file.open(QIODevice::Append | QIODevice::WriteOnly)) {
-        const QString line = QLatin1Char('(') + lineHead(type) + now.toString(QStringLiteral("hh:mm:ss"))
-                             + QStringLiteral(") ") + text + QLatin1Char('\n');
+        const QString line = QLatin1Char('(') + lineHead(type) + now.toString(QStringLiteral("hh:mm:ss")) +
+                             QStringLiteral(") ") + text + QLatin1Char('\n');
         file.write(line.toUtf8());
     }
     if (type == QtDebugMsg && state().echo == DebugEcho::ToStandardOutput) {

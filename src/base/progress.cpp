@@ -2,8 +2,7 @@
 
 #include "base/error.h"
 
-namespace
-{
+namespace {
 constexpr qint64 reportIntervalMs = 50;
 }
 
@@ -25,7 +24,8 @@ void CountedProgress::item()
     if (m_done != m_total && m_sinceReport.isValid() && m_sinceReport.elapsed() < reportIntervalMs)
         return;
     m_sinceReport.start();
-    const int percent = m_total > 0 ? static_cast<int>(static_cast<double>(m_done) / static_cast<double>(m_total) * 100)
-                                    : 100;
+    const int percent =
+        m_total > 0 ? static_cast<int>(static_cast<double>(m_done) / static_cast<double>(m_total) * 100)
+                    : 100;
     m_progress.report(m_status, percent, m_counter.arg(m_done).arg(m_total));
 }

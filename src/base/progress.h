@@ -3,14 +3,15 @@
 #include <QElapsedTimer>
 #include <QString>
 
-/// What a long job knows of whoever watches it. Jobs call report as often as they like and check() before each
-/// item; the watcher decides what it shows.
+/// What a long job knows of whoever watches it. Jobs call report as often as they like and check() before
+/// each item; the watcher decides what it shows.
 class Progress
 {
 public:
     virtual ~Progress() = default;
 
-    /// `percent` -1 leaves the bar as it is; an empty `status` leaves the title; an empty `detail` shows the percent.
+    /// `percent` -1 leaves the bar as it is; an empty `status` leaves the title; an empty `detail` shows the
+    /// percent.
     virtual void report(const QString &status, int percent, const QString &detail) = 0;
     /// True once the user has asked to stop. May be called from any thread.
     virtual bool isCancelled() const = 0;

@@ -10,13 +10,13 @@
 #include <shellapi.h>
 #endif
 
-namespace
-{
+namespace {
 #ifdef Q_OS_WIN
 void shellExecute(const QString &file, const QString &parameters, int show)
 {
     ShellExecuteW(nullptr, L"open", reinterpret_cast<const wchar_t *>(file.utf16()),
-                  parameters.isEmpty() ? nullptr : reinterpret_cast<const wchar_t *>(parameters.utf16()), nullptr, show);
+                  parameters.isEmpty() ? nullptr : reinterpret_cast<const wchar_t *>(parameters.utf16()),
+                  nullptr, show);
 }
 #else
 void openWithDesktop(const QString &target)
@@ -24,7 +24,7 @@ void openWithDesktop(const QString &target)
     QProcess::startDetached(QStringLiteral("xdg-open"), {target});
 }
 #endif
-}
+} // namespace
 
 void openFolderInShell(const QString &path)
 {

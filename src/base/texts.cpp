@@ -12,4 +12,7 @@ void installTexts()
         qWarning("the texts of the interface could not be loaded");
 }
 
-QString textFor(const char *key) { return QCoreApplication::translate("", key); }
+QString textFor(const char *key)
+{
+    return QCoreApplication::translate("", key);
+}

@@ -8,12 +8,14 @@
 
 #include <utility>
 
-Sqlite3Cursor::Sqlite3Cursor(sqlite3_stmt *statement, QString path) : m_statement(statement), m_path(std::move(path))
+Sqlite3Cursor::Sqlite3Cursor(sqlite3_stmt *statement, QString path)
+    : m_statement(statement), m_path(std::move(path))
 {
 }
 
 Sqlite3Cursor::Sqlite3Cursor(Sqlite3Cursor &&other) noexcept
-    : m_statement(std::exchange(other.m_statement, nullptr)), m_path(std::move(other.m_path)),
+    : m_statement(std::exchange(other.m_statement, nullptr)),
+      m_path(std::move(other.m_path)),
       m_columns(std::move(other.m_columns))
 {
 }
@@ -26,7 +28,10 @@ Sqlite3Cursor &Sqlite3Cursor::operator=(Sqlite3Cursor &&other) noexcept
     return *this;
 }
 
-Sqlite3Cursor::~Sqlite3Cursor() { sqlite3_finalize(m_statement); }
+Sqlite3Cursor::~Sqlite3Cursor()
+{
+    sqlite3_finalize(m_statement);
+}
 
 bool Sqlite3Cursor::moveNext()
 {
@@ -46,7 +51,10 @@ void Sqlite3Cursor::rebind(const Sqlite3Sql &values)
     values.bindTo(m_statement);
 }
 
-int Sqlite3Cursor::count() const { return sqlite3_column_count(m_statement); }
+int Sqlite3Cursor::count() const
+{
+    return sqlite3_column_count(m_statement);
+}
 
 QString Sqlite3Cursor::columnName(int column) const
 {
@@ -61,14 +69,20 @@ int Sqlite3Cursor::columnIndex(const QString &name) const
     return m_columns.value(name.toLower(), -1);
 }
 
-bool Sqlite3Cursor::has(int column) const { return column >= 0 && column < sqlite3_data_count(m_statement); }
+bool Sqlite3Cursor::has(int column) const
+{
+    return column >= 0 && column < sqlite3_data_count(m_statement);
+}
 
 bool Sqlite3Cursor::isNull(int column) const
 {
     return !has(column) || sqlite3_column_type(m_statement, column) == SQLITE_NULL;
 }
 
-int Sqlite3Cursor::getInt(int column) const { return has(column) ? sqlite3_column_int(m_statement, column) : 0; }
+int Sqlite3Cursor::getInt(int column) const
+{
+    return has(column) ? sqlite3_column_int(m_statement, column) : 0;
+}
 
 qint64 Sqlite3Cursor::getInt64(int column) const
 {
@@ -80,9 +94,15 @@ double Sqlite3Cursor::getDouble(int column) const
     return has(column) ? sqlite3_column_double(m_statement, column) : 0;
 }
 
-QString Sqlite3Cursor::getText(int column) const { return QString::fromUtf8(viewText(column)); }
+QString Sqlite3Cursor::getText(int column) const
+{
+    return QString::fromUtf8(viewText(column));
+}
 
-QByteArray Sqlite3Cursor::getBlob(int column) const { return viewBlob(column).toByteArray(); }
+QByteArray Sqlite3Cursor::getBlob(int column) const
+{
+    return viewBlob(column).toByteArray();
+}
 
 QByteArrayView Sqlite3Cursor::viewText(int column) const
 {

@@ -12,9 +12,9 @@ class Sqlite3DB;
 class Sqlite3Row;
 class Sqlite3Sql;
 
-/// One prepared statement and the row it stands on. Owned by whoever asked the database for it, and must be gone
-/// before the database is closed. A column that the statement does not have, an index of -1 included, reads as
-/// 0 or empty; so does NULL. Resolve names with columnIndex() before a loop.
+/// One prepared statement and the row it stands on. Owned by whoever asked the database for it, and must be
+/// gone before the database is closed. A column that the statement does not have, an index of -1 included,
+/// reads as 0 or empty; so does NULL. Resolve names with columnIndex() before a loop.
 class Sqlite3Cursor
 {
 public:

@@ -7,8 +7,7 @@
 
 #include <sqlite3.h>
 
-namespace
-{
+namespace {
 int flagsOf(SqliteOpen mode)
 {
     switch (mode) {
@@ -32,7 +31,10 @@ QByteArray fileNameFor(const QString &path, SqliteOpen mode)
 }
 
 // SQLite reads the file only when it must: ask for the schema so that a file that is no database fails now.
-int touchSchema(sqlite3 *db) { return sqlite3_exec(db, "select count(*) from sqlite_master", nullptr, nullptr, nullptr); }
+int touchSchema(sqlite3 *db)
+{
+    return sqlite3_exec(db, "select count(*) from sqlite_master", nullptr, nullptr, nullptr);
+}
 
 // Databases come from backups: definitions in them must not call functions or change SQLite's own tables.
 void distrust(sqlite3 *db)
@@ -40,9 +42,12 @@ void distrust(sqlite3 *db)
     sqlite3_db_config(db, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
     sqlite3_db_config(db, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
 }
-}
+} // namespace
 
-Sqlite3DB::~Sqlite3DB() { close(); }
+Sqlite3DB::~Sqlite3DB()
+{
+    close();
+}
 
 bool Sqlite3DB::open(const QString &path, SqliteOpen mode)
 {
@@ -81,21 +86,30 @@ bool Sqlite3DB::exec(const QString &script)
 void Sqlite3DB::executeThrow(const Sqlite3Sql &sql)
 {
     Sqlite3Cursor cursor = queryThrow(sql);
-    while (cursor.moveNext()) { }
+    while (cursor.moveNext()) {
+    }
 }
 
 Sqlite3Cursor Sqlite3DB::queryThrow(const Sqlite3Sql &sql) const
 {
     sqlite3_stmt *statement = nullptr;
     const QByteArray text = sql.sql().toUtf8();
-    if (sqlite3_prepare_v2(m_db, text.constData(), static_cast<int>(text.size()), &statement, nullptr) != SQLITE_OK)
-        throw Error(QStringLiteral("can not read %1. %2").arg(m_path, QString::fromUtf8(sqlite3_errmsg(m_db))));
+    if (sqlite3_prepare_v2(m_db, text.constData(), static_cast<int>(text.size()), &statement, nullptr) !=
+        SQLITE_OK)
+        throw Error(
+            QStringLiteral("can not read %1. %2").arg(m_path, QString::fromUtf8(sqlite3_errmsg(m_db))));
     sql.bindTo(statement);
     return Sqlite3Cursor(statement, m_path);
 }
 
-void Sqlite3DB::beginTran() { executeThrow(QStringLiteral("begin immediate")); }
-void Sqlite3DB::commitTran() { executeThrow(QStringLiteral("commit")); }
+void Sqlite3DB::beginTran()
+{
+    executeThrow(QStringLiteral("begin immediate"));
+}
+void Sqlite3DB::commitTran()
+{
+    executeThrow(QStringLiteral("commit"));
+}
 
 void Sqlite3DB::rollbackTran()
 {
@@ -103,7 +117,10 @@ void Sqlite3DB::rollbackTran()
         sqlite3_exec(m_db, "rollback", nullptr, nullptr, nullptr);
 }
 
-qint64 Sqlite3DB::lastInsertId() const { return sqlite3_last_insert_rowid(m_db); }
+qint64 Sqlite3DB::lastInsertId() const
+{
+    return sqlite3_last_insert_rowid(m_db);
+}
 
 QList<_SqliteCol> Sqlite3DB::tbInfo(const QString &table) const
 {
@@ -112,7 +129,8 @@ QList<_SqliteCol> Sqlite3DB::tbInfo(const QString &table) const
     QList<_SqliteCol> columns;
     Sqlite3Cursor cursor = queryThrow(QStringLiteral("pragma table_info(\"%1\")").arg(quoted));
     while (cursor.moveNext())
-        columns.append({cursor.getText(1), cursor.getText(2), cursor.getInt(3) != 0, cursor.getText(4), cursor.getInt(5)});
+        columns.append({cursor.getText(1), cursor.getText(2), cursor.getInt(3) != 0, cursor.getText(4),
+                        cursor.getInt(5)});
     return columns;
 }
 
@@ -133,7 +151,10 @@ bool Sqlite3DB::hasTable(const QString &table) const
     return cursor.moveNext();
 }
 
-Sqlite3Transaction::Sqlite3Transaction(Sqlite3DB &db) : m_db(db) { m_db.beginTran(); }
+Sqlite3Transaction::Sqlite3Transaction(Sqlite3DB &db) : m_db(db)
+{
+    m_db.beginTran();
+}
 
 Sqlite3Transaction::~Sqlite3Transaction()
 {

@@ -10,14 +10,14 @@
 struct sqlite3;
 
 enum class SqliteOpen {
-    ReadOnly,         // the file is never written; companions may appear beside it
-    ReadWrite,        // must exist
-    ReadWriteCreate,  // made when missing
-    Immutable,        // read as it stands, no companion is made or looked at
+    ReadOnly,        // the file is never written; companions may appear beside it
+    ReadWrite,       // must exist
+    ReadWriteCreate, // made when missing
+    Immutable,       // read as it stands, no companion is made or looked at
 };
 
-/// One connection to one SQLite file, owned and used by one thread at a time. Closing is what the destructor does
-/// as well; an open transaction is rolled back by it.
+/// One connection to one SQLite file, owned and used by one thread at a time. Closing is what the destructor
+/// does as well; an open transaction is rolled back by it.
 class Sqlite3DB
 {
 public:
@@ -28,8 +28,8 @@ public:
 
     /// False when the file cannot be opened or is no database; lastError() then says why.
     bool open(const QString &path, SqliteOpen mode = SqliteOpen::ReadOnly);
-    /// Throws Error("can not open PATH. REASON"). A file that is no database, or is locked, fails here and not at
-    /// the first statement.
+    /// Throws Error("can not open PATH. REASON"). A file that is no database, or is locked, fails here and
+    /// not at the first statement.
     void openThrow(const QString &path, SqliteOpen mode = SqliteOpen::ReadOnly);
     void close();
     bool isOpen() const { return m_db != nullptr; }

@@ -28,7 +28,8 @@ Sqlite3Sql Sqlite3Row::insertSql(const QString &table) const
     Sqlite3Sql sql;
     for (const auto &[name, value] : m_columns) {
         QString quoted = name;
-        names.append(QLatin1Char('"') + quoted.replace(QLatin1Char('"'), QLatin1String("\"\"")) + QLatin1Char('"'));
+        names.append(QLatin1Char('"') + quoted.replace(QLatin1Char('"'), QLatin1String("\"\"")) +
+                     QLatin1Char('"'));
         marks.append(QStringLiteral("?"));
         switch (value.typeId()) {
         case QMetaType::Double:

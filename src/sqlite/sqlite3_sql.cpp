@@ -14,7 +14,10 @@ Sqlite3Sql &Sqlite3Sql::addTextParam(const QString &value)
     return *this;
 }
 
-Sqlite3Sql &Sqlite3Sql::addIntParam(int value) { return addInt64Param(value); }
+Sqlite3Sql &Sqlite3Sql::addIntParam(int value)
+{
+    return addInt64Param(value);
+}
 
 Sqlite3Sql &Sqlite3Sql::addInt64Param(qint64 value)
 {

@@ -22,13 +22,20 @@ void TestFileNames::safeName_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("device name") << "con.txt" << "$$con$$.txt";
-    QTest::newRow("device name drops the middle") << "Aux.a.b" << "$$Aux$$.b";
-    QTest::newRow("device name alone") << "clock$" << "$$clock$$$";
-    QTest::newRow("last of the list") << "LPT1" << "$$LPT1$$";
-    QTest::newRow("behind the list") << "LPT2" << "LPT2";
-    QTest::newRow("forbidden characters and blanks") << "  a/b:c\\*?\"<>|\n\r\td  " << "abcd";
-    QTest::newRow("nothing left") << " /:" << "";
+    QTest::newRow("device name") << "con.txt"
+                                 << "$$con$$.txt";
+    QTest::newRow("device name drops the middle") << "Aux.a.b"
+                                                  << "$$Aux$$.b";
+    QTest::newRow("device name alone") << "clock$"
+                                       << "$$clock$$$";
+    QTest::newRow("last of the list") << "LPT1"
+                                      << "$$LPT1$$";
+    QTest::newRow("behind the list") << "LPT2"
+                                     << "LPT2";
+    QTest::newRow("forbidden characters and blanks") << "  a/b:c\\*?\"<>|\n\r\td  "
+                                                     << "abcd";
+    QTest::newRow("nothing left") << " /:"
+                                  << "";
     QTest::newRow("any script") << QStringLiteral("Ünï 家") << QStringLiteral("Ünï 家");
 }
 
@@ -59,20 +66,33 @@ void TestFileNames::contained_data()
 {
     QTest::addColumn<QString>("relative");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("plain") << "Library/SMS/sms.db" << "/t/Library/SMS/sms.db";
-    QTest::newRow("dots inside names") << "a..b/...c" << "/t/a..b/...c";
-    QTest::newRow("characters a desktop forbids") << "ab:c/d?e" << "/t/ab_c/d_e";
-    QTest::newRow("trailing dot") << "a./b " << "/t/a_/b_";
-    QTest::newRow("climbs") << "a/../../b" << "";
-    QTest::newRow("climbs with a backslash") << "a\\..\\..\\b" << "";
-    QTest::newRow("absolute") << "/etc/passwd" << "";
-    QTest::newRow("drive letter") << "C:/x" << "";
-    QTest::newRow("empty component") << "a//b" << "";
-    QTest::newRow("own folder") << "a/./b" << "";
-    QTest::newRow("device name") << "a/NUL.txt/b" << "";
-    QTest::newRow("device name beyond COM9") << "lpt9" << "";
+    QTest::newRow("plain") << "Library/SMS/sms.db"
+                           << "/t/Library/SMS/sms.db";
+    QTest::newRow("dots inside names") << "a..b/...c"
+                                       << "/t/a..b/...c";
+    QTest::newRow("characters a desktop forbids") << "ab:c/d?e"
+                                                  << "/t/ab_c/d_e";
+    QTest::newRow("trailing dot") << "a./b "
+                                  << "/t/a_/b_";
+    QTest::newRow("climbs") << "a/../../b"
+                            << "";
+    QTest::newRow("climbs with a backslash") << "a\\..\\..\\b"
+                                             << "";
+    QTest::newRow("absolute") << "/etc/passwd"
+                              << "";
+    QTest::newRow("drive letter") << "C:/x"
+                                  << "";
+    QTest::newRow("empty component") << "a//b"
+                                     << "";
+    QTest::newRow("own folder") << "a/./b"
+                                << "";
+    QTest::newRow("device name") << "a/NUL.txt/b"
+                                 << "";
+    QTest::newRow("device name beyond COM9") << "lpt9"
+                                             << "";
     QTest::newRow("NUL character") << QStringLiteral("a") + QChar(0) + QStringLiteral("b") << "";
-    QTest::newRow("empty") << "" << "";
+    QTest::newRow("empty") << ""
+                           << "";
 }
 
 void TestFileNames::contained()

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QByteArray>
+#include <QDateTime>
+#include <QString>
+#include <QStringList>
+
+enum class BackupLayout { Modern, Mbdb };
+
+/// What is known of a backup without opening its files. A missing key is an empty text, an invalid date,
+/// false or no bytes.
+struct BackupInfo
+{
+    QString deviceId;
+    QString deviceName;
+    QDateTime backupDate;
+    QString productType;
+    QString productVersion;
+    QString serialNumber;
+    bool encrypted = false;
+    QByteArray keybag;
+    QByteArray manifestKey;
+    QString displayName;
+    QString folder; // absolute path
+    BackupLayout layout = BackupLayout::Modern;
+};
+
+/// True when the folder holds Manifest.plist and one of Manifest.mbdb and Manifest.db.
+bool isBackupFolder(const QString &folder);
+/// True when Manifest.mbdb is absent and Manifest.db is there.
+bool isModernLayout(const QString &folder);
+
+/// Reads the descriptive fields of the backup in `folder`. Throws Error.
+BackupInfo readBackupInfo(const QString &folder);
+
+/// The folders that are searched for backups, in order. They need not exist.
+QStringList backupRoots();
+
+/// The backups among the direct sub-folders of each root, in root order, then oldest change first. Folders
+/// that cannot be read are left out.
+QList<BackupInfo> listBackups(const QStringList &roots);
+
+/// Lower-case hexadecimal MD5 of the folder's absolute path: the same for the same backup.
+QString backupUid(const QString &folder);

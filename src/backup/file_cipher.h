@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QByteArray>
+#include <QByteArrayView>
+#include <QString>
+
+#include <cstdint>
+#include <functional>
+
+/// Told after every chunk: size of the source, bytes done so far. May throw Cancelled to stop.
+using CopyProgress = std::function<void(std::uint64_t totalBytes, std::uint64_t doneBytes)>;
+
+/// What to do when the last byte of the decrypted content is no padding length.
+enum class Padding {
+    Required,     // an error
+    KeepIfBroken, // everything is kept: some backups hold content that was captured in the middle of a write
+};
+
+/// Copies a file. Creates the destination's folder when missing. Throws Error("can not open %1. %2"),
+/// Error("can not create %1. %2") or Error("can not write %1. %2"); a destination that is not whole is
+/// removed.
+void copyFile(const QString &source, const QString &destination, const CopyProgress &progress = {});
+
+/// AES-256-CBC with a zero initialisation vector, streaming; the padding is dropped. Throws as copyFile does,
+/// and for content that is no whole number of blocks or has no valid padding. An empty source gives an empty
+/// destination. A destination that is not whole is removed.
+void decryptFile(const QByteArray &key, const QString &source, const QString &destination,
+                 const CopyProgress &progress = {}, Padding padding = Padding::Required);
+
+/// The inverse of decryptFile.
+void encryptFile(const QByteArray &key, const QString &source, const QString &destination);
