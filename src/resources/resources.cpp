@@ -1,3 +1,9 @@
 #include "resources/resources.h"
 
-void initResources() {}
+#include <QtGlobal>
+
+void initResources()
+{
+    Q_INIT_RESOURCE(resources);
+    Q_INIT_RESOURCE(texts);
+}

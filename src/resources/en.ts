@@ -1,0 +1,516 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en_US" sourcelanguage="en_US">
+<context>
+    <name></name>
+    <message>
+        <source>IDS_PRODUCT_NAME</source>
+        <translation>Quillbarrow</translation>
+    </message>
+    <message>
+        <source>IDS_OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>IDS_CANCEL</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>IDS_YES</source>
+        <translation>Yes</translation>
+    </message>
+    <message>
+        <source>IDS_NO</source>
+        <translation>No</translation>
+    </message>
+    <message>
+        <source>IDS_ERROR_OCCURRED_%1_%2</source>
+        <translation>An Error Occurred. &lt;br/&gt;&lt;br/&gt;%1&lt;br/&gt;&lt;br/&gt; Or you can contact %2 for help.</translation>
+    </message>
+    <message>
+        <source>IDS_NEW_VERSION_OF_%1</source>
+        <translation>A new version of %1 is available. To support your phone, please download the latest version.</translation>
+    </message>
+    <message>
+        <source>IDS_VERSION_OBSOLETE</source>
+        <translation>This version of Quillbarrow software has become obsolete. Please download the latest version to install on your computer.</translation>
+    </message>
+    <message>
+        <source>IDS_DOWNLOAD_NOW</source>
+        <translation>Download now</translation>
+    </message>
+    <message>
+        <source>IDS_DOWNLOAD_LATER</source>
+        <translation>Download later</translation>
+    </message>
+    <message>
+        <source>IDS_DOWNLOAD</source>
+        <translation>Download</translation>
+    </message>
+    <message>
+        <source>IDS_CONFIRM_CANCEL</source>
+        <translation>Are You Sure You Want To Cancel?</translation>
+    </message>
+    <message>
+        <source>IDS_EXTRACTING_ATTACHMENTS</source>
+        <translation>Extracting MMS attachment now.Please wait...</translation>
+    </message>
+    <message>
+        <source>IDS_SUC_EXTRACTED_%1_ATTACHMENTS_TO_%2</source>
+        <translation>Successfully extacted %1 MMS attachment to %2.</translation>
+    </message>
+    <message>
+        <source>IDS_BACKUPING_BOOKMARKS</source>
+        <translation>Backing up Bookmarks now. Please wait...</translation>
+    </message>
+    <message>
+        <source>IDS_SUC_BACKUP_%1_BOOKMARKS</source>
+        <translation>Successfully backup %1 Bookmarks</translation>
+    </message>
+    <message>
+        <source>IDS_BACKUPING_CALENDAR_ITEMS</source>
+        <translation>Backing up Calendar events now. Please wait...</translation>
+    </message>
+    <message>
+        <source>IDS_SUC_BACKUP_%1_CALENDAR_ITEMS</source>
+        <translation>Successfully backup %1 Calendar events.</translation>
+    </message>
+    <message>
+        <source>IDS_BACKUPING_CALLS</source>
+        <translation>Backing up Call History now. Please wait...</translation>
+    </message>
+    <message>
+        <source>IDS_SUC_BACKUP_%1_CALLS</source>
+        <translation>Successfully backup %1 Call History</translation>
+    </message>
+    <message>
+        <source>IDS_BACKUPING_CONTACTS</source>
+        <translation>Backing up contacts now. Please wait...</translation>
+    </message>
+    <message>
+        <source>IDS_SUC_BACKUP_%1_CONTACTS</source>
+        <translation>Successfully backup %1 contacts.</translation>
+    </message>
+    <message>
+        <source>IDS_SUC_BACKUP_%1_CONTACTS_MERGED_%2</source>
+        <translation>Successfully backup %1 contacts with %2  merged.</translation>
+    </message>
+    <message>
+        <source>IDS_BACKUPING_MESSAGES</source>
+        <translation>Backing up Messages now. Please wait...</translation>
+    </message>
+    <message>
+        <source>IDS_SUC_BACKUP_%1_MESSAGES</source>
+        <translation>Successfully backup %1 messages.</translation>
+    </message>
+    <message>
+        <source>IDS_BACKUPING_NOTES</source>
+        <translation>Backing up Notes. Please wait...</translation>
+    </message>
+    <message>
+        <source>IDS_SUC_BACKUP_%1_NOTES</source>
+        <translation>Successfully backup %1 notes.</translation>
+    </message>
+    <message>
+        <source>IDS_INITIATING_ITUNES</source>
+        <translation>Initiating iTunes...</translation>
+    </message>
+    <message>
+        <source>IDS_DELETING_MESSAGES</source>
+        <translation>Deleting Messages...</translation>
+    </message>
+    <message>
+        <source>IDS_SUC_DELETED_%1_MESSAGES</source>
+        <translation>Successfully Deleted %1 Messages.</translation>
+    </message>
+    <message>
+        <source>IDS_COPYING_FILE_%1</source>
+        <translation>Copying file %1 now. Please wait.</translation>
+    </message>
+    <message>
+        <source>IDS_EXPORTING_BOOKMARKS</source>
+        <translation>Extracting Bookmarks now. Please wait...</translation>
+    </message>
+    <message>
+        <source>IDS_SUC_EXPORT_%1_BOOKMARKS</source>
+        <translation>Successfully extracted %1 Bookmarks.</translation>
+    </message>
+    <message>
+        <source>IDS_EXPORTING_CALENDAR_ITEMS</source>
+        <translation>Extracting Calendar events now. Please wait...</translation>
+    </message>
+    <message>
+        <source>IDS_SUC_EXPORT_%1_CALENDAR_ITEMS</source>
+        <translation>Successfully extracted %1 Calendar events.</translation>
+    </message>
+    <message>
+        <source>IDS_SUC_EXPORT_%1_CALLS</source>
+        <translation>Successfully extracted %1 Call history.</translation>
+    </message>
+    <message>
+        <source>IDS_EXTRACTING_MESSAGES</source>
+        <translation>Extracting Messages now. Please wait...</translation>
+    </message>
+    <message>
+        <source>IDS_SUC_EXTRACTED_%1_MESSAGES</source>
+        <translation>Successfully extracted %1 Messages.</translation>
+    </message>
+    <message>
+        <source>IDS_EXPORTING_NOTES</source>
+        <translation>Extracting Notes now. Please wait...</translation>
+    </message>
+    <message>
+        <source>IDS_SUC_EXPORT_%1_NOTES</source>
+        <translation>Successfully extracted %1 Notes.</translation>
+    </message>
+    <message>
+        <source>IDS_EXPORTING_CONTACTS_TO_FILE</source>
+        <translation>Extracting Contacts now. Please wait...</translation>
+    </message>
+    <message>
+        <source>IDS_SUC_EXPORT_%1_CONTACTS_TO_FILE</source>
+        <translation>Successfully extracted %1 Contacts.</translation>
+    </message>
+    <message>
+        <source>IDS_SAVING_MESSAGES_TO_DEVICE</source>
+        <translation>Saving SMS to iPhone...</translation>
+    </message>
+    <message>
+        <source>IDS_LOADING_CALENDAR_ITEMS_FROM_DEVICE</source>
+        <translation>Loading Calendar Events from iPhone...</translation>
+    </message>
+    <message>
+        <source>IDS_BACKUPING_DEVICE</source>
+        <translation>Backing up iPhone...</translation>
+    </message>
+    <message>
+        <source>IDS_RESTORING_DEVICE</source>
+        <translation>Restoring iPhone...</translation>
+    </message>
+    <message>
+        <source>IDS_SUC_RESTORED_%1_CALENDAR_ITEMS</source>
+        <translation>Successfully restored %1 Calendar events to Device.</translation>
+    </message>
+    <message>
+        <source>IDS_SUC_RESTORED_%1_CALENDAR_ITEMS_MERGED_%2</source>
+        <translation>Successfully restored %1 Calendar events with %2 merged.</translation>
+    </message>
+    <message>
+        <source>IDS_LOADING_BACKUP</source>
+        <translation>Loading iTunes Backup now. Please wait...</translation>
+    </message>
+    <message>
+        <source>IDS_SAVING_%1</source>
+        <translation>Saving %1...</translation>
+    </message>
+    <message>
+        <source>IDS_SAVING_CACHE_FILES_%1</source>
+        <translation>Saving cache files %1. Please wait...</translation>
+    </message>
+    <message>
+        <source>IDS_LOADING_BOOKMARKS_FROM_DEVICE</source>
+        <translation>Loading Bookmarks from Device. Please wait...</translation>
+    </message>
+    <message>
+        <source>IDS_MERGING_BOOKMARKS</source>
+        <translation>Merging Bookmarks now. Please wait...</translation>
+    </message>
+    <message>
+        <source>IDS_RESTORING_BOOKMARKS</source>
+        <translation>Restoring Bookmarks to Device now. Please wait...</translation>
+    </message>
+    <message>
+        <source>IDS_SUC_RESTORED_%1_BOOKMARKS</source>
+        <translation>Successfully restored %1 Boobmarks to Device.</translation>
+    </message>
+    <message>
+        <source>IDS_MERGING_CALLS</source>
+        <translation>Merging Call History...</translation>
+    </message>
+    <message>
+        <source>IDS_LOADING_CONTACTS_FROM_DEVICE</source>
+        <translation>Loading Contacts from Device. Please wait...</translation>
+    </message>
+    <message>
+        <source>IDS_MERGING_CONTACTS</source>
+        <translation>Merging Contacts now. Please wait...</translation>
+    </message>
+    <message>
+        <source>IDS_SUC_RESTORED_%1_CONTACTS</source>
+        <translation>Successfully restored %1 Contacts.</translation>
+    </message>
+    <message>
+        <source>IDS_SUC_RESTORED_%1_CONTACTS_MERGED_%2</source>
+        <translation>Successfully restored %1 Contacts with %2 merged.</translation>
+    </message>
+    <message>
+        <source>IDS_SUC_RESTORED_%1_NOTES</source>
+        <translation>Successfully restored %1 Notes to Device.</translation>
+    </message>
+    <message>
+        <source>IDS_SUC_RESTORED_%1_NOTES_MERGED_%2</source>
+        <translation>Successfully restored %1 Notes with %2 merged.</translation>
+    </message>
+    <message>
+        <source>IDS_UPDATING_LOCAL_DB_%1_MESSAGES</source>
+        <translation>Updating local database %1 messages...</translation>
+    </message>
+    <message>
+        <source>IDS_UPDATING_LOCAL_DB_%1_CALENDAR_ITEMS</source>
+        <translation>Updating local database %1 calendar events...</translation>
+    </message>
+    <message>
+        <source>IDS_NO_MESSAGE_DB_IN_BACKUP</source>
+        <translation>Found no message database file in this iTunes backup.</translation>
+    </message>
+    <message>
+        <source>IDS_NO_CALLS_TO_RESTORE</source>
+        <translation>Find no Call History to restore.</translation>
+    </message>
+    <message>
+        <source>IDS_NO_CALENDAR_ON_DEVICE</source>
+        <translation>No Calendar on iPhone. Please create one first.</translation>
+    </message>
+    <message>
+        <source>IDS_NO_MESSAGE_TO_RECOVER_%1</source>
+        <translation>No message for recovering. Only found %1 messages with unknown contact info. Please right click the messages to set contact info first and try again</translation>
+    </message>
+    <message>
+        <source>IDS_ROOT_BK</source>
+        <translation>iTunes Backup</translation>
+    </message>
+    <message>
+        <source>IDS_ROOT_LOCALDB</source>
+        <translation>Local Database</translation>
+    </message>
+    <message>
+        <source>IDS_MI_MENU</source>
+        <translation>Menu</translation>
+    </message>
+    <message>
+        <source>IDS_MI_LOAD_BACKUP</source>
+        <translation>Load iTunes Backup</translation>
+    </message>
+    <message>
+        <source>IDS_MI_OPEN_LOCAL_DB_FOLDER</source>
+        <translation>Open Database Folder</translation>
+    </message>
+    <message>
+        <source>IDS_MI_EXIT</source>
+        <translation>Exit</translation>
+    </message>
+    <message>
+        <source>IDS_MI_TOOLS</source>
+        <translation>Tools</translation>
+    </message>
+    <message>
+        <source>IDS_MI_CHECK_UPDATE</source>
+        <translation>Check for Update</translation>
+    </message>
+    <message>
+        <source>IDS_MI_REGISTER</source>
+        <translation>Registration</translation>
+    </message>
+    <message>
+        <source>IDS_MI_CLEAR_CACHES</source>
+        <translation>Clear Cache files</translation>
+    </message>
+    <message>
+        <source>IDS_MI_HELP</source>
+        <translation>Help</translation>
+    </message>
+    <message>
+        <source>IDS_MI_FEEDBACKUP</source>
+        <translation>Feedback and Support</translation>
+    </message>
+    <message>
+        <source>IDS_MI_ABOUT_US</source>
+        <translation>About</translation>
+    </message>
+    <message>
+        <source>IDS_MI_HOME</source>
+        <translation>Homepage</translation>
+    </message>
+    <message>
+        <source>IDS_MI_UNMOUNT_BACKUP</source>
+        <translation>Unlist this iTunes Backup</translation>
+    </message>
+    <message>
+        <source>IDS_MI_REMVOE_LOCALDB</source>
+        <translation>Delete local Database</translation>
+    </message>
+    <message>
+        <source>IDS_CLEAR_CACHES_SUC</source>
+        <translation>Successfully cleared cache files.</translation>
+    </message>
+    <message>
+        <source>IDS_CONFIRM_REMOVE_LOCAL_DB</source>
+        <translation>Confirm to delete local Database?</translation>
+    </message>
+    <message>
+        <source>IDS_REMOVE_LOCALDB_SUC</source>
+        <translation>Successfully deleted local Database.</translation>
+    </message>
+    <message>
+        <source>IDS_CANT_DEL_LOCAL_DB</source>
+        <translation>Failed to delete local Database.</translation>
+    </message>
+    <message>
+        <source>IDS_SELECT_BACKUP</source>
+        <translation>Please select an iTunes Backup to load.</translation>
+    </message>
+    <message>
+        <source>IDS_ADD_OTHER_BACKUP</source>
+        <translation>Can't find your iTunes Backup on the list? Please manually import it by clicking &lt;a href="#"&gt;HERE&lt;/a&gt;.</translation>
+    </message>
+    <message>
+        <source>IDS_LOAD</source>
+        <translation>Load</translation>
+    </message>
+    <message>
+        <source>IDS_NEED_SELECT_BACKUP</source>
+        <translation>Need to select an iTunes Backup to continue.</translation>
+    </message>
+    <message>
+        <source>IDS_BACKUP_ALREADY_LISTED</source>
+        <translation>This iTunes Backup has been listed on the left.</translation>
+    </message>
+    <message>
+        <source>IDS_BK_DEVICE</source>
+        <translation>&lt;b style="font-style:italic;"&gt;Device:&lt;/b&gt;</translation>
+    </message>
+    <message>
+        <source>IDS_BK_IOS_VERSION</source>
+        <translation>&lt;b style="font-style:italic;"&gt;IOS Version:&lt;/b&gt;</translation>
+    </message>
+    <message>
+        <source>IDS_BK_SERIAL</source>
+        <translation>&lt;b style="font-style:italic;"&gt;Serial:&lt;/b&gt;</translation>
+    </message>
+    <message>
+        <source>IDS_BK_DEVICE_ID</source>
+        <translation>&lt;b style="font-style:italic;"&gt;Device ID:&lt;/b&gt;</translation>
+    </message>
+    <message>
+        <source>IDS_BK_DATE</source>
+        <translation>&lt;b style="font-style:italic;"&gt;Backup Date:&lt;/b&gt;</translation>
+    </message>
+    <message>
+        <source>IDS_BK_STATUS</source>
+        <translation>&lt;b style="font-style:italic;"&gt;Status:&lt;/b&gt;</translation>
+    </message>
+    <message>
+        <source>IDS_BK_PATH</source>
+        <translation>&lt;b style="font-style:italic;"&gt;Path:&lt;/b&gt;</translation>
+    </message>
+    <message>
+        <source>IDS_BK_ENCRYPTED</source>
+        <translation>Encrypted</translation>
+    </message>
+    <message>
+        <source>IDS_BK_NORMAL</source>
+        <translation>Normal</translation>
+    </message>
+    <message>
+        <source>IDS_LOADING_DATA_FROM_DEVICE</source>
+        <translation>Loading data from Device...</translation>
+    </message>
+    <message>
+        <source>IDS_CANT_COPY_ITUNES_%1</source>
+        <translation>Can not copy iTunes files. %1</translation>
+    </message>
+    <message>
+        <source>IDS_BACKUP_ENCRYPTED_PROMPT</source>
+        <translation>This iTunes Backup is encrypted. Please enter password:</translation>
+    </message>
+    <message>
+        <source>IDS_ENTER_PASSWORD</source>
+        <translation>Enter password</translation>
+    </message>
+    <message>
+        <source>IDS_PASSWORD_REQUIRED</source>
+        <translation>Password is required.</translation>
+    </message>
+    <message>
+        <source>IDS_INVALID_PASSWORD</source>
+        <translation>Invalid password.</translation>
+    </message>
+    <message>
+        <source>IDS_FILTER_TEXT_FILES</source>
+        <translation>Text Files(*.txt)</translation>
+    </message>
+    <message>
+        <source>IDS_FILTER_CSV_FILES</source>
+        <translation>CSV Files(*.csv)</translation>
+    </message>
+    <message>
+        <source>IDS_FILTER_PDF_FILES</source>
+        <translation>PDF Files(*.pdf)</translation>
+    </message>
+    <message>
+        <source>IDS_FILTER_HTML_FILES</source>
+        <translation>HTML Files(*.html)</translation>
+    </message>
+    <message>
+        <source>IDS_YOU</source>
+        <translation>You</translation>
+    </message>
+    <message>
+        <source>IDS_SYS_ADDED_%1_%2_%3</source>
+        <translation>%1 Added %2 to the conversation.
+%3</translation>
+    </message>
+    <message>
+        <source>IDS_SYS_NAMED_%1_%2_%3</source>
+        <translation>%1 named the conversation "%2".
+%3</translation>
+    </message>
+    <message>
+        <source>IDS_SYS_LEFT_%1_%2</source>
+        <translation>%1 left the conversation.
+%2</translation>
+    </message>
+    <message>
+        <source>IDS_SYS_LOCATION_%1_%2_%3_%4</source>
+        <translation>%1 %2 sharing location with %3.
+%4</translation>
+    </message>
+    <message>
+        <source>IDS_SYS_LOCATION_STARTED</source>
+        <translation>started</translation>
+    </message>
+    <message>
+        <source>IDS_SYS_LOCATION_STOPPED</source>
+        <translation>stopped</translation>
+    </message>
+    <message>
+        <source>IDS_SYS_INFORMATION_%1</source>
+        <translation>System Information.
+%1</translation>
+    </message>
+    <message>
+        <source>IDS_PREVIOUS_PAGE</source>
+        <translation>&lt;&lt;Previous Page</translation>
+    </message>
+    <message>
+        <source>IDS_NEXT_PAGE</source>
+        <translation>&gt;&gt;Next Page</translation>
+    </message>
+    <message>
+        <source>IDS_SAVE_ATTACHMENT</source>
+        <translation>Save Attachment</translation>
+    </message>
+    <message>
+        <source>IDS_SUC_SAVE_ATTACHMENT</source>
+        <translation>Attachment saved successfully.</translation>
+    </message>
+    <message>
+        <source>IDS_CANT_SAVE_ATTACHMENT</source>
+        <translation>Failed to save attachment.</translation>
+    </message>
+    <message>
+        <source>IDS_CANT_FIND_%1</source>
+        <translation>can not find %1.</translation>
+    </message>
+</context>
+</TS>
