@@ -1,0 +1,58 @@
+#pragma once
+
+#include "base/progress.h"
+#include "messages/msg_records.h"
+
+#include <deque>
+#include <memory>
+#include <unordered_map>
+
+class FileSource;
+
+/// A source of messages. It owns every record that it loads; they live until it is reloaded or destroyed.
+/// Used by one thread at a time.
+class AbsMessageDb
+{
+public:
+    virtual ~AbsMessageDb();
+
+    /// 6 for iOS 6 and later.
+    virtual int kind() const = 0;
+    /// The same filter as the listing has. 0 when nothing matches.
+    virtual qint64 countMessages() = 0;
+    /// Messages of one conversation, by chat row id.
+    virtual std::unordered_map<qint64, qint64> countMessagesByChat() = 0;
+    /// Fills the chat and handle maps.
+    virtual void loadChats() = 0;
+    /// Loads the messages and attachments of one conversation, or of all when `chatId` is 0 or less. Needs
+    /// loadChats().
+    virtual void loadMessages(qint64 chatId, Progress &progress) = 0;
+
+    /// By ascending row id.
+    const std::vector<_MsgChat *> &chats() const { return m_chatList; }
+    _MsgChat *chat(qint64 rowid) const;
+    const _MsgHandle *handle(qint64 rowid) const;
+    std::size_t messageCount() const { return m_messages.size(); }
+
+    /// The loaded messages of the given conversations (all when empty) that lie in [from, to], as Apple
+    /// absolute seconds, by ascending chat row id and then in the order of the exports.
+    std::vector<MessageRef> select(const std::vector<qint64> &chatIds, qint64 from, qint64 to) const;
+
+    /// Rows that could not be read, for the summary.
+    qint64 skippedRows() const { return m_skippedRows; }
+
+protected:
+    std::deque<_MsgChat> m_chats;
+    std::deque<_MsgHandle> m_handles;
+    std::deque<_MsgMessage> m_messages;
+    std::deque<_MsgAttachment> m_attachments;
+    std::vector<_MsgChat *> m_chatList;
+    std::unordered_map<qint64, _MsgChat *> m_chatById;
+    std::unordered_map<qint64, _MsgHandle *> m_handleById;
+    qint64 m_skippedRows = 0;
+};
+
+/// Opens the message database of an opened backup with the reader that fits it. Throws
+/// Error("Found no message database file in this iTunes backup.") when the backup has none, and Error when it
+/// cannot be read. `source` must outlive the result.
+std::unique_ptr<AbsMessageDb> openMessageDb(FileSource &source);
