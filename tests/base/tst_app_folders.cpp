@@ -1,0 +1,108 @@
+#include "base/app_folders.h"
+#include "base/log.h"
+
+#include <QFile>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+class TestAppFolders : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void roamingPrefersAppData();
+    void redirect_data();
+    void redirect();
+    void logKeepsTheNewest();
+    void logLines();
+
+private:
+    QTemporaryDir m_home;
+    QString identifier() const { return QLatin1String(productIdentifier); }
+    void write(const QString &path, const QByteArray &bytes) const;
+};
+
+void TestAppFolders::init()
+{
+    for (const auto &name : QDir(m_home.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot))
+        QDir(m_home.filePath(name)).removeRecursively();
+    qputenv("HOME", m_home.path().toUtf8());
+    forgetAppDataFolder();
+}
+
+void TestAppFolders::write(const QString &path, const QByteArray &bytes) const
+{
+    QDir().mkpath(QFileInfo(path).path());
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+}
+
+void TestAppFolders::roamingPrefersAppData()
+{
+    QCOMPARE(roamingFolder().path(), m_home.filePath(QStringLiteral("Application Data")));
+    QVERIFY(QDir(m_home.path()).mkpath(QStringLiteral("AppData/Roaming")));
+    QCOMPARE(roamingFolder().path(), m_home.filePath(QStringLiteral("AppData/Roaming")));
+}
+
+void TestAppFolders::redirect_data()
+{
+    QTest::addColumn<QByteArray>("content"); // %h stands for the home folder
+    QTest::addColumn<QString>("base");       // below the home folder
+    const QString usual = QStringLiteral("Application Data/Quillbarrow");
+    QTest::newRow("an existing folder") << QByteArray("%h/moved") << QStringLiteral("moved");
+    QTest::newRow("a folder that is gone") << QByteArray("%h/gone") << usual;
+    QTest::newRow("a line end is part of the name") << QByteArray("%h/moved\n") << usual;
+    QTest::newRow("empty") << QByteArray() << usual;
+}
+
+void TestAppFolders::redirect()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QString, base);
+    QVERIFY(QDir(m_home.path()).mkpath(QStringLiteral("moved")));
+    write(m_home.filePath(QStringLiteral("Application Data/Quillbarrow/%1.redirect").arg(identifier())),
+          content.replace("%h", m_home.path().toUtf8()));
+    const QString expected = m_home.filePath(base + QLatin1Char('/') + identifier());
+    QCOMPARE(appDataFolder().path(), expected);
+    QVERIFY(QFile::exists(expected));
+    QVERIFY(QFile::exists(localDatabasesFolder().path()));
+}
+
+void TestAppFolders::logKeepsTheNewest()
+{
+    const QString folder = m_home.filePath(QStringLiteral("qlogs"));
+    for (int day = 10; day < 22; ++day)
+        write(QStringLiteral("%1/log-202601%2.txt").arg(folder).arg(day), "x");
+    initLog(folder, 10, DebugEcho::None);
+    qInstallMessageHandler(nullptr);
+    const QStringList left = QDir(folder).entryList(QDir::Files, QDir::Name);
+    QCOMPARE(left.size(), 10);
+    QCOMPARE(left.first(), QStringLiteral("log-20260112.txt"));
+    QCOMPARE(left.last(), QStringLiteral("log-20260121.txt"));
+}
+
+void TestAppFolders::logLines()
+{
+    const QString folder = m_home.filePath(QStringLiteral("deep/qlogs"));
+    initLog(folder, 10, DebugEcho::None);
+    qDebug("first");
+    qWarning("zw\xC3\xB6lf");
+    qCritical("third");
+    qInstallMessageHandler(nullptr);
+    const QStringList files = QDir(folder).entryList(QDir::Files);
+    QCOMPARE(files.size(), 1);
+    QVERIFY(QRegularExpression(QStringLiteral("^log-\\d{8}\\.txt$")).match(files.first()).hasMatch());
+    QFile file(QDir(folder).filePath(files.first()));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QString text = QString::fromUtf8(file.readAll());
+    const QRegularExpression expected(
+        QStringLiteral("^\\(D \\d\\d:\\d\\d:\\d\\d\\) first\n\\(W \\d\\d:\\d\\d:\\d\\d\\) zw\u00f6lf\n\\(C "
+                       "\\d\\d:\\d\\d:\\d\\d\\) third\n$"));
+    QVERIFY2(expected.match(text).hasMatch(), qPrintable(text));
+}
+
+QTEST_APPLESS_MAIN(TestAppFolders)
+#include "tst_app_folders.moc"
