@@ -1,0 +1,171 @@
+#include "backup/file_cipher.h"
+
+#include "backup/target_file.h"
+#include "base/error.h"
+
+#include <QFile>
+
+#include <nettle/aes.h>
+#include <nettle/cbc.h>
+
+#include <algorithm>
+#include <vector>
+
+namespace {
+// What callers are told about; reading and writing go in larger pieces.
+constexpr std::uint64_t chunkSize = 8192;
+constexpr std::uint64_t blockSize = 32 * chunkSize;
+constexpr std::uint64_t cipherBlock = AES_BLOCK_SIZE;
+
+/// A source that is read up to the size it had when it was opened, so that a file that grows meanwhile gives
+/// what was there.
+class SourceReader
+{
+public:
+    explicit SourceReader(const QString &path) : m_file(path)
+    {
+        if (!m_file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+            throw Error(QStringLiteral("can not open %1. %2").arg(path, m_file.errorString()));
+        m_size = static_cast<std::uint64_t>(m_file.size());
+    }
+
+    std::uint64_t size() const { return m_size; }
+    std::uint64_t remaining() const { return m_size - m_done; }
+
+    /// Fills `buffer` with the next bytes, as many as fit or remain. Throws Error(`shortRead`) when the file
+    /// has become shorter.
+    std::uint64_t read(std::vector<std::uint8_t> &buffer, const QString &shortRead)
+    {
+        const std::uint64_t wanted = std::min<std::uint64_t>(buffer.size(), remaining());
+        std::uint64_t filled = 0;
+        while (filled < wanted) {
+            const qint64 got = m_file.read(reinterpret_cast<char *>(buffer.data() + filled),
+                                           static_cast<qint64>(wanted - filled));
+            if (got < 0)
+                throw Error(
+                    QStringLiteral("can not read %1. %2").arg(m_file.fileName(), m_file.errorString()));
+            if (got == 0)
+                throw Error(shortRead);
+            filled += static_cast<std::uint64_t>(got);
+        }
+        m_done += filled;
+        return filled;
+    }
+
+private:
+    QFile m_file;
+    std::uint64_t m_size = 0;
+    std::uint64_t m_done = 0;
+};
+
+void write(TargetFile &target, const std::vector<std::uint8_t> &buffer, std::uint64_t size)
+{
+    target.write(reinterpret_cast<const char *>(buffer.data()), static_cast<qint64>(size));
+}
+
+void reportChunks(const CopyProgress &progress, std::uint64_t total, std::uint64_t from, std::uint64_t to)
+{
+    if (!progress)
+        return;
+    while (from < to) {
+        from = std::min(from + chunkSize, to);
+        progress(total, from);
+    }
+}
+
+void requireKey(const QByteArray &key, const QString &path)
+{
+    if (key.size() != AES256_KEY_SIZE)
+        throw Error(QStringLiteral("%1, the key has %2 bytes instead of 32.").arg(path).arg(key.size()));
+}
+
+/// How many bytes of padding end `plain`; 0 when the last byte is no padding length.
+std::uint64_t paddingOf(const std::vector<std::uint8_t> &plain, std::uint64_t size)
+{
+    const std::uint8_t last = plain[size - 1];
+    return last <= cipherBlock ? last : 0;
+}
+
+const std::uint8_t *octets(const QByteArray &bytes)
+{
+    return reinterpret_cast<const std::uint8_t *>(bytes.constData());
+}
+} // namespace
+
+void copyFile(const QString &source, const QString &destination, const CopyProgress &progress)
+{
+    SourceReader reader(source);
+    TargetFile target(destination);
+    std::vector<std::uint8_t> buffer(std::min(blockSize, reader.size()));
+    const QString shortRead =
+        QStringLiteral("can not read %1. The file became shorter while it was copied.").arg(source);
+    std::uint64_t done = 0;
+    while (reader.remaining() > 0) {
+        const std::uint64_t count = reader.read(buffer, shortRead);
+        write(target, buffer, count);
+        reportChunks(progress, reader.size(), done, done + count);
+        done += count;
+    }
+    target.commit();
+}
+
+void decryptFile(const QByteArray &key, const QString &source, const QString &destination,
+                 const CopyProgress &progress, Padding padding)
+{
+    requireKey(key, source);
+    SourceReader reader(source);
+    TargetFile target(destination);
+    if (reader.size() % cipherBlock != 0)
+        throw Error(QStringLiteral("%1, POLARSSL_ERR_AES_INVALID_INPUT_LENGTH (rd%16 != 0).").arg(source));
+
+    aes256_ctx context;
+    aes256_set_decrypt_key(&context, octets(key));
+    std::uint8_t vector[AES_BLOCK_SIZE] = {};
+    std::vector<std::uint8_t> cipher(std::min(blockSize, reader.size()));
+    std::vector<std::uint8_t> plain(cipher.size());
+    const QString shortRead = QStringLiteral("BackupManifest::decryptFile, imcomplete IO read (rd=0).");
+    std::uint64_t done = 0;
+    while (reader.remaining() > 0) {
+        const std::uint64_t count = reader.read(cipher, shortRead);
+        cbc_decrypt(&context, reinterpret_cast<nettle_cipher_func *>(aes256_decrypt), AES_BLOCK_SIZE, vector,
+                    count, plain.data(), cipher.data());
+        std::uint64_t kept = count;
+        if (reader.remaining() == 0) {
+            const std::uint64_t dropped = paddingOf(plain, count);
+            if (dropped == 0 && padding == Padding::Required)
+                throw Error(QStringLiteral("BackupManifest::decryptFile, last byte must GT 0 and LET 16"));
+            kept -= dropped;
+        }
+        write(target, plain, kept);
+        reportChunks(progress, reader.size(), done, done + count);
+        done += count;
+    }
+    target.commit();
+}
+
+void encryptFile(const QByteArray &key, const QString &source, const QString &destination)
+{
+    requireKey(key, source);
+    SourceReader reader(source);
+    TargetFile target(destination);
+    aes256_ctx context;
+    aes256_set_encrypt_key(&context, octets(key));
+    std::uint8_t vector[AES_BLOCK_SIZE] = {};
+    std::vector<std::uint8_t> buffer(std::min(blockSize, reader.size()));
+    const QString shortRead = QStringLiteral("BackupManifest::encryptFileThrow, imcomplete IO read.");
+    bool padded = false;
+    while (!padded) {
+        std::uint64_t count = reader.read(buffer, shortRead);
+        if (reader.remaining() == 0) {
+            const std::uint64_t missing = cipherBlock - count % cipherBlock;
+            buffer.resize(count);
+            buffer.resize(count + missing, static_cast<std::uint8_t>(missing));
+            count += missing;
+            padded = true;
+        }
+        cbc_encrypt(&context, reinterpret_cast<nettle_cipher_func *>(aes256_encrypt), AES_BLOCK_SIZE, vector,
+                    count, buffer.data(), buffer.data());
+        write(target, buffer, count);
+    }
+    target.commit();
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QFile>
+#include <QString>
+
+/// A file that is complete or absent: it is written under a name of its own beside its place and renamed over
+/// it by commit(). A link that stands at the place is replaced, never followed. Without commit() nothing
+/// stays behind. Every failure is thrown as Error("can not create %1. %2") or Error("can not write %1. %2")
+/// with the final path.
+class TargetFile
+{
+public:
+    /// Creates the folder when it is missing.
+    explicit TargetFile(const QString &path);
+    ~TargetFile();
+    TargetFile(const TargetFile &) = delete;
+    TargetFile &operator=(const TargetFile &) = delete;
+
+    void write(const char *bytes, qint64 size);
+    void commit();
+
+private:
+    QString m_path;
+    QFile m_file;
+    bool m_committed = false;
+
+    [[noreturn]] void failWriting(const QString &reason) const;
+};
