@@ -52,6 +52,34 @@
         <translation>Are You Sure You Want To Cancel?</translation>
     </message>
     <message>
+        <source>IDS_PROGRESS_%1</source>
+        <translation>Progress:%1%</translation>
+    </message>
+    <message>
+        <source>IDS_ACC_PROGRESS</source>
+        <translation>Progress</translation>
+    </message>
+    <message>
+        <source>IDS_ABOUT_%1_SECONDS_LEFT</source>
+        <translation>About %1 seconds left</translation>
+    </message>
+    <message>
+        <source>IDS_ABOUT_%1_MINUTES_LEFT</source>
+        <translation>About %1 minutes left</translation>
+    </message>
+    <message>
+        <source>IDS_ABOUT_%1_HOURS_LEFT</source>
+        <translation>About %1 hours left</translation>
+    </message>
+    <message>
+        <source>IDS_OUT_OF_MEMORY</source>
+        <translation>There is not enough memory for this. Please close other programs and try again.</translation>
+    </message>
+    <message>
+        <source>IDS_OPEN_RESULT</source>
+        <translation>Open</translation>
+    </message>
+    <message>
         <source>IDS_EXTRACTING_ATTACHMENTS</source>
         <translation>Extracting MMS attachment now.Please wait...</translation>
     </message>

@@ -1,0 +1,110 @@
+#include "work/message_boxes.h"
+
+#include "base/texts.h"
+#include "work/win_movable.h"
+
+#include <QApplication>
+#include <QPushButton>
+
+namespace {
+QMessageBox::Icon iconOf(BoxIcon icon)
+{
+    switch (icon) {
+    case BoxIcon::Information:
+        return QMessageBox::Information;
+    case BoxIcon::Warning:
+        return QMessageBox::Warning;
+    case BoxIcon::Critical:
+        return QMessageBox::Critical;
+    case BoxIcon::Question:
+        return QMessageBox::Question;
+    }
+    return QMessageBox::NoIcon;
+}
+
+struct ButtonKind
+{
+    BoxButton button;
+    QMessageBox::StandardButton standard;
+    const char *text;
+};
+// In the order in which a box gets them.
+constexpr ButtonKind buttonKinds[] = {
+    {BoxButton::Yes, QMessageBox::Yes, "IDS_YES"},
+    {BoxButton::No, QMessageBox::No, "IDS_NO"},
+    {BoxButton::Ok, QMessageBox::Ok, "IDS_OK"},
+    {BoxButton::Cancel, QMessageBox::Cancel, "IDS_CANCEL"},
+};
+
+void show(BoxIcon icon, const QString &text, Qt::TextFormat format = Qt::PlainText)
+{
+    MessageBox box(icon, text, BoxButton::Ok, QApplication::activeWindow(), format);
+    box.ask();
+}
+} // namespace
+
+MessageBox::MessageBox(BoxIcon icon, const QString &text, BoxButtons buttons, QWidget *parent,
+                       Qt::TextFormat format)
+    : QMessageBox(parent)
+{
+    setWindowFlags(Qt::Dialog | Qt::FramelessWindowHint);
+    setWindowTitle(textFor("IDS_PRODUCT_NAME"));
+    setIcon(iconOf(icon));
+    setTextFormat(format);
+    setText(text);
+    new WinMovable(this);
+    for (const ButtonKind &kind : buttonKinds) {
+        if (buttons.testFlag(kind.button))
+            addButton(kind.standard)->setText(textFor(kind.text));
+    }
+    if (buttons.testFlag(BoxButton::No))
+        setEscapeButton(QMessageBox::No);
+}
+
+BoxButton MessageBox::ask()
+{
+    const int pressed = exec();
+    for (const ButtonKind &kind : buttonKinds) {
+        if (pressed == kind.standard)
+            return kind.button;
+    }
+    if (button(QMessageBox::No))
+        return BoxButton::No;
+    return button(QMessageBox::Cancel) ? BoxButton::Cancel : BoxButton::Ok;
+}
+
+QString applicationTitle()
+{
+    return textFor("IDS_PRODUCT_NAME") + QStringLiteral(" (x64) v") + QStringLiteral(QB_VERSION);
+}
+
+QString supportAddress()
+{
+    return QStringLiteral("support@quillbarrow.example");
+}
+
+void showErrorBox(const QString &text)
+{
+    const QString escaped = text.toHtmlEscaped().replace(QLatin1Char('\n'), QStringLiteral("<br/>"));
+    show(BoxIcon::Critical,
+         QStringLiteral("<nobr><b>") + applicationTitle() + QStringLiteral("</b></nobr><br/><br/>") +
+             textFor("IDS_ERROR_OCCURRED_%1_%2").arg(escaped, supportAddress()),
+         Qt::RichText);
+    qCritical("%s", qUtf8Printable(text));
+}
+
+void showWarningBox(const QString &text)
+{
+    show(BoxIcon::Warning, text);
+}
+
+void showInformationBox(const QString &text)
+{
+    show(BoxIcon::Information, text);
+}
+
+bool askQuestion(const QString &text)
+{
+    MessageBox box(BoxIcon::Question, text, BoxButton::Yes | BoxButton::No, QApplication::activeWindow());
+    return box.ask() == BoxButton::Yes;
+}
