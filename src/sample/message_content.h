@@ -1,0 +1,64 @@
+#pragma once
+
+#include "sample/cast.h"
+#include "sample/message_database.h"
+#include "sample/sample_maker.h"
+#include "sample/seeded_generator.h"
+
+#include <functional>
+
+namespace sample {
+
+/// What stores an attachment's file: place of the file, content. Null where only the database is wanted.
+struct FilePlace;
+using AttachmentSink = std::function<void(const FilePlace &, const QByteArray &content)>;
+
+/// Fills a message database: first the handles and the showcase conversations, then bulk messages in all of
+/// them.
+class MessageContent
+{
+public:
+    MessageContent(MessageDatabase &database, SeededGenerator chance);
+
+    void addShowcase();
+    /// Adds conversations until there are `chats`, then messages until there are `messages`.
+    void addBulk(int messages, int chats);
+
+    /// Conversations as a reader should see them, and the counts of messages, taken from the finished rows.
+    std::vector<SampleChat> chats() const;
+    SampleCounts counts() const;
+
+private:
+    struct Conversation
+    {
+        qint64 rowid;
+        ChatRow row;
+        int joined = 0;
+        int listed = 0;
+    };
+
+    qint64 addHandle(const QString &id, const QString &country, const QString &service);
+    std::size_t addChat(const ChatRow &row);
+    qint64 say(std::size_t conversation, MessageRow row);
+    MessageRow message(std::size_t conversation, const QByteArray &text);
+    void dressText(MessageRow &row);
+    void countJoin(std::size_t conversation, const MessageRow &row);
+
+    void addHandles();
+    void addConversations();
+    void addTexts();
+    void addSystemItems();
+    void addOddJoins();
+    void addBulkMessage();
+
+    MessageDatabase &m_database;
+    const Generation &m_generation;
+    SeededGenerator m_chance;
+    qint64 m_date;
+    qint64 m_step = 3600;
+    std::vector<HandleRow> m_handles;
+    std::vector<Conversation> m_chats;
+    SampleCounts m_counts;
+};
+
+} // namespace sample

@@ -1,0 +1,111 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+#include <vector>
+
+/// A catalogued file with chosen content, for what an honest backup never holds: a path with "..", a domain
+/// that no system knows, content that is not what its name says.
+struct SampleRow
+{
+    QString domain;
+    QString relativePath;
+    QByteArray content;
+};
+
+/// What makeSample() writes. Equal options give equal bytes, on any machine with the same SQLite and Qt.
+struct SampleOptions
+{
+    enum class Layout { Modern, Mbdb };
+
+    QString folder;                 ///< becomes the backup folder itself; made when missing, must be empty
+    Layout layout = Layout::Modern; ///< Manifest.db with sub-folders, or Manifest.mbdb with a flat folder
+    int ios = 17;                   ///< generation of every schema: 6 to 17
+    QString password;               ///< empty: the backup is not encrypted
+    int messages = 200; ///< rows of `message`; the showcase conversations come on top of a lower number
+    int files = 40;     ///< catalogued files besides those of the data classes
+    quint64 seed = 1;
+
+    int chats = 0;    ///< conversations; 0 or less than the showcase: the showcase ones alone
+    int dpic = 10000; ///< rounds of the outer derivation
+    int iter = 1000;  ///< rounds of the inner derivation
+    /// The keybag has the outer derivation and Manifest.db is encrypted itself; modern layout only.
+    enum class Protection { ByGeneration, Single, Double };
+    Protection protection = Protection::ByGeneration; ///< ByGeneration: double from generation 12 on
+
+    bool catalogueWithoutPadding = false; ///< the encrypted Manifest.db ends with its last page, unpadded
+    bool saltedDescriptors = false;       ///< plain Manifest.db with a salt and encrypted `file` blobs
+    bool walCompanion = false;            ///< the newest messages stand only in a catalogued sms.db-wal
+    std::vector<SampleRow> extraRows;
+};
+
+/// One row of the catalogue that stands for a file.
+struct SampleFile
+{
+    QString domain;
+    QString relativePath;
+    QString fileId;
+    QByteArray sha1;           ///< of the plain content, 20 bytes; empty when nothing is stored
+    qint64 sizeBytes = 0;      ///< of the plain content
+    qint64 cataloguedSize = 0; ///< what the catalogue says, which is not always the same
+    qint64 modified = 0;       ///< Unix seconds
+    int protectionClass = 0;
+    bool stored = true;  ///< false: the catalogue has a row and the folder has no content
+    bool locked = false; ///< its class key does not open with the password
+};
+
+struct SampleHandle
+{
+    qint64 rowid = 0;
+    QString address;
+    QString service;
+    QString contactName; ///< what the address book calls the owner of the number; empty for a stranger
+};
+
+struct SampleChat
+{
+    qint64 rowid = 0;
+    QString identifier;
+    QString displayName;
+    std::vector<SampleHandle> handles; ///< ascending decimal text of the row id
+    QString title;  ///< display name, else names or addresses joined with ", ", else "Unknown"
+    int joined = 0; ///< rows of chat_message_join that lead to a message
+    int listed = 0; ///< those whose message is no system item
+};
+
+/// How many records of each class a reader should find.
+struct SampleCounts
+{
+    int messageRows = 0; ///< rows of `message`, those outside every conversation included
+    int joinedMessages =
+        0; ///< join rows to a message whose item_type is not 4, their conversation missing or not
+    int listedMessages = 0; ///< distinct messages in a conversation that are no system items
+    int attachments = 0;
+    int contacts = 0;
+    int calls = 0;
+    int notes = 0;
+    int calendarEvents = 0;
+    int bookmarks = 0; ///< visible ones, folders not counted
+    int voicemails = 0;
+    int recordings = 0;
+    int photos = 0;
+    int videos = 0;
+    int catalogueRows = 0; ///< folders and links included
+};
+
+struct SampleSummary
+{
+    SampleCounts counts;
+    std::vector<SampleChat> chats;
+    std::vector<SampleFile> files;
+
+    /// The file of a place in the backup, or null.
+    const SampleFile *file(const QString &domain, const QString &relativePath) const;
+};
+
+/// Writes a whole backup. Throws Error when the folder holds something already, an option cannot be served or
+/// a file cannot be written; Manifest.plist comes last, so what a failure leaves behind is not taken for a
+/// backup.
+SampleSummary makeSample(const SampleOptions &options);
