@@ -34,6 +34,10 @@ public:
     virtual void fetchTo(const SourceFile &file, const QString &destination,
                          const CopyProgress &progress = {}) = 0;
 
+    /// True when fetchTo gives the file as it is stored, unreadable: it is of a class that the password does not
+    /// unlock.
+    virtual bool isLocked(const SourceFile &) const { return false; }
+
     /// The file that a path of the device means, such as "var/mobile/Library/SMS/Attachments/00/x.jpg":
     /// HomeDomain first, then MediaDomain, where real backups keep attachments. A null SourceFile when the
     /// source lists neither.
