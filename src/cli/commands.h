@@ -1,0 +1,18 @@
+#pragma once
+
+#include "cli/command.h"
+
+namespace CLI {
+class App;
+}
+
+// Each adds its sub-command to `app`. When the command line names it, parsing sets `job`, which must outlive
+// `app`.
+
+void addListCommand(CLI::App &app, Job &job);
+void addInfoCommand(CLI::App &app, Job &job);
+void addFilesCommand(CLI::App &app, Job &job);
+void addExtractCommand(CLI::App &app, Job &job);
+void addShowCommand(CLI::App &app, Job &job);
+void addExportCommand(CLI::App &app, Job &job);
+void addSampleCommand(CLI::App &app, Job &job);
