@@ -12,7 +12,8 @@
 #include <algorithm>
 
 namespace {
-constexpr char byMmcSql[] = "select c.* from mmc_sn as m inner join countries as c on m.[sn] = c.sn and m.mmc=?";
+constexpr char byMmcSql[] =
+    "select c.* from mmc_sn as m inner join countries as c on m.[sn] = c.sn and m.mmc=?";
 constexpr char bySnSql[] = "select * from countries where sn=?";
 
 QByteArray shippedData()
@@ -100,8 +101,8 @@ void CountryLibDb::openShippedData()
     auto *bytes = reinterpret_cast<unsigned char *>(m_image.data());
     if (sqlite3_deserialize(m_db.handle(), "main", bytes, m_image.size(), m_image.size(),
                             SQLITE_DESERIALIZE_READONLY) != SQLITE_OK)
-        throw Error(QStringLiteral("can not open :res/countries.db. %1").arg(
-            QString::fromUtf8(sqlite3_errmsg(m_db.handle()))));
+        throw Error(QStringLiteral("can not open :res/countries.db. %1")
+                        .arg(QString::fromUtf8(sqlite3_errmsg(m_db.handle()))));
 }
 
 std::optional<CountryInfo> CountryLibDb::query(const char *sql, const QString &code) const

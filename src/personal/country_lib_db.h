@@ -11,20 +11,20 @@
 /// What normalising a phone number needs to know of one country. An unknown country is empty throughout.
 struct CountryInfo
 {
-    QString sn;   // ISO code, "GB"
-    QString n;    // English name
-    QString ln;   // name in the country's own language
-    QString pnum; // international dialling code, "44"
-    QString mmc;  // mobile country codes, "234,235"
-    QString numc; // lengths of a national number, "9,10"
+    QString sn;                       // ISO code, "GB"
+    QString n;                        // English name
+    QString ln;                       // name in the country's own language
+    QString pnum;                     // international dialling code, "44"
+    QString mmc;                      // mobile country codes, "234,235"
+    QString numc;                     // lengths of a national number, "9,10"
     QRegularExpression mobilePattern; // of a whole national mobile number; an empty one matches none
 
     bool operator==(const CountryInfo &) const = default;
 };
 
-/// The countries database "countries.db". Its copy in the application data folder is made when missing and made
-/// anew when damaged; where that folder cannot be written, the shipped data is read from memory instead, because
-/// no reader of messages or calls may fail for it. Used by one thread at a time.
+/// The countries database "countries.db". Its copy in the application data folder is made when missing and
+/// made anew when damaged; where that folder cannot be written, the shipped data is read from memory instead,
+/// because no reader of messages or calls may fail for it. Used by one thread at a time.
 class CountryLibDb
 {
 public:
@@ -49,8 +49,9 @@ public:
     /// Whether a national number of that country may have so many digits.
     static bool validLength(const CountryInfo &country, qsizetype length);
 
-    /// The number with "+" and the dialling code in front where the country's rules tell that they are missing,
-    /// else its digits (and "+") alone. Text with a letter or "@" is an address and comes back in lower case.
+    /// The number with "+" and the dialling code in front where the country's rules tell that they are
+    /// missing, else its digits (and "+") alone. Text with a letter or "@" is an address and comes back in
+    /// lower case.
     static QString normalise(const QString &number, const CountryInfo &country);
     /// By the country of an ISO code; the default country for an empty or unknown one.
     QString normaliseFor(const QString &number, const QString &isoCode);

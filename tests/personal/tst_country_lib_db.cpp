@@ -74,32 +74,82 @@ void TestCountryLibDb::normalises_data()
     QTest::addColumn<QString>("country");
     QTest::addColumn<QString>("number");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("e-mail address") << "gb" << "Anna@Example.org" << "anna@example.org";
-    QTest::newRow("sender's name") << "gb" << "0800BANK" << "0800bank";
-    QTest::newRow("international already") << "gb" << "+1 (202) 555-0123" << "+12025550123";
-    QTest::newRow("trunk zero") << "gb" << "07700 900123" << "+447700900123";
-    QTest::newRow("no trunk zero") << "gb" << "7400123456" << "+447400123456";
-    QTest::newRow("dialling code without plus") << "gb" << "44 7400 123456" << "+447400123456";
-    QTest::newRow("short code") << "gb" << "60-777" << "60777";
-    QTest::newRow("landline") << "gb" << "020 7946 0123" << "02079460123";
+    QTest::newRow("e-mail address") << "gb"
+                                    << "Anna@Example.org"
+                                    << "anna@example.org";
+    QTest::newRow("sender's name") << "gb"
+                                   << "0800BANK"
+                                   << "0800bank";
+    QTest::newRow("international already") << "gb"
+                                           << "+1 (202) 555-0123"
+                                           << "+12025550123";
+    QTest::newRow("trunk zero") << "gb"
+                                << "07700 900123"
+                                << "+447700900123";
+    QTest::newRow("no trunk zero") << "gb"
+                                   << "7400123456"
+                                   << "+447400123456";
+    QTest::newRow("dialling code without plus") << "gb"
+                                                << "44 7400 123456"
+                                                << "+447400123456";
+    QTest::newRow("short code") << "gb"
+                                << "60-777"
+                                << "60777";
+    QTest::newRow("landline") << "gb"
+                              << "020 7946 0123"
+                              << "02079460123";
     QTest::newRow("digits of other scripts are dropped") << "gb" << QStringLiteral("٠١٢3") << "3";
-    QTest::newRow("United States") << "us" << "(202) 555-0123" << "+12025550123";
-    QTest::newRow("United States with 1") << "us" << "1-202-555-0123" << "+12025550123";
-    QTest::newRow("Germany, 11 digits") << "de" << "01512 3456789" << "+4915123456789";
-    QTest::newRow("Germany, 10 digits") << "de" << "0170 1234567" << "+491701234567";
-    QTest::newRow("France") << "fr" << "06 12 34 56 78" << "+33612345678";
-    QTest::newRow("Italy, mobile") << "it" << "312 345 6789" << "+393123456789";
-    QTest::newRow("Italy, landline keeps its zero") << "it" << "06 1234 5678" << "0612345678";
-    QTest::newRow("Italy, landline that looks like a mobile") << "it" << "0321 234567" << "0321234567";
-    QTest::newRow("Ivory Coast, zero is part of the number") << "ci" << "0123456789" << "+2250123456789";
-    QTest::newRow("India") << "in" << "098765 43210" << "+919876543210";
-    QTest::newRow("Brazil") << "br" << "(11) 96123-4567" << "+5511961234567";
-    QTest::newRow("China") << "cn" << "131 2345 6789" << "+8613123456789";
-    QTest::newRow("Russia") << "ru" << "912 345-67-89" << "+79123456789";
-    QTest::newRow("Russia with 7") << "ru" << "7 912 345 67 89" << "+79123456789";
-    QTest::newRow("Australia") << "au" << "0412 345 678" << "+61412345678";
-    QTest::newRow("unknown country: the default one's rules") << "zz" << "0170 1234567" << "+491701234567";
-    QTest::newRow("no country: the default one's rules") << "" << "0170 1234567" << "+491701234567";
+    QTest::newRow("United States") << "us"
+                                   << "(202) 555-0123"
+                                   << "+12025550123";
+    QTest::newRow("United States with 1") << "us"
+                                          << "1-202-555-0123"
+                                          << "+12025550123";
+    QTest::newRow("Germany, 11 digits") << "de"
+                                        << "01512 3456789"
+                                        << "+4915123456789";
+    QTest::newRow("Germany, 10 digits") << "de"
+                                        << "0170 1234567"
+                                        << "+491701234567";
+    QTest::newRow("France") << "fr"
+                            << "06 12 34 56 78"
+                            << "+33612345678";
+    QTest::newRow("Italy, mobile") << "it"
+                                   << "312 345 6789"
+                                   << "+393123456789";
+    QTest::newRow("Italy, landline keeps its zero") << "it"
+                                                    << "06 1234 5678"
+                                                    << "0612345678";
+    QTest::newRow("Italy, landline that looks like a mobile") << "it"
+                                                              << "0321 234567"
+                                                              << "0321234567";
+    QTest::newRow("Ivory Coast, zero is part of the number") << "ci"
+                                                             << "0123456789"
+                                                             << "+2250123456789";
+    QTest::newRow("India") << "in"
+                           << "098765 43210"
+                           << "+919876543210";
+    QTest::newRow("Brazil") << "br"
+                            << "(11) 96123-4567"
+                            << "+5511961234567";
+    QTest::newRow("China") << "cn"
+                           << "131 2345 6789"
+                           << "+8613123456789";
+    QTest::newRow("Russia") << "ru"
+                            << "912 345-67-89"
+                            << "+79123456789";
+    QTest::newRow("Russia with 7") << "ru"
+                                   << "7 912 345 67 89"
+                                   << "+79123456789";
+    QTest::newRow("Australia") << "au"
+                               << "0412 345 678"
+                               << "+61412345678";
+    QTest::newRow("unknown country: the default one's rules") << "zz"
+                                                              << "0170 1234567"
+                                                              << "+491701234567";
+    QTest::newRow("no country: the default one's rules") << ""
+                                                         << "0170 1234567"
+                                                         << "+491701234567";
 }
 
 void TestCountryLibDb::normalises()
@@ -117,16 +167,36 @@ void TestCountryLibDb::rulesOfOneCountry_data()
     QTest::addColumn<QString>("pattern");
     QTest::addColumn<QString>("number");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("valid length and pattern") << "^7\\d{4}$" << "71234" << "+9971234";
-    QTest::newRow("pattern holds for the whole number") << "^7\\d{3}$" << "71234" << "71234";
-    QTest::newRow("length that is not listed") << "^7\\d*$" << "712345" << "712345";
-    QTest::newRow("zero before a mobile number") << "^7\\d{4}$" << "071234" << "+9971234";
-    QTest::newRow("zero before another number") << "^7\\d{4}$" << "081234" << "081234";
-    QTest::newRow("dialling code needs no pattern") << "^7\\d{4}$" << "9912345" << "+9912345";
-    QTest::newRow("dialling code before a wrong length") << "^7\\d{4}$" << "99123456" << "99123456";
-    QTest::newRow("no pattern: nothing is mobile") << "" << "71234" << "71234";
-    QTest::newRow("nothing left") << "^7\\d{4}$" << "(-)" << "";
-    QTest::newRow("plus in the middle stays") << "^7\\d{4}$" << "7+123" << "7+123";
+    QTest::newRow("valid length and pattern") << "^7\\d{4}$"
+                                              << "71234"
+                                              << "+9971234";
+    QTest::newRow("pattern holds for the whole number") << "^7\\d{3}$"
+                                                        << "71234"
+                                                        << "71234";
+    QTest::newRow("length that is not listed") << "^7\\d*$"
+                                               << "712345"
+                                               << "712345";
+    QTest::newRow("zero before a mobile number") << "^7\\d{4}$"
+                                                 << "071234"
+                                                 << "+9971234";
+    QTest::newRow("zero before another number") << "^7\\d{4}$"
+                                                << "081234"
+                                                << "081234";
+    QTest::newRow("dialling code needs no pattern") << "^7\\d{4}$"
+                                                    << "9912345"
+                                                    << "+9912345";
+    QTest::newRow("dialling code before a wrong length") << "^7\\d{4}$"
+                                                         << "99123456"
+                                                         << "99123456";
+    QTest::newRow("no pattern: nothing is mobile") << ""
+                                                   << "71234"
+                                                   << "71234";
+    QTest::newRow("nothing left") << "^7\\d{4}$"
+                                  << "(-)"
+                                  << "";
+    QTest::newRow("plus in the middle stays") << "^7\\d{4}$"
+                                              << "7+123"
+                                              << "7+123";
 }
 
 void TestCountryLibDb::rulesOfOneCountry()
@@ -229,7 +299,8 @@ void TestCountryLibDb::folderThatCannotBeWritten()
     writeFile(roamingFolder().filePath(QStringLiteral("Quillbarrow")), "in the way");
     CountryLibDb db;
     db.setDefaultMobileCountryCode(QStringLiteral("262"));
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("^can not create .*countries\\.db\\. .+")));
+    QTest::ignoreMessage(QtWarningMsg,
+                         QRegularExpression(QStringLiteral("^can not create .*countries\\.db\\. .+")));
     db.open();
     QCOMPARE(db.defaultCountry().sn, QStringLiteral("DE"));
     QCOMPARE(db.byIsoCode(QStringLiteral("it")).country.pnum, QStringLiteral("39"));

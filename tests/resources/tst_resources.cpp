@@ -33,8 +33,8 @@ void TestResources::text_data()
     QTest::newRow("key with a place holder")
         << QByteArray("IDS_SUC_BACKUP_%1_BOOKMARKS") << "Successfully backup %1 Bookmarks";
     QTest::newRow("line break") << QByteArray("IDS_SYS_LEFT_%1_%2") << "%1 left the conversation.\n%2";
-    QTest::newRow("two blanks are kept")
-        << QByteArray("IDS_SUC_BACKUP_%1_CONTACTS_MERGED_%2") << "Successfully backup %1 contacts with %2  merged.";
+    QTest::newRow("two blanks are kept") << QByteArray("IDS_SUC_BACKUP_%1_CONTACTS_MERGED_%2")
+                                         << "Successfully backup %1 contacts with %2  merged.";
     QTest::newRow("markup") << QByteArray("IDS_BK_DEVICE") << "<b style=\"font-style:italic;\">Device:</b>";
     QTest::newRow("no entry: the key itself") << QByteArray("Messages: %1/%2") << "Messages: %1/%2";
 }
