@@ -1,26 +1,28 @@
-#include "base/error.h"
-#include "sample/sample_maker.h"
+#include "outside_tools.h"
 
-#include <QCryptographicHash>
+#include "base/error.h"
+
 #include <QDir>
 #include <QDirIterator>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <sqlite3.h>
-
 using namespace Qt::StringLiterals;
+
+using Layout = SampleOptions::Layout;
 
 class TestSampleBackup : public QObject
 {
     Q_OBJECT
 
 private slots:
+    void sameOptionsSameBytes_data();
     void sameOptionsSameBytes();
-    void databasesAreWhole();
-    void everyStoredFileHasARow();
-    void refusesAFolderWithContent();
+    void messageCounts_data();
+    void messageCounts();
+    void propertyLists();
+    void extraRows();
+    void refusals();
 };
 
 namespace {
@@ -31,107 +33,149 @@ QMap<QString, QPair<qint64, QByteArray>> everything(const QString &folder)
     QMap<QString, QPair<qint64, QByteArray>> result;
     QDirIterator files(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
     while (files.hasNext()) {
-        QFile file(files.next());
-        if (file.open(QIODevice::ReadOnly))
-            result[QDir(folder).relativeFilePath(file.fileName())] = {
-                file.fileTime(QFileDevice::FileModificationTime).toSecsSinceEpoch(), file.readAll()};
+        const QString path = files.next();
+        result[QDir(folder).relativeFilePath(path)] = {files.fileInfo().lastModified().toSecsSinceEpoch(),
+                                                       readAll(path)};
     }
     return result;
-}
-
-QString firstValue(const QString &path, const char *sql)
-{
-    sqlite3 *database = nullptr;
-    sqlite3_stmt *statement = nullptr;
-    const QByteArray uri = "file:" + path.toUtf8() + "?immutable=1";
-    sqlite3_open_v2(uri.constData(), &database, SQLITE_OPEN_READONLY | SQLITE_OPEN_URI, nullptr);
-    QString result;
-    if (sqlite3_prepare_v2(database, sql, -1, &statement, nullptr) == SQLITE_OK &&
-        sqlite3_step(statement) == SQLITE_ROW)
-        result = QString::fromUtf8(reinterpret_cast<const char *>(sqlite3_column_text(statement, 0)));
-    else
-        result = QString::fromUtf8(sqlite3_errmsg(database));
-    sqlite3_finalize(statement);
-    sqlite3_close(database);
-    return result;
-}
-
-QString storedPath(const QString &folder, const SampleFile &file)
-{
-    return folder + u'/' + file.fileId.left(2) + u'/' + file.fileId;
 }
 
 } // namespace
 
+void TestSampleBackup::sameOptionsSameBytes_data()
+{
+    QTest::addColumn<Layout>("layout");
+    QTest::addColumn<int>("ios");
+    QTest::addColumn<QString>("password");
+    QTest::newRow("modern") << Layout::Modern << 17 << QString();
+    QTest::newRow("modern, encrypted") << Layout::Modern << 12 << u"secret"_s;
+    QTest::newRow("mbdb") << Layout::Mbdb << 6 << QString();
+    QTest::newRow("mbdb, encrypted") << Layout::Mbdb << 9 << u"secret"_s;
+}
+
 void TestSampleBackup::sameOptionsSameBytes()
 {
+    QFETCH(Layout, layout);
+    QFETCH(int, ios);
+    QFETCH(QString, password);
     QTemporaryDir home;
     SampleOptions options;
-    options.folder = home.filePath(u"one"_s);
+    options.layout = layout;
+    options.ios = ios;
+    options.password = password;
+    QList<QMap<QString, QPair<qint64, QByteArray>>> runs;
+    for (const QString &name : {u"one"_s, u"two"_s}) {
+        options.folder = home.filePath(name);
+        makeSample(options);
+        runs << everything(options.folder);
+    }
+    QVERIFY(runs[0].size() >= options.files);
+    QCOMPARE(runs[0].keys(), runs[1].keys());
+    for (auto file = runs[0].begin(); file != runs[0].end(); ++file)
+        QVERIFY2(file.value() == runs[1][file.key()], qPrintable(file.key()));
+
+    options.folder = home.filePath(u"other seed"_s);
+    options.seed = 2;
     makeSample(options);
-    options.folder = home.filePath(u"two"_s);
-    makeSample(options);
-    const auto one = everything(home.filePath(u"one"_s));
-    const auto two = everything(home.filePath(u"two"_s));
-    QVERIFY(one.size() >= 5);
-    QCOMPARE(one.keys(), two.keys());
-    for (auto file = one.begin(); file != one.end(); ++file)
-        QVERIFY2(file.value() == two[file.key()], qPrintable(file.key()));
+    QVERIFY(everything(options.folder) != runs[0]);
 }
 
-void TestSampleBackup::databasesAreWhole()
+void TestSampleBackup::messageCounts_data()
 {
+    QTest::addColumn<int>("ios");
+    QTest::addColumn<int>("messages");
+    for (const int ios : {6, 7, 9, 10, 11, 12, 14, 15, 16, 17})
+        QTest::addRow("iOS %d", ios) << ios << 300;
+    QTest::newRow("fewer than the showcase") << 17 << 0;
+}
+
+void TestSampleBackup::messageCounts()
+{
+    QFETCH(int, ios);
+    QFETCH(int, messages);
     QTemporaryDir home;
     SampleOptions options;
     options.folder = home.filePath(u"backup"_s);
+    options.ios = ios;
+    options.messages = messages;
+    options.chats = 20;
     const SampleSummary summary = makeSample(options);
-    QCOMPARE(firstValue(options.folder + u"/Manifest.db"_s, "pragma integrity_check"), u"ok"_s);
-    QCOMPARE(firstValue(options.folder + u"/Manifest.db"_s, "select count(*) from Files").toInt(),
-             summary.counts.catalogueRows);
-
-    const SampleFile *messages = summary.file(u"HomeDomain"_s, u"Library/SMS/sms.db"_s);
-    QVERIFY(messages);
-    const QString path = storedPath(options.folder, *messages);
-    QCOMPARE(firstValue(path, "pragma integrity_check"), u"ok"_s);
-    QCOMPARE(firstValue(path, "select count(*) from message").toInt(), options.messages);
-    QCOMPARE(summary.counts.messageRows, options.messages);
-    QCOMPARE(firstValue(path, "select count(*) from chat_message_join as j inner join message as m "
-                              "on j.message_id = m.rowid and m.item_type <> 4")
+    const SampleFile *file = summary.file(u"HomeDomain"_s, u"Library/SMS/sms.db"_s);
+    QVERIFY(file);
+    const QString path = storedPath(options, *file);
+    const auto count = [&](const char *sql) { return column(path, QLatin1String(sql)).first().toInt(); };
+    QCOMPARE(column(path, u"pragma integrity_check"_s), QStringList{u"ok"_s});
+    QCOMPARE(count("select count(*) from message"), summary.counts.messageRows);
+    if (messages > 0)
+        QCOMPARE(summary.counts.messageRows, messages);
+    const bool items =
+        !column(path, u"select 1 from pragma_table_info('message') where name='item_type'"_s).isEmpty();
+    QCOMPARE(items, ios >= 9);
+    QCOMPARE(column(path, u"select count(*) from chat_message_join as j inner join message as m "
+                          "on j.message_id=m.rowid%1"_s.arg(items ? u" and m.item_type <> 4"_s : QString()))
+                 .first()
                  .toInt(),
              summary.counts.joinedMessages);
-    QCOMPARE(firstValue(path,
-                        "select count(distinct m.rowid) from chat_message_join as j inner join message as m "
-                        "on j.message_id = m.rowid inner join chat as c on c.rowid=j.chat_id "
-                        "and m.item_type = 0")
-                 .toInt(),
-             summary.counts.listedMessages);
+    QCOMPARE(
+        column(path, u"select count(distinct m.rowid) from chat_message_join as j inner join message as m "
+                     "on j.message_id=m.rowid inner join chat as c on c.rowid=j.chat_id%1"_s.arg(
+                         items ? u" and m.item_type=0"_s : QString()))
+            .first()
+            .toInt(),
+        summary.counts.listedMessages);
+    QCOMPARE(count("select count(*) from chat"), 20);
+    QCOMPARE(summary.chats.size(), std::size_t(20));
+    QCOMPARE(readAll(path).mid(18, 2), ios >= 9 ? QByteArray("\2\2") : QByteArray("\1\1"));
+    const qint64 newest = column(path, u"select max(date) from message"_s).first().toLongLong();
+    QCOMPARE(newest > 1000000000000000, ios >= 11);
 }
 
-void TestSampleBackup::everyStoredFileHasARow()
+void TestSampleBackup::propertyLists()
 {
     QTemporaryDir home;
     SampleOptions options;
     options.folder = home.filePath(u"backup"_s);
-    const SampleSummary summary = makeSample(options);
-    for (const SampleFile &file : summary.files) {
-        QFile stored(storedPath(options.folder, file));
-        QCOMPARE(stored.exists(), file.stored);
-        if (!file.stored)
-            continue;
-        QVERIFY(stored.open(QIODevice::ReadOnly));
-        QCOMPARE(QCryptographicHash::hash(stored.readAll(), QCryptographicHash::Sha1), file.sha1);
-        QCOMPARE(stored.size(), file.sizeBytes);
-        QCOMPARE(stored.fileTime(QFileDevice::FileModificationTime).toSecsSinceEpoch(), file.modified);
-    }
+    makeSample(options);
+    const QByteArray info = readAll(options.folder + u"/Info.plist"_s);
+    QVERIFY(info.startsWith("<?xml"));
+    const QVariantMap manifest = readPlist(readAll(options.folder + u"/Manifest.plist"_s)).toMap();
+    const QVariantMap lockdown = manifest[u"Lockdown"_s].toMap();
+    QCOMPARE(lockdown[u"ProductVersion"_s], QVariant(u"17.4"_s));
+    QCOMPARE(lockdown[u"UniqueDeviceID"_s].toString().toUpper(),
+             readPlist(info).toMap()[u"Unique Identifier"_s].toString());
+    QCOMPARE(manifest[u"IsEncrypted"_s], QVariant(false));
+    QVERIFY(!manifest.contains(u"BackupKeyBag"_s));
+    QCOMPARE(manifest[u"Date"_s], QVariant(u"2024-03-10T09:15:30Z"_s));
+    QCOMPARE(readPlist(readAll(options.folder + u"/Status.plist"_s)).toMap()[u"SnapshotState"_s],
+             QVariant(u"finished"_s));
 }
 
-void TestSampleBackup::refusesAFolderWithContent()
+void TestSampleBackup::extraRows()
 {
     QTemporaryDir home;
-    QVERIFY(QDir(home.path()).mkdir(u"something"_s));
     SampleOptions options;
-    options.folder = home.path();
-    QVERIFY_EXCEPTION_THROWN(makeSample(options), Error);
+    options.folder = home.filePath(u"backup"_s);
+    options.extraRows = {{u"HomeDomain"_s, u"../../outside"_s, "forged"}};
+    const SampleSummary summary = makeSample(options);
+    const SampleFile *file = summary.file(u"HomeDomain"_s, u"../../outside"_s);
+    QVERIFY(file);
+    QCOMPARE(readAll(storedPath(options, *file)), QByteArray("forged"));
+    QCOMPARE(column(options.folder + u"/Manifest.db"_s,
+                    u"select fileID from Files where relativePath like '../../o%'"_s),
+             QStringList{file->fileId});
+}
+
+void TestSampleBackup::refusals()
+{
+    QTemporaryDir home;
+    SampleOptions options;
+    options.folder = home.filePath(u"backup"_s);
+    options.ios = 8;
+    QVERIFY_THROWS_EXCEPTION(Error, makeSample(options));
+    QVERIFY(!QFile::exists(options.folder));
+    options.ios = 17;
+    QVERIFY(QDir().mkpath(home.filePath(u"backup/something"_s)));
+    QVERIFY_THROWS_EXCEPTION(Error, makeSample(options));
 }
 
 QTEST_GUILESS_MAIN(TestSampleBackup)
