@@ -14,7 +14,7 @@ RESOURCES = pathlib.Path(__file__).resolve().parent.parent / "src" / "resources"
 ART = RESOURCES / "art"
 
 ICON_SIZE = 24
-WIDTHS = {"banner": 320, "bk_big": 128}
+WIDTHS = {"banner": 320, "bk_big": 128, "empty_contact": 128}
 APP_SIZES = (16, 24, 32, 48, 64, 128, 256)
 
 # A bubble is three cells of 18 px each way. Its pieces are drawn at twice that for sharp screens and print.

@@ -5,5 +5,6 @@
 void initResources()
 {
     Q_INIT_RESOURCE(resources);
+    Q_INIT_RESOURCE(sql);
     Q_INIT_RESOURCE(texts);
 }

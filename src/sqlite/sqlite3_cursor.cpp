@@ -44,9 +44,14 @@ bool Sqlite3Cursor::moveNext()
     throw Error(QStringLiteral("can not read %1. %2").arg(m_path, QString::fromUtf8(sqlite3_errmsg(db))));
 }
 
-void Sqlite3Cursor::rebind(const Sqlite3Sql &values)
+void Sqlite3Cursor::reset()
 {
     sqlite3_reset(m_statement);
+}
+
+void Sqlite3Cursor::rebind(const Sqlite3Sql &values)
+{
+    reset();
     sqlite3_clear_bindings(m_statement);
     values.bindTo(m_statement);
 }

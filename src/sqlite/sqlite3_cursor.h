@@ -24,7 +24,9 @@ public:
 
     /// Steps to the next row; false after the last. Throws Error when the database fails.
     bool moveNext();
-    /// Makes the statement ready to run again with other values.
+    /// Stands before the first row again.
+    void reset();
+    /// The same with other values.
     void rebind(const Sqlite3Sql &values);
     /// Number of columns.
     int count() const;

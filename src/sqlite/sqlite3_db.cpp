@@ -71,6 +71,7 @@ void Sqlite3DB::openThrow(const QString &path, SqliteOpen mode)
 
 void Sqlite3DB::close()
 {
+    m_cached.clear();
     sqlite3_close_v2(m_db);
     m_db = nullptr;
 }
@@ -102,17 +103,45 @@ Sqlite3Cursor Sqlite3DB::queryThrow(const Sqlite3Sql &sql) const
     return Sqlite3Cursor(statement, m_path);
 }
 
+Sqlite3Cursor &Sqlite3DB::cachedThrow(const Sqlite3Sql &sql)
+{
+    std::shared_ptr<Sqlite3Cursor> &kept = m_cached[sql.sql()];
+    if (kept)
+        kept->rebind(sql);
+    else
+        kept = std::make_shared<Sqlite3Cursor>(queryThrow(sql));
+    return *kept;
+}
+
+void Sqlite3DB::executeCachedThrow(const Sqlite3Sql &sql)
+{
+    Sqlite3Cursor &cursor = cachedThrow(sql);
+    while (cursor.moveNext()) {
+    }
+    cursor.reset();
+}
+
+// A kept statement that stands on a row would hold the file's lock beyond the transaction.
+void Sqlite3DB::resetCached()
+{
+    for (const auto &cursor : std::as_const(m_cached))
+        cursor->reset();
+}
+
 void Sqlite3DB::beginTran()
 {
     executeThrow(QStringLiteral("begin immediate"));
 }
+
 void Sqlite3DB::commitTran()
 {
+    resetCached();
     executeThrow(QStringLiteral("commit"));
 }
 
 void Sqlite3DB::rollbackTran()
 {
+    resetCached();
     if (m_db && sqlite3_get_autocommit(m_db) == 0)
         sqlite3_exec(m_db, "rollback", nullptr, nullptr, nullptr);
 }

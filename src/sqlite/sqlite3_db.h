@@ -43,10 +43,18 @@ public:
     /// Prepares a statement and stands before its first row. Throws Error with SQLite's message.
     Sqlite3Cursor queryThrow(const Sqlite3Sql &sql) const;
 
+    /// The same as queryThrow() with a statement that is prepared once and kept: for the statements of a
+    /// loop. The cursor is the caller's until the same text is asked for again, or the transaction ends.
+    Sqlite3Cursor &cachedThrow(const Sqlite3Sql &sql);
+    /// Runs a kept statement to its end.
+    void executeCachedThrow(const Sqlite3Sql &sql);
+
     void beginTran();
     void commitTran();
     void rollbackTran();
     qint64 lastInsertId() const;
+    /// Rows that the last statement inserted, changed or deleted.
+    int changes() const;
 
     QList<_SqliteCol> tbInfo(const QString &table) const;
     /// Column names of a table in lower case; empty when there is no such table.
@@ -60,6 +68,9 @@ private:
     sqlite3 *m_db = nullptr;
     QString m_path;
     QString m_lastError;
+    QHash<QString, std::shared_ptr<Sqlite3Cursor>> m_cached;
+
+    void resetCached();
 };
 
 /// Rolls back when it goes out of scope, unless it was committed.

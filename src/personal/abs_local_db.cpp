@@ -1,0 +1,49 @@
+#include "personal/abs_local_db.h"
+
+#include "base/error.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+AbsLocalDb::AbsLocalDb(const QString &folder, const QString &fileName, const QString &script)
+    : m_path(QDir(folder).filePath(fileName)), m_script(script)
+{
+}
+
+void AbsLocalDb::open()
+{
+    if (m_db.isOpen())
+        return;
+    if (!QDir().mkpath(QFileInfo(m_path).path()))
+        throw Error(QStringLiteral("can not create %1").arg(QFileInfo(m_path).path()));
+    openFile();
+}
+
+bool AbsLocalDb::openExisting()
+{
+    if (!m_db.isOpen() && !QFile::exists(m_path))
+        return false;
+    open();
+    return true;
+}
+
+void AbsLocalDb::openFile()
+{
+    m_db.openThrow(m_path, SqliteOpen::ReadWriteCreate);
+    Sqlite3Transaction transaction(m_db);
+    bool isNew = false;
+    {
+        Sqlite3Cursor tables = m_db.queryThrow(QStringLiteral("select count(*) from sqlite_master"));
+        isNew = tables.moveNext() && tables.getInt(0) == 0;
+    }
+    if (isNew) {
+        QFile script(m_script);
+        if (!script.open(QIODevice::ReadOnly))
+            throw Error(QStringLiteral("can not open %1. %2").arg(m_script, script.errorString()));
+        if (!m_db.exec(QString::fromUtf8(script.readAll())))
+            throw Error(QStringLiteral("can not create %1. %2").arg(m_path, m_db.lastError()));
+    }
+    upgrade();
+    transaction.commit();
+}

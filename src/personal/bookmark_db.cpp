@@ -1,0 +1,172 @@
+#include "personal/bookmark_db.h"
+
+#include "backup/file_source.h"
+#include "base/error.h"
+
+#include <QHash>
+
+namespace {
+// Nobody nests folders this deep; a forged chain of 100,000 would exhaust the stack of whoever walks it.
+constexpr int deepestFolder = 500;
+
+struct Folder
+{
+    BookmarkNode *node = nullptr;
+    int depth = 0;
+};
+
+// Rows come ordered by parent, so a folder that is read after its children has lost them.
+BookmarkTree buildTree(Sqlite3Cursor row, const QString &sourceColumn)
+{
+    const auto column = [&row](const QString &name) { return row.columnIndex(name); };
+    const int id = column(QStringLiteral("id")), parent = column(QStringLiteral("parent")),
+              type = column(QStringLiteral("type")), title = column(QStringLiteral("title")),
+              url = column(QStringLiteral("url")), order = column(QStringLiteral("order_index")),
+              source = column(sourceColumn);
+    BookmarkTree top;
+    QHash<qint64, Folder> folders;
+    while (row.moveNext()) {
+        auto node = std::make_unique<BookmarkNode>();
+        node->id = row.getInt64(id);
+        node->type = row.getInt(type) == BookmarkNode::folder ? BookmarkNode::folder : BookmarkNode::bookmark;
+        node->title = row.getText(title);
+        node->order_index = row.getInt(order);
+        node->src_id = row.getText(source);
+        if (node->type == BookmarkNode::bookmark)
+            node->url = row.getText(url);
+        const qint64 parentId = row.getInt64(parent);
+        const Folder holder = folders.value(parentId);
+        node->parent = holder.node;
+        if ((parentId != 0 && !node->parent) || holder.depth >= deepestFolder)
+            continue;
+        if (node->type == BookmarkNode::folder)
+            folders.insert(node->id, {node.get(), holder.depth + 1});
+        (node->parent ? node->parent->children : top).push_back(std::move(node));
+    }
+    return top;
+}
+} // namespace
+
+qint64 countBookmarks(const BookmarkTree &tree)
+{
+    qint64 count = 0;
+    for (const auto &node : tree)
+        count += node->type == BookmarkNode::folder ? countBookmarks(node->children) : 1;
+    return count;
+}
+
+IOSBookmarkDb::IOSBookmarkDb(FileSource &source) : m_source(source) {}
+
+void IOSBookmarkDb::open()
+{
+    if (m_db.isOpen())
+        return;
+    const auto path =
+        m_source.fetchDatabase({QStringLiteral("HomeDomain"), QStringLiteral("Library/Safari/Bookmarks.db")});
+    if (!path)
+        throw Error(QStringLiteral("Cannot find Bookmarks.db."));
+    m_db.openThrow(*path);
+}
+
+qint64 IOSBookmarkDb::count()
+{
+    open();
+    Sqlite3Cursor row =
+        m_db.queryThrow(QStringLiteral("select count(*) from bookmarks where type=0 and hidden=0"));
+    return row.moveNext() ? row.getInt64(0) : 0;
+}
+
+BookmarkTree IOSBookmarkDb::readTree()
+{
+    open();
+    return buildTree(m_db.queryThrow(QStringLiteral("select * from bookmarks where id > 0 and hidden=0 order "
+                                                    "by parent asc, type asc, order_index asc, id asc")),
+                     QStringLiteral("external_uuid"));
+}
+
+LocalBookmarkDb::LocalBookmarkDb(const QString &folder)
+    : AbsLocalDb(folder, QStringLiteral("bookmarks.db"), QStringLiteral(":/res/local_bookmarks_db.sql"))
+{
+}
+
+qint64 LocalBookmarkDb::count()
+{
+    Sqlite3Cursor row = m_db.queryThrow(QStringLiteral("select count(*) from bookmarks where type=0"));
+    return row.moveNext() ? row.getInt64(0) : 0;
+}
+
+BookmarkTree LocalBookmarkDb::readTree()
+{
+    return buildTree(m_db.queryThrow(QStringLiteral(
+                         "select id,parent,type,title,url,order_index,src_id from bookmarks "
+                         "where id > 0 order by parent asc, type asc, order_index asc, id asc")),
+                     QStringLiteral("src_id"));
+}
+
+LocalBookmarkDb::Row LocalBookmarkDb::saveRow(const BookmarkNode &node, qint64 parent)
+{
+    const bool isFolder = node.type == BookmarkNode::folder;
+    Sqlite3Sql find(QStringLiteral("select id,order_index from bookmarks where parent"));
+    find.appendSql(parent != 0 ? QStringLiteral("=?") : QStringLiteral(" is null"));
+    if (parent != 0)
+        find.addInt64Param(parent);
+    find.appendSql(isFolder ? QStringLiteral(" and type=1 and title=?")
+                            : QStringLiteral(" and type=0 and url=?"));
+    find.addTextParam(isFolder ? node.title : node.url);
+    Sqlite3Cursor &there = m_db.cachedThrow(find);
+    if (there.moveNext()) {
+        const qint64 id = there.getInt64(0);
+        const bool moved = there.getInt(1) != node.order_index;
+        there.reset();
+        if (moved)
+            m_db.executeCachedThrow(
+                Sqlite3Sql(QStringLiteral("update bookmarks set order_index=? where id=?"))
+                    .addIntParam(node.order_index)
+                    .addInt64Param(id));
+        return {id, false};
+    }
+    Sqlite3Sql insert(
+        isFolder
+            ? QStringLiteral(
+                  "insert into bookmarks(parent,type,title,url,order_index,src_id) values(?,1,?,null,?,?)")
+            : QStringLiteral(
+                  "insert into bookmarks(parent,type,title,url,order_index,src_id) values(?,0,?,?,?,?)"));
+    if (parent != 0)
+        insert.addInt64Param(parent);
+    else
+        insert.addNullParam();
+    insert.addTextParam(node.title);
+    if (!isFolder)
+        insert.addTextParam(node.url);
+    m_db.executeCachedThrow(insert.addIntParam(node.order_index).addTextParam(node.src_id));
+    return {m_db.lastInsertId(), true};
+}
+
+qint64 LocalBookmarkDb::folderId(const BookmarkNode *folder)
+{
+    return folder ? saveRow(*folder, folderId(folder->parent)).id : 0;
+}
+
+void LocalBookmarkDb::saveBelow(const BookmarkNode &node, qint64 parent, Saved &saved)
+{
+    const Row row = saveRow(node, parent);
+    if (node.type != BookmarkNode::folder) {
+        ++saved.handled;
+        saved.added += row.inserted ? 1 : 0;
+    }
+    for (const auto &child : node.children)
+        saveBelow(*child, row.id, saved);
+}
+
+LocalBookmarkDb::Saved LocalBookmarkDb::save(const BookmarkNode &node)
+{
+    Saved saved;
+    saveBelow(node, folderId(node.parent), saved);
+    return saved;
+}
+
+bool LocalBookmarkDb::remove(qint64 id)
+{
+    m_db.executeThrow(Sqlite3Sql(QStringLiteral("delete from bookmarks where id=?")).addInt64Param(id));
+    return m_db.changes() > 0;
+}

@@ -1,0 +1,245 @@
+#include "personal/calendar_db.h"
+
+#include "backup/file_source.h"
+#include "base/apple_time.h"
+#include "base/error.h"
+
+#include <QCryptographicHash>
+#include <QHash>
+#include <QStringList>
+#include <QtEndian>
+
+#include <algorithm>
+
+namespace {
+QDateTime instantOfApple(int appleSecondsValue)
+{
+    return QDateTime::fromSecsSinceEpoch(unixFromApple(appleSecondsValue), Qt::UTC);
+}
+
+QDateTime instantOfUnix(qint64 seconds)
+{
+    return QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC);
+}
+
+qint64 unixOf(const QDateTime &date)
+{
+    return date.toMSecsSinceEpoch() / 1000;
+}
+
+// The titles of every event's places, read in one pass.
+QHash<qint64, QStringList> readLocations(const Sqlite3DB &db)
+{
+    QHash<qint64, QStringList> titles;
+    if (!db.tbCols(QStringLiteral("Location")).contains(QStringLiteral("item_owner_id")))
+        return titles;
+    Sqlite3Cursor row =
+        db.queryThrow(QStringLiteral("select item_owner_id, title from Location order by rowid"));
+    while (row.moveNext())
+        if (const QString title = row.getText(1); !title.isEmpty())
+            titles[row.getInt64(0)].append(title);
+    return titles;
+}
+
+// Events of one calendar stand together, calendars in the order in which they are met.
+QList<CalendarEvent> grouped(QList<std::pair<qint64, CalendarEvent>> events)
+{
+    QHash<qint64, qsizetype> order;
+    for (const auto &entry : std::as_const(events))
+        order.insert(entry.first, order.value(entry.first, order.size()));
+    std::stable_sort(events.begin(), events.end(), [&](const auto &a, const auto &b) {
+        return order.value(a.first) < order.value(b.first);
+    });
+    QList<CalendarEvent> result;
+    result.reserve(events.size());
+    for (auto &entry : events)
+        result.append(std::move(entry.second));
+    return result;
+}
+} // namespace
+
+QString recurrenceRule(int frequency, int interval)
+{
+    static constexpr const char *names[] = {"DAILY", "WEEKLY", "MONTHLY", "YEARLY"};
+    QString rule;
+    if (frequency >= 1 && frequency <= 4)
+        rule = QStringLiteral("FREQ=") + QLatin1String(names[frequency - 1]);
+    if (interval > 0)
+        rule += QStringLiteral(";INTERVAL=%1").arg(interval);
+    return rule;
+}
+
+IOSCalendarDb::IOSCalendarDb(FileSource &source) : m_source(source) {}
+
+void IOSCalendarDb::open()
+{
+    if (m_db.isOpen())
+        return;
+    const auto path = m_source.fetchDatabase(
+        {QStringLiteral("HomeDomain"), QStringLiteral("Library/Calendar/Calendar.sqlitedb")});
+    if (!path)
+        throw Error(QStringLiteral("Cannot find Calendar.sqlitedb"));
+    m_db.openThrow(*path);
+}
+
+qint64 IOSCalendarDb::count()
+{
+    open();
+    Sqlite3Cursor row = m_db.queryThrow(QStringLiteral(
+        "select count(*) from calendaritem where (birthday_id <= 0 or birthday_id is null) and "
+        "entity_type=2 and availability=0"));
+    return row.moveNext() ? row.getInt64(0) : 0;
+}
+
+QList<CalendarEvent> IOSCalendarDb::readAll()
+{
+    open();
+    const QHash<qint64, QStringList> locations = readLocations(m_db);
+    Sqlite3Cursor row = m_db.queryThrow(QStringLiteral(
+        "select i.rowid,i.calendar_id,c.title as calendar,i.summary,i.description,i.creation_date,i.start_tz,"
+        "i.start_date,i.end_date,i.all_day,i.url,r.frequency,r.interval from calendaritem as i "
+        "inner join calendar as c on i.calendar_id=c.rowid and (i.birthday_id <= 0 or i.birthday_id is null) "
+        "and i.entity_type=2 and i.availability=0 left join recurrence as r on i.rowid=r.owner_id"));
+    QHash<qint64, QString> calendars;
+    QList<std::pair<qint64, CalendarEvent>> events;
+    while (row.moveNext()) {
+        const qint64 calendar = row.getInt64(1);
+        if (!calendars.contains(calendar))
+            calendars.insert(calendar, row.getText(2));
+        CalendarEvent event;
+        event.id = row.getInt64(0);
+        event.src_id = QString::number(event.id);
+        event.calendar = calendars.value(calendar);
+        event.summary = row.getText(3);
+        event.description = row.getText(4);
+        event.tz = row.getText(6);
+        event.start_date = instantOfApple(row.getInt(7));
+        event.end_date = instantOfApple(row.getInt(8));
+        event.all_day = row.getInt(9);
+        event.url = row.getText(10);
+        event.rrule = recurrenceRule(row.getInt(11), row.getInt(12));
+        for (const QString &title : locations.value(event.id))
+            event.summary += QLatin1Char('\n') + title;
+        events.append({calendar, std::move(event)});
+    }
+    return grouped(std::move(events));
+}
+
+LocalCalendarsDb::LocalCalendarsDb(const QString &folder)
+    : AbsLocalDb(folder, QStringLiteral("calendars.db"), QStringLiteral(":/res/local_calendars_db.sql"))
+{
+}
+
+void LocalCalendarsDb::upgrade()
+{
+    if (!m_db.tbCols(QStringLiteral("events")).contains(QStringLiteral("url")))
+        m_db.executeThrow(QStringLiteral("ALTER TABLE events ADD COLUMN url TEXT;"));
+}
+
+qint64 LocalCalendarsDb::count()
+{
+    Sqlite3Cursor row = m_db.queryThrow(QStringLiteral("select count(*) from events"));
+    return row.moveNext() ? row.getInt64(0) : 0;
+}
+
+QList<CalendarEvent> LocalCalendarsDb::readAll()
+{
+    QHash<qint64, QList<CalendarReminder>> reminders;
+    Sqlite3Cursor reminder =
+        m_db.queryThrow(QStringLiteral("select event_id,minutes,method,src_id from reminders order by _id"));
+    while (reminder.moveNext())
+        reminders[reminder.getInt64(0)].append({reminder.getInt(1), reminder.getInt(2), reminder.getText(3)});
+
+    Sqlite3Cursor row = m_db.queryThrow(QStringLiteral(
+        "select "
+        "e._id,c.name,e.tz,e.start_date,e.end_date,e.summary,e.description,e.url,e.rrule,e.all_day,e.src_id "
+        "from events as e inner join calendars as c on e.calendar_id=c._id order by c.name asc,c._id,e._id"));
+    QList<CalendarEvent> events;
+    while (row.moveNext()) {
+        CalendarEvent event;
+        event.id = row.getInt64(0);
+        event.calendar = row.getText(1);
+        event.tz = row.getText(2);
+        event.start_date = instantOfUnix(row.getInt64(3));
+        event.end_date = instantOfUnix(row.getInt64(4));
+        event.summary = row.getText(5);
+        event.description = row.getText(6);
+        event.url = row.getText(7);
+        event.rrule = row.getText(8);
+        event.all_day = row.getInt(9);
+        event.src_id = row.getText(10);
+        event.reminders = reminders.value(event.id);
+        events.append(std::move(event));
+    }
+    return events;
+}
+
+QString LocalCalendarsDb::hashOf(const CalendarEvent &event)
+{
+    const quint32 start = qToLittleEndian(static_cast<quint32>(unixOf(event.start_date)));
+    QCryptographicHash hash(QCryptographicHash::Md5);
+    hash.addData(QByteArrayView(reinterpret_cast<const char *>(&start), sizeof start));
+    hash.addData(event.summary.section(QLatin1Char('\n'), 0, 0).toUtf8());
+    return QString::fromLatin1(hash.result().toHex());
+}
+
+qint64 LocalCalendarsDb::calendarId(const CalendarEvent &event)
+{
+    Sqlite3Cursor &row =
+        m_db.cachedThrow(Sqlite3Sql(QStringLiteral("select _id from calendars where name like ?"))
+                             .addTextParam(event.calendar));
+    if (row.moveNext())
+        return row.getInt64(0);
+    m_db.executeCachedThrow(Sqlite3Sql(QStringLiteral("insert into calendars(name,src_id) values(?,?)"))
+                                .addTextParam(event.calendar)
+                                .addTextParam(event.src_id));
+    return m_db.lastInsertId();
+}
+
+LocalCalendarsDb::Saved LocalCalendarsDb::save(const CalendarEvent &event)
+{
+    const qint64 calendar = calendarId(event);
+    const QString hash = hashOf(event);
+    Sqlite3Cursor &there =
+        m_db.cachedThrow(Sqlite3Sql(QStringLiteral("select _id from events where calendar_id=? and hash=?"))
+                             .addInt64Param(calendar)
+                             .addTextParam(hash));
+    if (there.moveNext())
+        return {there.getInt64(0), true};
+    m_db.executeCachedThrow(
+        Sqlite3Sql(
+            QStringLiteral(
+                "insert into events(calendar_id,tz,start_date,end_date,summary,description,rrule,all_day,"
+                "hash,src_id,url) values(?,?,?,?,?,?,?,?,?,?,?)"))
+            .addInt64Param(calendar)
+            .addTextParam(event.tz)
+            .addInt64Param(unixOf(event.start_date))
+            .addInt64Param(unixOf(event.end_date))
+            .addTextParam(event.summary)
+            .addTextParam(event.description)
+            .addTextParam(event.rrule)
+            .addIntParam(event.all_day)
+            .addTextParam(hash)
+            .addTextParam(event.src_id)
+            .addTextParam(event.url));
+    const qint64 id = m_db.lastInsertId();
+    for (const CalendarReminder &reminder : event.reminders)
+        m_db.executeCachedThrow(
+            Sqlite3Sql(
+                QStringLiteral("insert into reminders(event_id,minutes,method,src_id) values(?,?,?,?)"))
+                .addInt64Param(id)
+                .addIntParam(reminder.minutes)
+                .addIntParam(reminder.method)
+                .addTextParam(reminder.src_id));
+    return {id, false};
+}
+
+bool LocalCalendarsDb::remove(qint64 id)
+{
+    m_db.executeThrow(Sqlite3Sql(QStringLiteral("delete from reminders where event_id=?")).addInt64Param(id));
+    m_db.executeThrow(Sqlite3Sql(QStringLiteral("delete from events where _id=?")).addInt64Param(id));
+    const bool removed = m_db.changes() > 0;
+    m_db.executeThrow(QStringLiteral(
+        "delete from calendars where _id not in (select calendar_id from events group by calendar_id)"));
+    return removed;
+}

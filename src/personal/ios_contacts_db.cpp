@@ -1,0 +1,252 @@
+#include "personal/ios_contacts_db.h"
+
+#include "backup/file_source.h"
+#include "base/apple_time.h"
+#include "base/error.h"
+#include "personal/contact_words.h"
+
+#include <QHash>
+
+namespace {
+// What the device's ABMultiValue.property means here.
+enum Property { Phone = 3, Email = 4, Address = 5, Date = 12, InstantMessage = 13, Url = 22, Related = 23 };
+
+std::optional<ContactDataKind> kindOf(int property)
+{
+    switch (property) {
+    case Phone:
+        return ContactDataKind::Phone;
+    case Email:
+        return ContactDataKind::Email;
+    case Address:
+        return ContactDataKind::PostalAddress;
+    case Date:
+        return ContactDataKind::Event;
+    case InstantMessage:
+        return ContactDataKind::Im;
+    case Url:
+        return ContactDataKind::Website;
+    case Related:
+        return ContactDataKind::Relation;
+    default:
+        return std::nullopt;
+    }
+}
+
+constexpr int birthdayType = 3;
+
+QString dateText(qint64 appleSecondsValue)
+{
+    constexpr qint64 farthest = 1'000'000'000'000;
+    if (appleSecondsValue > farthest || appleSecondsValue < -farthest)
+        return {};
+    const QDateTime date = QDateTime::fromSecsSinceEpoch(unixFromApple(appleSecondsValue), Qt::UTC);
+    return date.toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss"));
+}
+
+QString imService(const QString &service)
+{
+    static const QHash<QString, int> numbers{
+        {QStringLiteral("AIM"), 1},      {QStringLiteral("MSN"), 2},    {QStringLiteral("Yahoo"), 3},
+        {QStringLiteral("Skype"), 4},    {QStringLiteral("QQ"), 5},     {QStringLiteral("GoogleTalk"), 6},
+        {QStringLiteral("ICQ"), 7},      {QStringLiteral("Jabber"), 8}, {QStringLiteral("GaduGadu"), 10},
+        {QStringLiteral("Facebook"), 11}};
+    const auto found = numbers.constFind(service);
+    return found == numbers.constEnd() ? QString() : QString::number(*found);
+}
+
+using Entries = QHash<qint64, QList<std::pair<QString, QString>>>; // multi-value UID -> (key, value)
+
+QHash<qint64, QString> readTexts(const Sqlite3DB &db, const QString &table)
+{
+    QHash<qint64, QString> texts;
+    if (!db.hasTable(table))
+        return texts;
+    Sqlite3Cursor row = db.queryThrow(QStringLiteral("select rowid, value from %1").arg(table));
+    while (row.moveNext())
+        texts.insert(row.getInt64(0), row.getText(1));
+    return texts;
+}
+
+Entries readEntries(const Sqlite3DB &db)
+{
+    Entries entries;
+    if (!db.hasTable(QStringLiteral("ABMultiValueEntry")))
+        return entries;
+    const QHash<qint64, QString> keys = readTexts(db, QStringLiteral("ABMultiValueEntryKey"));
+    Sqlite3Cursor row =
+        db.queryThrow(QStringLiteral("select parent_id, key, value from ABMultiValueEntry order by rowid"));
+    while (row.moveNext()) {
+        const auto key = keys.constFind(row.getInt64(1));
+        if (key != keys.constEnd())
+            entries[row.getInt64(0)].append({*key, row.getText(2)});
+    }
+    return entries;
+}
+
+void fillAddress(ContactDataRow &row, const QList<std::pair<QString, QString>> &entries)
+{
+    // Devices have written the keys in either case.
+    static const QHash<QString, int> columns{{QStringLiteral("country"), 10},
+                                             {QStringLiteral("state"), 8},
+                                             {QStringLiteral("city"), 7},
+                                             {QStringLiteral("street"), 4},
+                                             {QStringLiteral("zip"), 9}};
+    for (const auto &[key, value] : entries)
+        if (const int column = columns.value(key.toLower()))
+            row.data(column) = value;
+    row.data(1) = composeAddress(row);
+}
+
+void fillInstantMessage(ContactDataRow &row, const QList<std::pair<QString, QString>> &entries)
+{
+    for (const auto &[key, value] : entries) {
+        if (key.compare(QLatin1String("service"), Qt::CaseInsensitive) == 0)
+            row.data(5) = imService(value);
+        else if (key.compare(QLatin1String("username"), Qt::CaseInsensitive) == 0)
+            row.data(1) = value;
+    }
+}
+
+void addText(ContactRecord &record, ContactDataKind kind, const QString &text)
+{
+    if (text.isEmpty())
+        return;
+    ContactDataRow row;
+    row.data(1) = text;
+    record.rows[kind].append(row);
+}
+} // namespace
+
+IOSContactsDb::IOSContactsDb(FileSource &source) : m_source(source) {}
+
+void IOSContactsDb::open()
+{
+    if (m_people.isOpen())
+        return;
+    const auto fetch = [this](const char *name) {
+        return m_source.fetchDatabase(
+            {QStringLiteral("HomeDomain"), QStringLiteral("Library/AddressBook/") + QLatin1String(name)});
+    };
+    const auto people = fetch("AddressBook.sqlitedb");
+    if (!people)
+        throw Error(QStringLiteral("Cannot find AddressBook.sqlitedb"));
+    m_people.openThrow(*people);
+    // People without pictures are better than no people.
+    try {
+        if (const auto images = fetch("AddressBookImages.sqlitedb"))
+            m_images.openThrow(*images);
+    } catch (const Error &error) {
+        qWarning("no contact pictures: %s", error.what());
+    }
+}
+
+qint64 IOSContactsDb::count()
+{
+    open();
+    Sqlite3Cursor row = m_people.queryThrow(QStringLiteral("select count(rowid) from Abperson"));
+    return row.moveNext() ? row.getInt64(0) : 0;
+}
+
+QList<ContactRecord> IOSContactsDb::readAll()
+{
+    open();
+    QList<Person> people = readPeople();
+    readPhotos(people);
+    readValues(people);
+    QList<ContactRecord> records;
+    records.reserve(people.size());
+    for (Person &person : people)
+        records.append(std::move(person.record));
+    return records;
+}
+
+QList<IOSContactsDb::Person> IOSContactsDb::readPeople() const
+{
+    Sqlite3Cursor row =
+        m_people.queryThrow(QStringLiteral("select rowid, * from Abperson order by rowid asc"));
+    const auto column = [&row](const char *name) { return row.columnIndex(QLatin1String(name)); };
+    const int first = column("first"), last = column("last"), middle = column("middle"),
+              prefix = column("prefix"), suffix = column("suffix"), organization = column("organization"),
+              department = column("department"), jobTitle = column("jobtitle"), note = column("note"),
+              birthday = column("birthday"), nickname = column("nickname");
+    QList<Person> people;
+    while (row.moveNext()) {
+        Person person{row.getInt64(0), {}};
+        ContactRecord &record = person.record;
+        record.src_id = QString::number(person.rowid);
+        ContactDataRow name;
+        name.data(2) = row.getText(first);
+        name.data(3) = row.getText(last);
+        name.data(4) = row.getText(middle);
+        name.data(5) = row.getText(prefix);
+        name.data(6) = row.getText(suffix);
+        name.data(1) = composeDisplayName(name);
+        record.rows[ContactDataKind::Name].append(name);
+        ContactDataRow work;
+        work.data(1) = row.getText(organization);
+        work.data(4) = row.getText(jobTitle);
+        work.data(5) = row.getText(department);
+        if (work != ContactDataRow())
+            record.rows[ContactDataKind::Organization].append(work);
+        addText(record, ContactDataKind::Note, row.getText(note));
+        // Zero stands for "none" on the device, and so does everything before it.
+        if (const qint64 seconds = row.getInt64(birthday); seconds > 0) {
+            ContactDataRow event;
+            event.data(1) = dateText(seconds);
+            event.data(2) = QString::number(birthdayType);
+            record.rows[ContactDataKind::Event].append(event);
+        }
+        addText(record, ContactDataKind::Nickname, row.getText(nickname));
+        people.append(std::move(person));
+    }
+    return people;
+}
+
+void IOSContactsDb::readPhotos(QList<Person> &people) const
+{
+    if (!m_images.isOpen() || !m_images.hasTable(QStringLiteral("ABFullSizeImage")))
+        return;
+    Sqlite3Cursor row =
+        m_images.queryThrow(QStringLiteral("select data from ABFullSizeImage where record_id=? limit 1"));
+    for (Person &person : people) {
+        row.rebind(Sqlite3Sql().addInt64Param(person.rowid));
+        if (!row.moveNext())
+            continue;
+        ContactDataRow photo;
+        photo.data15 = row.getBlob(0);
+        person.record.rows[ContactDataKind::Photo].append(photo);
+    }
+}
+
+// One pass over each table: a statement for every person would walk the whole table again where it has no
+// index.
+void IOSContactsDb::readValues(QList<Person> &people) const
+{
+    if (!m_people.hasTable(QStringLiteral("ABMultiValue")))
+        return;
+    QHash<qint64, ContactRecord *> byRowid;
+    byRowid.reserve(people.size());
+    for (Person &person : people)
+        byRowid.insert(person.rowid, &person.record);
+    const QHash<qint64, QString> labels = readTexts(m_people, QStringLiteral("ABMultiValueLabel"));
+    const Entries entries = readEntries(m_people);
+    Sqlite3Cursor row = m_people.queryThrow(
+        QStringLiteral("select UID, record_id, property, label, value from ABMultiValue order by rowid"));
+    while (row.moveNext()) {
+        ContactRecord *record = byRowid.value(row.getInt64(1));
+        const auto kind = kindOf(row.getInt(2));
+        const auto label = row.isNull(3) ? labels.constEnd() : labels.constFind(row.getInt64(3));
+        if (!record || !kind || label == labels.constEnd())
+            continue;
+        ContactDataRow value;
+        value.data(2) = QString::number(contactTypeOfLabel(*kind, *label, value.data(3)));
+        if (*kind == ContactDataKind::PostalAddress)
+            fillAddress(value, entries.value(row.getInt64(0)));
+        else if (*kind == ContactDataKind::Im)
+            fillInstantMessage(value, entries.value(row.getInt64(0)));
+        else
+            value.data(1) = *kind == ContactDataKind::Event ? dateText(row.getInt64(4)) : row.getText(4);
+        record->rows[*kind].append(value);
+    }
+}

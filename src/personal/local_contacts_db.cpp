@@ -1,0 +1,321 @@
+#include "personal/local_contacts_db.h"
+
+#include "personal/contact_words.h"
+
+#include <utility>
+
+namespace {
+using Columns = AbsContactCombineRule::Columns;
+
+/// The columns that the store keeps of a kind.
+Columns storedColumns(ContactDataKind kind)
+{
+    switch (kind) {
+    case ContactDataKind::Name:
+        return {1, 2, 3, 4, 5, 6, 7, 8};
+    case ContactDataKind::Photo:
+        return {4, 15};
+    case ContactDataKind::GroupMembership:
+        return {1, 2};
+    case ContactDataKind::Im:
+        return {1, 2, 3, 5, 6};
+    case ContactDataKind::Note:
+        return {1};
+    case ContactDataKind::Organization:
+        return {1, 2, 3, 4, 5, 6, 7, 9};
+    case ContactDataKind::PostalAddress:
+        return {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11};
+    default:
+        return {1, 2, 3};
+    }
+}
+
+QStringList columnNames(const Columns &columns)
+{
+    QStringList names;
+    for (const int column : columns)
+        names.append(QStringLiteral("data%1").arg(column));
+    return names;
+}
+
+void addValues(Sqlite3Sql &sql, const Columns &columns, const ContactDataRow &row)
+{
+    for (const int column : columns) {
+        if (column != 15)
+            sql.addTextParam(row.data(column));
+        else if (row.data15.isEmpty())
+            sql.addNullParam();
+        else
+            sql.addBlobParam(row.data15);
+    }
+}
+
+bool isKnownKind(int type)
+{
+    return type >= 1 && type <= static_cast<int>(ContactDataKind::Website);
+}
+
+/// The data columns of a cursor over the table `data`, resolved once.
+class RowReader
+{
+public:
+    explicit RowReader(const Sqlite3Cursor &cursor)
+        : m_id(cursor.columnIndex(QStringLiteral("_id"))), m_type(cursor.columnIndex(QStringLiteral("type")))
+    {
+        for (int i = 0; i < 15; ++i)
+            m_data.at(static_cast<std::size_t>(i)) = cursor.columnIndex(QStringLiteral("data%1").arg(i + 1));
+    }
+
+    void into(ContactRecord &record, const Sqlite3Cursor &cursor) const
+    {
+        const int type = cursor.getInt(m_type);
+        if (!isKnownKind(type))
+            return;
+        ContactDataRow row;
+        row.id = cursor.getInt64(m_id);
+        for (std::size_t i = 0; i < 14; ++i)
+            row.texts.at(i) = cursor.getText(m_data.at(i));
+        row.data15 = cursor.getBlob(m_data.at(14));
+        record.rows[static_cast<ContactDataKind>(type)].append(row);
+    }
+
+private:
+    int m_id;
+    int m_type;
+    std::array<int, 15> m_data{};
+};
+
+/// What tells contacts without a name apart; empty when nothing does.
+QString namelessKey(const ContactRecord &record)
+{
+    for (const ContactDataKind kind : {ContactDataKind::Organization, ContactDataKind::Phone,
+                                       ContactDataKind::Email, ContactDataKind::PostalAddress})
+        for (const ContactDataRow &row : record.rows.value(kind))
+            if (!row.data(1).isEmpty())
+                return QString::number(static_cast<int>(kind)) + QLatin1Char(':') + row.data(1).toLower();
+    return {};
+}
+
+QString asciiFolded(const QString &name)
+{
+    QString folded = name;
+    for (QChar &c : folded)
+        if (c >= QLatin1Char('A') && c <= QLatin1Char('Z'))
+            c = QChar(c.unicode() + ('a' - 'A'));
+    return folded;
+}
+
+void rememberName(QHash<QString, qint64> &ids, const QString &key, qint64 id)
+{
+    if (!key.isEmpty() && !ids.contains(key))
+        ids.insert(key, id);
+}
+} // namespace
+
+LocalContactsDb::LocalContactsDb(const QString &folder)
+    : AbsLocalDb(folder, QStringLiteral("contacts.db"), QStringLiteral(":/res/local_contacts_db.sql"))
+{
+}
+
+qint64 LocalContactsDb::count()
+{
+    Sqlite3Cursor row = m_db.queryThrow(QStringLiteral("select count(*) from contact"));
+    return row.moveNext() ? row.getInt64(0) : 0;
+}
+
+QList<ContactRecord> LocalContactsDb::readAll()
+{
+    Sqlite3Cursor row = m_db.queryThrow(QStringLiteral("select d.*,c.full_name,c.src_id as csrc_id from data "
+                                                       "as d inner join contact as c on d.contact_id=c._id"
+                                                       " order by contact_id asc"));
+    const RowReader reader(row);
+    const int contactId = row.columnIndex(QStringLiteral("contact_id"));
+    const int source = row.columnIndex(QStringLiteral("csrc_id"));
+    QList<ContactRecord> records;
+    while (row.moveNext()) {
+        const qint64 id = row.getInt64(contactId);
+        if (records.isEmpty() || records.last().id != id) {
+            records.append(ContactRecord());
+            records.last().id = id;
+            records.last().src_id = row.getText(source);
+        }
+        reader.into(records.last(), row);
+    }
+    return records;
+}
+
+std::optional<ContactRecord> LocalContactsDb::read(qint64 id)
+{
+    Sqlite3Cursor &contact = m_db.cachedThrow(
+        Sqlite3Sql(QStringLiteral("select src_id from contact where _id=?")).addInt64Param(id));
+    if (!contact.moveNext())
+        return std::nullopt;
+    ContactRecord record;
+    record.id = id;
+    record.src_id = contact.getText(0);
+    contact.reset();
+    Sqlite3Cursor &row = m_db.cachedThrow(
+        Sqlite3Sql(QStringLiteral("select * from data where contact_id=?")).addInt64Param(id));
+    const RowReader reader(row);
+    while (row.moveNext())
+        reader.into(record, row);
+    row.reset();
+    return record;
+}
+
+// LIKE cannot use an index, so a name without wildcards is looked up in a table of all names: folded as LIKE
+// folds them, which is for ASCII letters only, and the lowest id first.
+qint64 LocalContactsDb::findByName(const QString &fullName)
+{
+    if (fullName.contains(QLatin1Char('%')) || fullName.contains(QLatin1Char('_'))) {
+        Sqlite3Cursor &row = m_db.cachedThrow(
+            Sqlite3Sql(QStringLiteral("select _id,src_id from contact where full_name like ? limit 1"))
+                .addTextParam(fullName));
+        return row.moveNext() ? row.getInt64(0) : 0;
+    }
+    loadNames();
+    return m_names.byFoldedName.value(asciiFolded(fullName));
+}
+
+void LocalContactsDb::loadNames()
+{
+    if (std::exchange(m_names.loaded, true))
+        return;
+    Sqlite3Cursor row = m_db.queryThrow(QStringLiteral("select _id, full_name from contact order by _id"));
+    while (row.moveNext()) {
+        const qint64 id = row.getInt64(0);
+        const QString name = row.getText(1);
+        if (!name.isEmpty())
+            rememberName(m_names.byFoldedName, asciiFolded(name), id);
+        else if (const auto stored = read(id))
+            rememberName(m_names.byNamelessKey, namelessKey(*stored), id);
+    }
+}
+
+qint64 LocalContactsDb::findNameless(const ContactRecord &record)
+{
+    loadNames();
+    const QString key = namelessKey(record);
+    return key.isEmpty() ? 0 : m_names.byNamelessKey.value(key);
+}
+
+qint64 LocalContactsDb::addContact(const ContactRecord &record)
+{
+    const QString fullName = displayNameOf(record);
+    m_db.executeCachedThrow(Sqlite3Sql(QStringLiteral("insert into contact(src_id,full_name) values(?,?)"))
+                                .addTextParam(record.src_id)
+                                .addTextParam(fullName));
+    const qint64 id = m_db.lastInsertId();
+    for (ContactDataRow row : record.rows.value(ContactDataKind::Name))
+        insertRow(id, ContactDataKind::Name, row);
+    loadNames();
+    if (fullName.isEmpty())
+        rememberName(m_names.byNamelessKey, namelessKey(record), id);
+    else
+        rememberName(m_names.byFoldedName, asciiFolded(fullName), id);
+    return id;
+}
+
+qint64 LocalContactsDb::groupId(const QString &name)
+{
+    Sqlite3Cursor row = m_db.queryThrow(
+        Sqlite3Sql(QStringLiteral("select _id from contact_group where name like ?")).addTextParam(name));
+    if (row.moveNext())
+        return row.getInt64(0);
+    m_db.executeThrow(
+        Sqlite3Sql(QStringLiteral("insert into contact_group(name) values(?)")).addTextParam(name));
+    return m_db.lastInsertId();
+}
+
+void LocalContactsDb::insertRow(qint64 contactId, ContactDataKind kind, ContactDataRow &row)
+{
+    const Columns columns = storedColumns(kind);
+    Sqlite3Sql sql(
+        QStringLiteral("insert into data(contact_id,type,src_id,%1) values(?,?,?%2)")
+            .arg(columnNames(columns).join(QLatin1Char(',')), QStringLiteral(",?").repeated(columns.size())));
+    sql.addInt64Param(contactId).addIntParam(static_cast<int>(kind)).addNullParam();
+    addValues(sql, columns, row);
+    m_db.executeCachedThrow(sql);
+    row.id = m_db.lastInsertId();
+}
+
+void LocalContactsDb::updateRow(ContactDataKind kind, const ContactDataRow &row)
+{
+    const Columns columns = storedColumns(kind);
+    Sqlite3Sql sql(QStringLiteral("update data set src_id=?,%1=? where _id=?")
+                       .arg(columnNames(columns).join(QStringLiteral("=?,"))));
+    sql.addNullParam();
+    addValues(sql, columns, row);
+    sql.addInt64Param(row.id);
+    m_db.executeCachedThrow(sql);
+}
+
+LocalContactsDb::Saved LocalContactsDb::save(const ContactRecord &record, const AbsContactCombineRule &rule)
+{
+    const QString fullName = displayNameOf(record);
+    const qint64 found = fullName.isEmpty() ? findNameless(record) : findByName(fullName);
+    ContactRecord stored;
+    if (found != 0)
+        stored = read(found).value_or(ContactRecord());
+    const Saved saved{found != 0 ? found : addContact(record), found != 0};
+    for (auto kind = record.rows.constBegin(); kind != record.rows.constEnd(); ++kind)
+        for (const ContactDataRow &row : kind.value())
+            mergeRow(saved.id, kind.key(), row, stored.rows[kind.key()], rule);
+    saveGroups(saved.id, record, stored.rows[ContactDataKind::GroupMembership]);
+    return saved;
+}
+
+void LocalContactsDb::mergeRow(qint64 contactId, ContactDataKind kind, const ContactDataRow &row,
+                               QList<ContactDataRow> &stored, const AbsContactCombineRule &rule)
+{
+    const Columns match = rule.matchColumns(kind, row);
+    if (match.isEmpty())
+        return;
+    const AbsContactCombineRule::Merge merge = rule.mergeColumns(kind);
+    auto target = stored.begin();
+    while (target != stored.end() && !merge.single && !equalIn(match, *target, row))
+        ++target;
+    const bool isFresh = target == stored.end();
+    if (isFresh) {
+        stored.append(ContactDataRow());
+        target = stored.end() - 1;
+    }
+    if (equalIn(merge.columns, *target, row)) {
+        if (isFresh)
+            stored.removeLast();
+        return;
+    }
+    for (const int column : merge.columns) {
+        if (column == 15) {
+            if (!row.data15.isEmpty())
+                target->data15 = row.data15;
+        } else if (!row.data(column).isEmpty()) {
+            target->data(column) = row.data(column);
+        }
+    }
+    if (isFresh)
+        insertRow(contactId, kind, *target);
+    else
+        updateRow(kind, *target);
+}
+
+// A membership has no columns that the rule could match: it is there once for each group.
+void LocalContactsDb::saveGroups(qint64 contactId, const ContactRecord &record, QList<ContactDataRow> &stored)
+{
+    for (ContactDataRow row : record.rows.value(ContactDataKind::GroupMembership)) {
+        row.data(1) = QString::number(groupId(row.data(2)));
+        const auto isSame = [&](const ContactDataRow &other) { return other.data(1) == row.data(1); };
+        if (std::any_of(stored.cbegin(), stored.cend(), isSame))
+            continue;
+        insertRow(contactId, ContactDataKind::GroupMembership, row);
+        stored.append(row);
+    }
+}
+
+bool LocalContactsDb::remove(qint64 id)
+{
+    m_db.executeThrow(Sqlite3Sql(QStringLiteral("delete from data where contact_id=?")).addInt64Param(id));
+    m_db.executeThrow(Sqlite3Sql(QStringLiteral("delete from contact where _id=?")).addInt64Param(id));
+    m_names = {};
+    return m_db.changes() > 0;
+}

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "personal/abs_local_db.h"
+#include "personal/contact_combine_rule.h"
+#include "personal/ios_contacts_db.h"
+
+#include <QHash>
+
+#include <optional>
+
+/// "contacts.db": contacts gathered from any number of sources, those of one full name merged into one.
+class LocalContactsDb : public AbsLocalDb, public IContactsDb
+{
+public:
+    explicit LocalContactsDb(const QString &folder);
+
+    struct Saved
+    {
+        qint64 id = 0;
+        bool merged = false;
+    };
+
+    qint64 count() override;
+    /// By ascending id.
+    QList<ContactRecord> readAll() override;
+    std::optional<ContactRecord> read(qint64 id);
+
+    /// Merges the record into the stored contact of the same full name, or adds it. A contact without a name
+    /// is told apart by its organisation, then by its first number or address. Call between begin() and
+    /// commit().
+    Saved save(const ContactRecord &record, const AbsContactCombineRule &rule);
+    /// False when there is no such contact.
+    bool remove(qint64 id);
+
+private:
+    /// What save() looks contacts up by, loaded once.
+    struct Names
+    {
+        bool loaded = false;
+        QHash<QString, qint64> byFoldedName;
+        QHash<QString, qint64> byNamelessKey;
+    };
+    Names m_names;
+
+    void loadNames();
+    qint64 findByName(const QString &fullName);
+    qint64 findNameless(const ContactRecord &record);
+    qint64 addContact(const ContactRecord &record);
+    qint64 groupId(const QString &name);
+    void insertRow(qint64 contactId, ContactDataKind kind, ContactDataRow &row);
+    void updateRow(ContactDataKind kind, const ContactDataRow &row);
+    void mergeRow(qint64 contactId, ContactDataKind kind, const ContactDataRow &row,
+                  QList<ContactDataRow> &stored, const AbsContactCombineRule &rule);
+    void saveGroups(qint64 contactId, const ContactRecord &record, QList<ContactDataRow> &stored);
+};

@@ -1,0 +1,184 @@
+#include "personal/notes_db.h"
+
+#include "backup/file_source.h"
+#include "base/apple_time.h"
+#include "base/error.h"
+#include "personal/plain_text.h"
+
+#include <QCryptographicHash>
+
+namespace {
+constexpr qsizetype summaryLength = 100;
+
+QDateTime instantOfApple(int appleSecondsValue)
+{
+    return QDateTime::fromSecsSinceEpoch(unixFromApple(appleSecondsValue), Qt::UTC);
+}
+
+QDateTime instantOfUnix(qint64 seconds)
+{
+    return QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC);
+}
+
+qint64 unixOf(const QDateTime &date)
+{
+    return date.toMSecsSinceEpoch() / 1000;
+}
+
+QString summaryOf(const QString &content)
+{
+    const QString text = plainTextOfHtml(content);
+    return text.size() > summaryLength ? text.left(summaryLength) + QStringLiteral("...") : text;
+}
+
+/// The columns of the local table, resolved once.
+struct LocalColumns
+{
+    explicit LocalColumns(const Sqlite3Cursor &row)
+        : created(row.columnIndex(QStringLiteral("create_date"))),
+          modified(row.columnIndex(QStringLiteral("modified_date"))),
+          title(row.columnIndex(QStringLiteral("title"))),
+          summary(row.columnIndex(QStringLiteral("summary"))),
+          content(row.columnIndex(QStringLiteral("content"))),
+          device(row.columnIndex(QStringLiteral("dev_id"))),
+          source(row.columnIndex(QStringLiteral("src_id"))),
+          hash(row.columnIndex(QStringLiteral("hash")))
+    {
+    }
+
+    NoteEntry read(const Sqlite3Cursor &row) const
+    {
+        return {instantOfUnix(row.getInt64(created)),
+                instantOfUnix(row.getInt64(modified)),
+                row.getText(title),
+                row.getText(summary),
+                row.getText(content),
+                row.getText(device),
+                row.getText(source),
+                row.getText(hash)};
+    }
+
+    int created, modified, title, summary, content, device, source, hash;
+};
+} // namespace
+
+IOSNotesDb::IOSNotesDb(FileSource &source, const QString &deviceId) : m_source(source), m_deviceId(deviceId)
+{
+}
+
+void IOSNotesDb::open()
+{
+    if (m_db.isOpen())
+        return;
+    const auto path =
+        m_source.fetchDatabase({QStringLiteral("HomeDomain"), QStringLiteral("Library/Notes/notes.sqlite")});
+    if (!path)
+        throw Error(QStringLiteral("Cannot find notes.sqlite."));
+    m_db.openThrow(*path);
+}
+
+qint64 IOSNotesDb::count()
+{
+    open();
+    Sqlite3Cursor row = m_db.queryThrow(QStringLiteral("select count(*) from ZNOTE"));
+    return row.moveNext() ? row.getInt64(0) : 0;
+}
+
+QList<NoteEntry> IOSNotesDb::readAll()
+{
+    open();
+    Sqlite3Cursor row = m_db.queryThrow(
+        QStringLiteral("select ZNOTE.ZINTEGERID,ZCREATIONDATE,ZMODIFICATIONDATE,ZTITLE,ZSUMMARY,ZCONTENT "
+                       "from ZNOTE,ZNOTEBODY where ZNOTEBODY.Z_PK=ZNOTE.ZBODY"));
+    QList<NoteEntry> notes;
+    while (row.moveNext()) {
+        NoteEntry note;
+        note.src_id = QString::number(row.getInt64(0));
+        note.dev_id = m_deviceId;
+        note.create_date = instantOfApple(row.getInt(1));
+        note.modified_date = instantOfApple(row.getInt(2));
+        note.title = row.getText(3);
+        note.summary = plainTextOfHtml(row.getText(4));
+        note.content = row.getText(5);
+        if (note.summary.isEmpty())
+            note.summary = summaryOf(note.content);
+        notes.append(std::move(note));
+    }
+    return notes;
+}
+
+LocalNotesDb::LocalNotesDb(const QString &folder)
+    : AbsLocalDb(folder, QStringLiteral("notes.db"), QStringLiteral(":/res/local_notes_db.sql"))
+{
+}
+
+qint64 LocalNotesDb::count()
+{
+    Sqlite3Cursor row = m_db.queryThrow(QStringLiteral("select count(*) from notes"));
+    return row.moveNext() ? row.getInt64(0) : 0;
+}
+
+QList<NoteEntry> LocalNotesDb::readAll()
+{
+    Sqlite3Cursor row = m_db.queryThrow(QStringLiteral("select * from notes order by modified_date desc"));
+    const LocalColumns columns(row);
+    QList<NoteEntry> notes;
+    while (row.moveNext())
+        notes.append(columns.read(row));
+    return notes;
+}
+
+std::optional<NoteEntry> LocalNotesDb::read(const QString &hash)
+{
+    Sqlite3Cursor row = m_db.queryThrow(
+        Sqlite3Sql(QStringLiteral("select * from notes where hash=? limit 1")).addTextParam(hash));
+    if (!row.moveNext())
+        return std::nullopt;
+    return LocalColumns(row).read(row);
+}
+
+QString LocalNotesDb::hashOf(const NoteEntry &note)
+{
+    QCryptographicHash hash(QCryptographicHash::Md5);
+    hash.addData(note.title.toUtf8());
+    hash.addData(note.content.toUtf8());
+    return QString::fromLatin1(hash.result().toHex());
+}
+
+bool LocalNotesDb::save(const NoteEntry &note)
+{
+    const QString hash = hashOf(note);
+    qint64 id = 0;
+    {
+        Sqlite3Cursor &there =
+            m_db.cachedThrow(Sqlite3Sql(QStringLiteral("select _id,modified_date from notes where hash=?"))
+                                 .addTextParam(hash));
+        if (there.moveNext())
+            id = there.getInt64(0);
+        there.reset();
+    }
+    Sqlite3Sql sql(
+        id != 0 ? QStringLiteral("update notes set create_date=?,modified_date=?,title=?,summary=?,content=?,"
+                                 "dev_id=?,src_id=? where _id=?")
+                : QStringLiteral("insert into notes(create_date,modified_date,title,summary,content,dev_id,"
+                                 "src_id,hash) values(?,?,?,?,?,?,?,?)"));
+    sql.addInt64Param(unixOf(note.create_date))
+        .addInt64Param(unixOf(note.modified_date))
+        .addTextParam(note.title)
+        .addTextParam(note.summary)
+        .addTextParam(note.content)
+        .addTextParam(note.dev_id)
+        .addTextParam(note.src_id);
+    if (id != 0)
+        sql.addInt64Param(id);
+    else
+        sql.addTextParam(hash);
+    m_db.executeCachedThrow(sql);
+    return id != 0;
+}
+
+bool LocalNotesDb::remove(const QString &hash)
+{
+    m_db.executeThrow(Sqlite3Sql(QStringLiteral("delete from notes where hash=?")).addTextParam(hash));
+    return m_db.changes() > 0;
+}
