@@ -109,3 +109,9 @@ struct SampleSummary
 /// a file cannot be written; Manifest.plist comes last, so what a failure leaves behind is not taken for a
 /// backup.
 SampleSummary makeSample(const SampleOptions &options);
+
+/// Writes a plain Manifest.db of `rows` file rows without any content file. Throws Error, also when `path` exists.
+void makeCatalogueOnly(const QString &path, int rows, quint64 seed);
+
+/// Writes an sms.db alone, in the schema of the generation. Throws Error, also when `path` exists.
+SampleCounts makeMessageDatabase(const QString &path, int ios, int messages, int chats, quint64 seed);

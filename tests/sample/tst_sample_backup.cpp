@@ -22,6 +22,7 @@ private slots:
     void messageCounts();
     void propertyLists();
     void extraRows();
+    void benchInputs();
     void refusals();
 };
 
@@ -163,6 +164,27 @@ void TestSampleBackup::extraRows()
     QCOMPARE(column(options.folder + u"/Manifest.db"_s,
                     u"select fileID from Files where relativePath like '../../o%'"_s),
              QStringList{file->fileId});
+}
+
+void TestSampleBackup::benchInputs()
+{
+    QTemporaryDir home;
+    const QString catalogue = home.filePath(u"Manifest.db"_s);
+    makeCatalogueOnly(catalogue, 2000, 3);
+    QCOMPARE(column(catalogue, u"pragma integrity_check"_s), QStringList{u"ok"_s});
+    QCOMPARE(column(catalogue, u"select count(distinct domain || relativePath) from Files"_s),
+             QStringList{u"2000"_s});
+    QVERIFY_THROWS_EXCEPTION(Error, makeCatalogueOnly(catalogue, 1, 3));
+
+    const QString messages = home.filePath(u"sms.db"_s);
+    const SampleCounts counts = makeMessageDatabase(messages, 12, 3000, 50, 3);
+    QCOMPARE(column(messages, u"pragma integrity_check"_s), QStringList{u"ok"_s});
+    QCOMPARE(column(messages, u"select count(*) from message"_s), QStringList{u"3000"_s});
+    QCOMPARE(counts.messageRows, 3000);
+    QCOMPARE(column(messages,
+                    u"select count(distinct chat_id) from chat_message_join as j inner join chat as c on "
+                    "c.rowid=j.chat_id"_s),
+             QStringList{u"50"_s});
 }
 
 void TestSampleBackup::refusals()
