@@ -3,6 +3,8 @@
 #include "base/progress.h"
 #include "messages/msg_records.h"
 
+#include <QStringList>
+
 #include <deque>
 #include <memory>
 #include <unordered_map>
@@ -40,6 +42,10 @@ public:
 
     /// Rows that could not be read, for the summary.
     qint64 skippedRows() const { return m_skippedRows; }
+    /// Messages whose text is stored in a form that could not be read; their text is empty.
+    qint64 unreadableTexts() const { return m_unreadableTexts; }
+    /// One sentence for each listing that damage in the database ended early. What came before is loaded.
+    QStringList warnings() const { return m_warnings; }
 
 protected:
     std::deque<_MsgChat> m_chats;
@@ -50,9 +56,15 @@ protected:
     std::unordered_map<qint64, _MsgChat *> m_chatById;
     std::unordered_map<qint64, _MsgHandle *> m_handleById;
     qint64 m_skippedRows = 0;
+    qint64 m_unreadableTexts = 0;
+    QStringList m_warnings;
 };
 
 /// Opens the message database of an opened backup with the reader that fits it. Throws
 /// Error("Found no message database file in this iTunes backup.") when the backup has none, and Error when it
 /// cannot be read. `source` must outlive the result.
 std::unique_ptr<AbsMessageDb> openMessageDb(FileSource &source);
+
+/// Opens one message database file of a device. `source`, which may be null, has its attachments and the
+/// address book. Throws Error.
+std::unique_ptr<AbsMessageDb> openMessageDbFile(const QString &path, FileSource *source);

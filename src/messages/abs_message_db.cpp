@@ -1,0 +1,47 @@
+#include "messages/abs_message_db.h"
+
+#include <unordered_set>
+
+AbsMessageDb::~AbsMessageDb() = default;
+
+_MsgChat *AbsMessageDb::chat(qint64 rowid) const
+{
+    const auto found = m_chatById.find(rowid);
+    return found == m_chatById.end() ? nullptr : found->second;
+}
+
+const _MsgHandle *AbsMessageDb::handle(qint64 rowid) const
+{
+    const auto found = m_handleById.find(rowid);
+    return found == m_handleById.end() ? nullptr : found->second;
+}
+
+std::vector<MessageRef> AbsMessageDb::select(const std::vector<qint64> &chatIds, qint64 from, qint64 to) const
+{
+    const auto inRange = [&](const _MsgMessage &message) {
+        return message.date >= from && message.date <= to;
+    };
+    const std::unordered_set<qint64> wanted(chatIds.begin(), chatIds.end());
+    std::vector<MessageRef> selected;
+    std::vector<MessageRef> conversation;
+    const auto flush = [&] {
+        sortForExport(conversation);
+        selected.insert(selected.end(), conversation.begin(), conversation.end());
+        conversation.clear();
+    };
+    for (const _MsgChat *chat : m_chatList) {
+        if (!wanted.empty() && !wanted.contains(chat->rowid))
+            continue;
+        for (const _MsgMessage *message : chat->messages)
+            if (inRange(*message))
+                conversation.push_back({chat, message});
+        flush();
+    }
+    if (wanted.empty()) {
+        for (const _MsgMessage &message : m_messages)
+            if (!message.chat && inRange(message))
+                conversation.push_back({nullptr, &message});
+        flush();
+    }
+    return selected;
+}

@@ -1,0 +1,65 @@
+#include "messages/abs_message_db.h"
+
+#include "base/error.h"
+#include "messages/ios6_message_db.h"
+#include "personal/country_lib_db.h"
+
+#include <QDebug>
+
+namespace {
+QSet<QString> tableNames(const QString &path)
+{
+    Sqlite3DB db;
+    db.openThrow(path);
+    QSet<QString> names;
+    Sqlite3Cursor cursor = db.queryThrow(QStringLiteral("select * from sqlite_master where type='table'"));
+    const int name = cursor.columnIndex(QStringLiteral("name"));
+    while (cursor.moveNext())
+        names.insert(cursor.getText(name).toLower());
+    return names;
+}
+
+// Without the countries data numbers are still cleaned of punctuation, which is no reason to show no
+// messages.
+void useCountries(IOS6MessageDb &db)
+{
+    const auto countries = std::make_shared<CountryLibDb>();
+    try {
+        countries->open();
+    } catch (const Error &error) {
+        qWarning().noquote() << error.sentence();
+        return;
+    }
+    db.setNumbers([countries](const QString &number,
+                              const QString &isoCode) { return countries->normaliseFor(number, isoCode); },
+                  countries->defaultCountry().sn);
+}
+} // namespace
+
+std::unique_ptr<AbsMessageDb> openMessageDb(FileSource &source)
+{
+    const std::optional<QString> path =
+        source.fetchDatabase({QStringLiteral("HomeDomain"), QStringLiteral("Library/SMS/sms.db")});
+    if (!path)
+        throw Error(QStringLiteral("Found no message database file in this iTunes backup."));
+    return openMessageDbFile(*path, &source);
+}
+
+std::unique_ptr<AbsMessageDb> openMessageDbFile(const QString &path, FileSource *source)
+{
+    static const QSet<QString> newerTables{QStringLiteral("chat"), QStringLiteral("handle"),
+                                           QStringLiteral("chat_handle_join"), QStringLiteral("message"),
+                                           QStringLiteral("chat_message_join")};
+    const QSet<QString> tables = tableNames(path);
+    if (tables.contains(newerTables)) {
+        auto db = std::make_unique<IOS6MessageDb>(path, source, ContactNames::FromAddressBook);
+        useCountries(*db);
+        return db;
+    }
+    if (!tables.contains(QStringLiteral("message")))
+        throw Error(QStringLiteral("%1 is no message database: it has no table \"message\".").arg(path));
+    throw Error(
+        QStringLiteral("The message database %1 was written by iOS 5 or earlier. Databases of that kind "
+                       "cannot be read yet.")
+            .arg(path));
+}

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QtGlobal>
+
+/// How a device counts in a column of instants since 2001.
+enum class DateUnit {
+    Seconds,
+    Nanoseconds,
+    AsStored, // whatever it is, it is kept
+};
+
+/// The value as the records hold it; one that they cannot hold becomes the first or last that they can.
+int recordDate(qint64 stored, DateUnit unit);
