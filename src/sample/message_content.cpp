@@ -15,11 +15,12 @@ constexpr qint64 lastHour = 3600;
 
 } // namespace
 
-MessageContent::MessageContent(MessageDatabase &database, SeededGenerator chance)
+MessageContent::MessageContent(MessageDatabase &database, SeededGenerator chance, AttachmentSink sink)
     : m_database(database),
       m_generation(database.generation()),
       m_chance(chance),
-      m_date(appleFromUnix(m_generation.backupDate) - threeYears)
+      m_date(appleFromUnix(m_generation.backupDate) - threeYears),
+      m_sink(std::move(sink))
 {
 }
 
@@ -115,6 +116,10 @@ void MessageContent::addBulkMessage()
     do
         conversation = static_cast<std::size_t>(m_chance.skewedBelow(static_cast<int>(m_chats.size())));
     while (m_chats[conversation].row.handles.empty());
+    if (m_chance.oneIn(40)) {
+        addBulkAttachment(conversation);
+        return;
+    }
     MessageRow row = message(conversation, makeText(m_chance));
     if (m_chance.oneIn(10))
         row.date -= std::min<qint64>(m_step, 90); // arrived later than it was sent: row id and date disagree

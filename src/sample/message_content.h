@@ -9,16 +9,24 @@
 
 namespace sample {
 
-/// What stores an attachment's file: place of the file, content. Null where only the database is wanted.
-struct FilePlace;
-using AttachmentSink = std::function<void(const FilePlace &, const QByteArray &content)>;
+/// An attachment's file on its way into the backup.
+struct AttachmentFile
+{
+    QString domain;
+    QString relativePath;
+    qint64 modified = 0; // Unix seconds
+    QByteArray content;
+    bool stored = true; // false: the catalogue has a row and the backup no content
+};
+using AttachmentSink = std::function<void(const AttachmentFile &)>;
 
 /// Fills a message database: first the handles and the showcase conversations, then bulk messages in all of
 /// them.
 class MessageContent
 {
 public:
-    MessageContent(MessageDatabase &database, SeededGenerator chance);
+    /// Without a sink attachments are rows alone.
+    MessageContent(MessageDatabase &database, SeededGenerator chance, AttachmentSink sink = {});
 
     void addShowcase();
     /// Adds conversations until there are `chats`, then messages until there are `messages`.
@@ -51,6 +59,21 @@ private:
     void addOddJoins();
     void addBulkMessage();
 
+    // attachment_showcase.cpp
+    void addAttachments();
+    void addAttachmentCase(std::size_t index);
+    void addBulkAttachment(std::size_t conversation);
+    MessageRow messageWithFiles(std::size_t conversation, const QByteArray &text,
+                                const QByteArrayList &guids);
+    void attach(qint64 message, AttachmentRow row, const AttachmentFile &file);
+
+    // modern_messages.cpp
+    void addReactions();
+    void addReplies();
+    void addEdits();
+    void addRecentlyDeleted();
+    void addUnreadableBodies();
+
     MessageDatabase &m_database;
     const Generation &m_generation;
     SeededGenerator m_chance;
@@ -59,6 +82,9 @@ private:
     std::vector<HandleRow> m_handles;
     std::vector<Conversation> m_chats;
     SampleCounts m_counts;
+    AttachmentSink m_sink;
+    QByteArrayList
+        m_pictures; // shared by the bulk attachments: encoding one for each would take longer than all else
 };
 
 } // namespace sample

@@ -229,9 +229,20 @@ qint64 MessageDatabase::addAttachment(const AttachmentRow &row, qint64 message)
     return attachment;
 }
 
+void MessageDatabase::beginWal()
+{
+    m_file.execute(messageIndexes(m_generation));
+    m_file.beginWal();
+    m_walBegun = true;
+}
+
 void MessageDatabase::finish()
 {
     m_statements.reset();
+    if (m_walBegun) {
+        m_file.closeKeepingWal(SeededGenerator(m_seed).fork("wal").next());
+        return;
+    }
     m_file.execute(messageIndexes(m_generation));
     m_file.close(m_generation.ios >= 9 ? SqliteFile::Journal::Wal : SqliteFile::Journal::Rollback);
 }

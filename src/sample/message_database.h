@@ -27,6 +27,9 @@ public:
     qint64 integer(const QByteArray &sql) { return m_file.integer(sql); }
     const Generation &generation() const { return m_generation; }
 
+    /// Ends the database file; messages that follow stand in a write-ahead log beside it.
+    void beginWal();
+
     /// Writes the indexes and the header. Nothing can be added afterwards.
     void finish();
 
@@ -36,6 +39,7 @@ private:
     const Generation &m_generation;
     SqliteFile m_file;
     quint64 m_seed;
+    bool m_walBegun = false;
     std::unique_ptr<Statements> m_statements;
 };
 

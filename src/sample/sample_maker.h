@@ -78,7 +78,8 @@ struct SampleChat
 /// How many records of each class a reader should find.
 struct SampleCounts
 {
-    int messageRows = 0; ///< rows of `message`, those outside every conversation included
+    int messageRows = 0;   ///< rows of `message`, those outside every conversation included
+    int messagesInWal = 0; ///< those of messageRows that stand in sms.db-wal alone
     int joinedMessages =
         0; ///< join rows to a message whose item_type is not 4, their conversation missing or not
     int listedMessages = 0; ///< distinct messages in a conversation that are no system items
@@ -110,7 +111,8 @@ struct SampleSummary
 /// backup.
 SampleSummary makeSample(const SampleOptions &options);
 
-/// Writes a plain Manifest.db of `rows` file rows without any content file. Throws Error, also when `path` exists.
+/// Writes a plain Manifest.db of `rows` file rows without any content file. Throws Error, also when `path`
+/// exists.
 void makeCatalogueOnly(const QString &path, int rows, quint64 seed);
 
 /// Writes an sms.db alone, in the schema of the generation. Throws Error, also when `path` exists.

@@ -1,5 +1,6 @@
 #include "sample/message_content.h"
 
+#include "sample/showcase.h"
 #include "sample/showcase_texts.h"
 #include "sample/text_maker.h"
 #include "sample/typedstream_writer.h"
@@ -7,10 +8,6 @@
 namespace sample {
 
 namespace {
-
-// Positions in the list of conversations; each is there for a reason that its row in addConversations()
-// shows.
-enum Showcase { Ada, Mail, Unnamed, Named, Climbing, ClimbingAgain, Nobody, Con, AdaSms, ShortCode, Scripts };
 
 QString latin1(const char *text)
 {
@@ -24,7 +21,13 @@ void MessageContent::addShowcase()
     addHandles();
     addConversations();
     addTexts();
+    addAttachments();
     addSystemItems();
+    addReactions();
+    addReplies();
+    addEdits();
+    addRecentlyDeleted();
+    addUnreadableBodies();
     addOddJoins();
 }
 

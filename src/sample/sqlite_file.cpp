@@ -1,6 +1,7 @@
 #include "sample/sqlite_file.h"
 
 #include "base/error.h"
+#include "sample/wal_salt.h"
 
 #include <QFile>
 
@@ -140,6 +141,29 @@ void SqliteFile::close(Journal journal)
     // Bytes 18 and 19 are the versions a writer and a reader must know: 2 is the write-ahead log.
     if (!file.open(QIODevice::ReadWrite) || !file.seek(18) || file.write("\x02\x02", 2) != 2)
         throw Error(QStringLiteral("can not write %1. %2").arg(m_path, file.errorString()));
+}
+
+void SqliteFile::beginWal()
+{
+    execute("commit; pragma journal_mode=wal; pragma wal_autocheckpoint=0; begin");
+}
+
+void SqliteFile::closeKeepingWal(quint64 salt)
+{
+    execute("commit");
+    // Closing would fold the log into the database, so both are set aside while they are as they should stay.
+    const QString aside = m_path + QStringLiteral("-aside");
+    if (!QFile::copy(m_path, aside) ||
+        !QFile::copy(m_path + QStringLiteral("-wal"), aside + QStringLiteral("-wal")))
+        throw Error(QStringLiteral("can not create %1.").arg(aside));
+    check(sqlite3_close(m_handle), "close");
+    m_handle = nullptr;
+    for (const QString &companion : {QString(), QStringLiteral("-wal")}) {
+        QFile::remove(m_path + companion);
+        if (!QFile::rename(aside + companion, m_path + companion))
+            throw Error(QStringLiteral("can not create %1.").arg(m_path + companion));
+    }
+    saltWal(m_path + QStringLiteral("-wal"), salt);
 }
 
 } // namespace sample

@@ -75,6 +75,12 @@ public:
     qint64 integer(const QByteArray &sql);
 
     void close(Journal journal);
+
+    /// Commits what there is into the file itself; what follows stays in the write-ahead log.
+    void beginWal();
+    /// Closes and keeps the log as path + "-wal". Its salts, which SQLite draws by chance, are replaced by
+    /// `salt`.
+    void closeKeepingWal(quint64 salt);
     const QString &path() const { return m_path; }
 
 private:

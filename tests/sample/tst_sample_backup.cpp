@@ -18,8 +18,6 @@ class TestSampleBackup : public QObject
 private slots:
     void sameOptionsSameBytes_data();
     void sameOptionsSameBytes();
-    void messageCounts_data();
-    void messageCounts();
     void propertyLists();
     void extraRows();
     void benchInputs();
@@ -48,10 +46,11 @@ void TestSampleBackup::sameOptionsSameBytes_data()
     QTest::addColumn<Layout>("layout");
     QTest::addColumn<int>("ios");
     QTest::addColumn<QString>("password");
-    QTest::newRow("modern") << Layout::Modern << 17 << QString();
-    QTest::newRow("modern, encrypted") << Layout::Modern << 12 << u"secret"_s;
-    QTest::newRow("mbdb") << Layout::Mbdb << 6 << QString();
-    QTest::newRow("mbdb, encrypted") << Layout::Mbdb << 9 << u"secret"_s;
+    QTest::addColumn<bool>("wal");
+    QTest::newRow("modern") << Layout::Modern << 17 << QString() << true;
+    QTest::newRow("modern, encrypted") << Layout::Modern << 12 << u"secret"_s << false;
+    QTest::newRow("mbdb") << Layout::Mbdb << 6 << QString() << false;
+    QTest::newRow("mbdb, encrypted") << Layout::Mbdb << 9 << u"secret"_s << false;
 }
 
 void TestSampleBackup::sameOptionsSameBytes()
@@ -59,11 +58,13 @@ void TestSampleBackup::sameOptionsSameBytes()
     QFETCH(Layout, layout);
     QFETCH(int, ios);
     QFETCH(QString, password);
+    QFETCH(bool, wal);
     QTemporaryDir home;
     SampleOptions options;
     options.layout = layout;
     options.ios = ios;
     options.password = password;
+    options.walCompanion = wal;
     QList<QMap<QString, QPair<qint64, QByteArray>>> runs;
     for (const QString &name : {u"one"_s, u"two"_s}) {
         options.folder = home.filePath(name);
@@ -79,56 +80,6 @@ void TestSampleBackup::sameOptionsSameBytes()
     options.seed = 2;
     makeSample(options);
     QVERIFY(everything(options.folder) != runs[0]);
-}
-
-void TestSampleBackup::messageCounts_data()
-{
-    QTest::addColumn<int>("ios");
-    QTest::addColumn<int>("messages");
-    for (const int ios : {6, 7, 9, 10, 11, 12, 14, 15, 16, 17})
-        QTest::addRow("iOS %d", ios) << ios << 300;
-    QTest::newRow("fewer than the showcase") << 17 << 0;
-}
-
-void TestSampleBackup::messageCounts()
-{
-    QFETCH(int, ios);
-    QFETCH(int, messages);
-    QTemporaryDir home;
-    SampleOptions options;
-    options.folder = home.filePath(u"backup"_s);
-    options.ios = ios;
-    options.messages = messages;
-    options.chats = 20;
-    const SampleSummary summary = makeSample(options);
-    const SampleFile *file = summary.file(u"HomeDomain"_s, u"Library/SMS/sms.db"_s);
-    QVERIFY(file);
-    const QString path = storedPath(options, *file);
-    const auto count = [&](const char *sql) { return column(path, QLatin1String(sql)).first().toInt(); };
-    QCOMPARE(column(path, u"pragma integrity_check"_s), QStringList{u"ok"_s});
-    QCOMPARE(count("select count(*) from message"), summary.counts.messageRows);
-    if (messages > 0)
-        QCOMPARE(summary.counts.messageRows, messages);
-    const bool items =
-        !column(path, u"select 1 from pragma_table_info('message') where name='item_type'"_s).isEmpty();
-    QCOMPARE(items, ios >= 9);
-    QCOMPARE(column(path, u"select count(*) from chat_message_join as j inner join message as m "
-                          "on j.message_id=m.rowid%1"_s.arg(items ? u" and m.item_type <> 4"_s : QString()))
-                 .first()
-                 .toInt(),
-             summary.counts.joinedMessages);
-    QCOMPARE(
-        column(path, u"select count(distinct m.rowid) from chat_message_join as j inner join message as m "
-                     "on j.message_id=m.rowid inner join chat as c on c.rowid=j.chat_id%1"_s.arg(
-                         items ? u" and m.item_type=0"_s : QString()))
-            .first()
-            .toInt(),
-        summary.counts.listedMessages);
-    QCOMPARE(count("select count(*) from chat"), 20);
-    QCOMPARE(summary.chats.size(), std::size_t(20));
-    QCOMPARE(readAll(path).mid(18, 2), ios >= 9 ? QByteArray("\2\2") : QByteArray("\1\1"));
-    const qint64 newest = column(path, u"select max(date) from message"_s).first().toLongLong();
-    QCOMPARE(newest > 1000000000000000, ios >= 11);
 }
 
 void TestSampleBackup::propertyLists()
