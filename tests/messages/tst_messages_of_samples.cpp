@@ -65,4 +65,4 @@ void TestSampleMessages::wholeBackup()
 }
 
 QTEST_GUILESS_MAIN(TestSampleMessages)
-#include "tst_sample_messages.moc"
+#include "tst_messages_of_samples.moc"
