@@ -151,6 +151,11 @@ qint64 Sqlite3DB::lastInsertId() const
     return sqlite3_last_insert_rowid(m_db);
 }
 
+int Sqlite3DB::changes() const
+{
+    return sqlite3_changes(m_db);
+}
+
 QList<_SqliteCol> Sqlite3DB::tbInfo(const QString &table) const
 {
     QString quoted = table;

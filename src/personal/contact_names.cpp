@@ -1,0 +1,53 @@
+#include "personal/contact_names.h"
+
+#include "backup/file_source.h"
+#include "base/error.h"
+#include "personal/contact_functions.h"
+#include "sqlite/sqlite3_db.h"
+
+#include <algorithm>
+
+namespace
+{
+QHash<qint64, QString> readPersonNames(const Sqlite3DB &db)
+{
+    QHash<qint64, QString> names;
+    Sqlite3Cursor row = db.queryThrow(QStringLiteral("select rowid, first, middle, last from ABPerson"));
+    while (row.moveNext())
+        names.insert(row.getInt64(0), personName(row.getText(1), row.getText(2), row.getText(3)));
+    return names;
+}
+
+bool namesSomething(const QString &address)
+{
+    return std::any_of(address.begin(), address.end(), [](QChar c) { return c.isLetterOrNumber(); });
+}
+}
+
+ContactNames::ContactNames(FileSource &source)
+{
+    // Calls without names are better than no calls.
+    try {
+        const auto path = source.fetchDatabase(
+            {QStringLiteral("HomeDomain"), QStringLiteral("Library/AddressBook/AddressBook.sqlitedb")});
+        if (!path)
+            return;
+        Sqlite3DB db;
+        db.openThrow(*path);
+        const QHash<qint64, QString> persons = readPersonNames(db);
+        Sqlite3Cursor row =
+            db.queryThrow(QStringLiteral("select record_id, value from ABMultiValue order by rowid"));
+        while (row.moveNext()) {
+            const auto person = persons.constFind(row.getInt64(0));
+            if (person != persons.constEnd())
+                m_names.insert(numberSuffix(row.getText(1)), *person);
+        }
+    } catch (const Error &error) {
+        qWarning("no names for the calls: %s", error.what());
+    }
+}
+
+QString ContactNames::nameOfNumber(const QString &address) const
+{
+    return namesSomething(address) ? m_names.value(numberSuffix(address)) : QString();
+}

@@ -1,0 +1,196 @@
+#include "personal/ios_call_history_db.h"
+
+#include "backup/file_record.h"
+#include "backup/file_source.h"
+#include "base/apple_time.h"
+#include "base/error.h"
+#include "personal/contact_names.h"
+
+namespace {
+const SourceFile olderFile{QStringLiteral("WirelessDomain"),
+                           QStringLiteral("Library/CallHistory/call_history.db")};
+const SourceFile newerFile{QStringLiteral("HomeDomain"),
+                           QStringLiteral("Library/CallHistoryDB/CallHistory.storedata")};
+
+constexpr int firstVersionWithNewFlags = 12;
+
+QString fileIdOf(const SourceFile &file)
+{
+    return QString::fromLatin1(fileId(file.domain.toUtf8(), file.relativePath.toUtf8()));
+}
+
+QDateTime instant(qint64 unixSeconds)
+{
+    return QDateTime::fromSecsSinceEpoch(unixSeconds, Qt::UTC);
+}
+
+void requireTable(const Sqlite3DB &db, const char *table)
+{
+    if (!db.hasTable(QLatin1String(table)))
+        throw Error(
+            QStringLiteral("can not read %1. It has no table \"%2\"").arg(db.path(), QLatin1String(table)));
+}
+
+qint64 countOf(const Sqlite3DB &db, const QString &table)
+{
+    Sqlite3Cursor row = db.queryThrow(QStringLiteral("select count(*) from %1").arg(table));
+    return row.moveNext() ? row.getInt64(0) : 0;
+}
+} // namespace
+
+void IOS5CallsDbCore::open(const QString &path)
+{
+    m_db.openThrow(path);
+    requireTable(m_db, "call");
+    m_columns = m_db.tbCols(QStringLiteral("call"));
+    if (!m_db.hasTable(QStringLiteral("_SqliteDatabaseProperties")))
+        return;
+    Sqlite3Cursor version = m_db.queryThrow(
+        QStringLiteral("select value from _SqliteDatabaseProperties where key='_ClientVersion'"));
+    if (version.moveNext())
+        m_clientVersion = version.getInt(0);
+}
+
+CallType IOS5CallsDbCore::typeOfFlags(int flags, bool hasAnsweredColumn, bool answered, int clientVersion)
+{
+    if (hasAnsweredColumn) {
+        if (flags == 0)
+            return answered ? CallType::Incoming : CallType::Missed;
+        return flags == 9 ? CallType::Outgoing : CallType::Unknown;
+    }
+    if (clientVersion >= firstVersionWithNewFlags) {
+        if (flags == 0)
+            return CallType::Incoming;
+        return flags == 9 ? CallType::Outgoing : CallType::Missed;
+    }
+    switch (flags) {
+    case 4:
+        return CallType::Incoming;
+    case 5:
+        return CallType::Outgoing;
+    case 8:
+        return CallType::Missed;
+    default:
+        return CallType::Unknown;
+    }
+}
+
+qint64 IOS5CallsDbCore::count()
+{
+    return countOf(m_db, QStringLiteral("call"));
+}
+
+QList<CallEntry> IOS5CallsDbCore::readAll()
+{
+    Sqlite3Cursor row = m_db.queryThrow(QStringLiteral("select * from call order by date desc"));
+    const auto column = [&row](const char *name) { return row.columnIndex(QLatin1String(name)); };
+    const int address = column("address"), date = column("date"), duration = column("duration"),
+              flags = column("flags"), name = column("name"), country = column("country_code"),
+              network = column("network_code"), read = column("read"), assisted = column("assisted"),
+              faceTime = column("face_time_data"), original = column("originalAddress"),
+              answered = column("answered");
+    QList<CallEntry> calls;
+    while (row.moveNext()) {
+        CallEntry call;
+        call.address = row.getText(address);
+        call.date = instant(row.getInt64(date));
+        call.duration = row.getInt(duration);
+        call.name = row.getText(name);
+        call.country_code = row.getText(country);
+        call.network_code = row.getText(network);
+        call.read = row.getInt(read);
+        call.assisted = row.getInt(assisted);
+        call.face_time_data = row.getBlob(faceTime);
+        call.originalAddress = row.getText(original);
+        call.answered = row.getInt(answered);
+        call.type = static_cast<int>(
+            typeOfFlags(row.getInt(flags), answered >= 0, call.answered != 0, m_clientVersion));
+        calls.append(std::move(call));
+    }
+    return calls;
+}
+
+void IOS8CallsDbCore::open(const QString &path)
+{
+    m_db.openThrow(path);
+    requireTable(m_db, "ZCALLRECORD");
+    if (!m_db.hasTable(QStringLiteral("Z_PRIMARYKEY")))
+        return;
+    Sqlite3Cursor row = m_db.queryThrow(QStringLiteral("select * from Z_PRIMARYKEY"));
+    const int entity = row.columnIndex(QStringLiteral("Z_ENT"));
+    const int name = row.columnIndex(QStringLiteral("Z_NAME"));
+    while (row.moveNext())
+        if (row.viewText(name) == QByteArrayView("CallRecord"))
+            m_entity = row.getInt(entity);
+}
+
+qint64 IOS8CallsDbCore::count()
+{
+    return countOf(m_db, QStringLiteral("ZCALLRECORD"));
+}
+
+QList<CallEntry> IOS8CallsDbCore::readAll()
+{
+    Sqlite3Cursor row = m_db.queryThrow(QStringLiteral("select * from ZCALLRECORD order by ZDATE desc"));
+    const auto column = [&row](const char *name) { return row.columnIndex(QLatin1String(name)); };
+    const int address = column("ZADDRESS"), date = column("ZDATE"), duration = column("ZDURATION"),
+              name = column("ZNAME"), read = column("ZREAD"), faceTime = column("ZFACE_TIME_DATA"),
+              answered = column("ZANSWERED"), callType = column("ZCALLTYPE"),
+              availability = column("ZNUMBER_AVAILABILITY"), originated = column("ZORIGINATED"),
+              device = column("ZDEVICE_ID"), country = column("ZISO_COUNTRY_CODE"),
+              unique = column("ZUNIQUE_ID");
+    QList<CallEntry> calls;
+    while (row.moveNext()) {
+        CallEntry call;
+        call.address = row.getText(address); // a BLOB of the same bytes on some versions
+        call.date = instant(unixFromApple(row.getInt(date)));
+        call.duration = row.getInt(duration);
+        call.name = row.getText(name);
+        call.read = row.getInt(read);
+        call.face_time_data = row.getBlob(faceTime);
+        call.answered = row.getInt(answered);
+        call.call_type = row.getInt(callType);
+        call.availability = row.getInt(availability);
+        call.device_id = row.getText(device);
+        call.cn = row.getText(country);
+        call.unique_id = row.getText(unique);
+        const CallType incoming = call.answered != 0 ? CallType::Incoming : CallType::Missed;
+        call.type = static_cast<int>(row.getInt(originated) != 0 ? CallType::Outgoing : incoming);
+        calls.append(std::move(call));
+    }
+    return calls;
+}
+
+IOSCallHistoryDb::IOSCallHistoryDb(FileSource &source) : m_source(source) {}
+
+AbsCallsDbCore &IOSCallHistoryDb::core()
+{
+    if (m_core)
+        return *m_core;
+    if (const auto path = m_source.fetchDatabase(olderFile)) {
+        auto core = std::make_unique<IOS5CallsDbCore>();
+        core->open(*path);
+        m_core = std::move(core);
+    } else if (const auto newer = m_source.fetchDatabase(newerFile)) {
+        auto core = std::make_unique<IOS8CallsDbCore>();
+        core->open(*newer);
+        m_core = std::move(core);
+    } else {
+        throw Error(QStringLiteral("Cannot find %1 or %2.").arg(fileIdOf(olderFile), fileIdOf(newerFile)));
+    }
+    return *m_core;
+}
+
+qint64 IOSCallHistoryDb::count()
+{
+    return core().count();
+}
+
+QList<CallEntry> IOSCallHistoryDb::readAll()
+{
+    QList<CallEntry> calls = core().readAll();
+    const ContactNames names(m_source);
+    for (CallEntry &call : calls)
+        call.person = names.nameOfNumber(call.address);
+    return calls;
+}

@@ -1,0 +1,356 @@
+#include "address_book.h"
+
+#include "base/error.h"
+#include "personal/contact_words.h"
+#include "personal/local_contacts_db.h"
+#include "resources/resources.h"
+
+#include <QTest>
+
+using Kind = ContactDataKind;
+
+class TestContacts : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { initResources(); }
+    void readsEveryKind();
+    void leavesOutWhatHasNoLabel();
+    void birthdayBeforeTheEpochIsNone();
+    void displayName_data();
+    void displayName();
+    void address_data();
+    void address();
+    void damagedAddressBooks_data();
+    void damagedAddressBooks();
+    void sameNameIsMerged();
+    void mergeRules_data();
+    void mergeRules();
+    void namelessContactsStayApart();
+    void wildcardsInAName();
+    void groupsAreMadeOnce();
+    void removeLeavesNothing();
+    void rollbackLeavesTheStore();
+
+private:
+    static ContactDataRow row(std::initializer_list<std::pair<int, const char *>> columns);
+    static ContactRecord person(const char *name, Kind kind, const ContactDataRow &row);
+    static LocalContactsDb::Saved save(LocalContactsDb &db, const ContactRecord &record);
+};
+
+ContactDataRow TestContacts::row(std::initializer_list<std::pair<int, const char *>> columns)
+{
+    ContactDataRow row;
+    for (const auto &[column, text] : columns)
+        row.data(column) = QString::fromUtf8(text);
+    return row;
+}
+
+ContactRecord TestContacts::person(const char *name, Kind kind, const ContactDataRow &row)
+{
+    ContactRecord record;
+    ContactDataRow nameRow;
+    nameRow.data(1) = nameRow.data(2) = QString::fromUtf8(name);
+    record.rows[Kind::Name] = {nameRow};
+    record.rows[kind].append(row);
+    return record;
+}
+
+LocalContactsDb::Saved TestContacts::save(LocalContactsDb &db, const ContactRecord &record)
+{
+    db.begin();
+    const auto saved = db.save(record, IOSContactCombineRule());
+    db.commit();
+    return saved;
+}
+
+void TestContacts::readsEveryKind()
+{
+    FolderSource source;
+    source.putDatabase(
+        AddressBook::file,
+        AddressBook::schema() +
+            QStringLiteral("insert into ABPerson values(7,'Ada','King','Byron','Engine Ltd','Looms','likes "
+                           "'||char(10)||'numbers',"
+                           "'378691200','Analyst','Countess','Lady','PhD');"
+                           "insert into ABMultiValueLabel "
+                           "values('_$!<Mobile>!$_'),('_$!<Other>!$_'),('Boat'),('_$!<Home>!$_'),"
+                           "('_$!<Anniversary>!$_'),('_$!<HomePage>!$_'),('_$!<Sister>!$_');"
+                           "insert into ABMultiValueEntryKey "
+                           "values('Street'),('ZIP'),('City'),('Country'),('State'),('service'),('username');"
+                           "insert into ABMultiValue values(1,7,3,0,1,'+44 7700 "
+                           "900123'),(2,7,3,1,2,'1'),(3,7,3,2,3,'2'),(4,7,4,0,4,'a@b.c'),"
+                           "(5,7,5,0,4,null),(6,7,12,0,5,'-978307200'),(7,7,13,0,4,null),(8,7,22,0,6,'http://"
+                           "x'),(9,7,23,0,7,'Allegra'),"
+                           "(10,7,46,0,4,'profile');"
+                           "insert into ABMultiValueEntry values(5,1,'1 "
+                           "Main'),(5,2,'N1'),(5,3,'London'),(5,4,'UK'),(7,6,'GoogleTalk'),(7,7,'ada');"));
+    source.putDatabase(AddressBook::images,
+                       QStringLiteral("create table ABFullSizeImage(record_id INTEGER, data BLOB); insert "
+                                      "into ABFullSizeImage values(7,x'ffd8'),(8,x'00');"));
+
+    IOSContactsDb db(source);
+    QCOMPARE(db.count(), 1);
+    const QList<ContactRecord> all = db.readAll();
+    QCOMPARE(all.size(), 1);
+    const ContactRecord &ada = all.first();
+    QCOMPARE(ada.src_id, QStringLiteral("7"));
+    QCOMPARE(displayNameOf(ada), QStringLiteral("Lady Ada Byron King PhD"));
+    QCOMPARE(ada.rows.value(Kind::Phone),
+             (QList{row({{1, "+44 7700 900123"}, {2, "2"}}), row({{1, "1"}, {2, "0"}}),
+                    row({{1, "2"}, {2, "0"}, {3, "Boat"}})}));
+    QCOMPARE(ada.rows.value(Kind::Email), (QList{row({{1, "a@b.c"}, {2, "1"}})}));
+    QCOMPARE(ada.rows.value(Kind::PostalAddress), (QList{row({{1, "1 Main\nLondon, N1\nUK"},
+                                                              {2, "1"},
+                                                              {4, "1 Main"},
+                                                              {7, "London"},
+                                                              {9, "N1"},
+                                                              {10, "UK"}})}));
+    QCOMPARE(ada.rows.value(Kind::Event), (QList{row({{1, "2013-01-01T00:00:00"}, {2, "3"}}),
+                                                 row({{1, "1970-01-01T00:00:00"}, {2, "1"}})}));
+    QCOMPARE(ada.rows.value(Kind::Im), (QList{row({{1, "ada"}, {2, "1"}, {5, "6"}})}));
+    QCOMPARE(ada.rows.value(Kind::Website), (QList{row({{1, "http://x"}, {2, "1"}})}));
+    QCOMPARE(ada.rows.value(Kind::Relation), (QList{row({{1, "Allegra"}, {2, "13"}})}));
+    QCOMPARE(ada.rows.value(Kind::Organization),
+             (QList{row({{1, "Engine Ltd"}, {4, "Analyst"}, {5, "Looms"}})}));
+    QCOMPARE(ada.rows.value(Kind::Note), (QList{row({{1, "likes \nnumbers"}})}));
+    QCOMPARE(ada.rows.value(Kind::Nickname), (QList{row({{1, "Countess"}})}));
+    QCOMPARE(ada.rows.value(Kind::Photo).first().data15, QByteArray("\xff\xd8"));
+}
+
+void TestContacts::leavesOutWhatHasNoLabel()
+{
+    FolderSource source;
+    source.putDatabase(
+        AddressBook::file,
+        AddressBook::schema() +
+            QStringLiteral(
+                "insert into ABPerson(ROWID,First) values(1,'A'); insert into ABMultiValueLabel values('x');"
+                "insert into ABMultiValue "
+                "values(1,1,3,0,null,'1'),(2,1,3,0,99,'2'),(3,1,3,0,1,'3'),(4,55,3,0,1,'4');"));
+    const auto phones = IOSContactsDb(source).readAll().first().rows.value(Kind::Phone);
+    QCOMPARE(phones, (QList{row({{1, "3"}, {2, "0"}, {3, "x"}})}));
+}
+
+void TestContacts::birthdayBeforeTheEpochIsNone()
+{
+    FolderSource source;
+    source.putDatabase(AddressBook::file,
+                       AddressBook::schema() +
+                           QStringLiteral("insert into ABPerson(ROWID,First,Birthday) "
+                                          "values(1,'A','-1'),(2,'B','0'),(3,'C','1.9'),(4,'D','9000000000000000000');"));
+    const auto all = IOSContactsDb(source).readAll();
+    QVERIFY(!all.at(0).rows.contains(Kind::Event));
+    QVERIFY(!all.at(1).rows.contains(Kind::Event));
+    QCOMPARE(all.at(2).rows.value(Kind::Event).first().data(1), QStringLiteral("2001-01-01T00:00:01"));
+    QVERIFY(all.at(3).rows.value(Kind::Event).first().data(1).isEmpty());
+}
+
+void TestContacts::displayName_data()
+{
+    QTest::addColumn<ContactDataRow>("name");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("prefix and last") << row({{5, "Dr"}, {3, "No"}}) << "Dr No";
+    QTest::newRow("first alone") << row({{2, "Cher"}}) << "Cher";
+    QTest::newRow("nothing") << ContactDataRow() << "";
+    QTest::newRow("all") << row({{5, "a"}, {2, "b"}, {4, "c"}, {3, "d"}, {6, "e"}}) << "a b c d e";
+}
+
+void TestContacts::displayName()
+{
+    QFETCH(ContactDataRow, name);
+    QTEST(composeDisplayName(name), "expected");
+}
+
+void TestContacts::address_data()
+{
+    QTest::addColumn<ContactDataRow>("row");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("whole") << row({{4, "1 A St"}, {7, "B"}, {8, "C"}, {9, "9"}, {10, "D"}})
+                           << "1 A St\nB, C 9\nD";
+    QTest::newRow("ZIP without city and state") << row({{4, "1 A St"}, {9, "9"}, {10, "D"}}) << "1 A St\nD";
+    QTest::newRow("city alone") << row({{7, "B"}}) << "B";
+    QTest::newRow("state and ZIP") << row({{4, "S"}, {8, "C"}, {9, "9"}}) << "S\n C 9";
+}
+
+void TestContacts::address()
+{
+    QFETCH(ContactDataRow, row);
+    QTEST(composeAddress(row), "expected");
+}
+
+void TestContacts::damagedAddressBooks_data()
+{
+    QTest::addColumn<QString>("script");
+    QTest::addColumn<int>("contacts"); // -1: an Error
+    QTest::newRow("no tables of values")
+        << "create table ABPerson(First TEXT); insert into ABPerson values('A')" << 1;
+    QTest::newRow("no table of people") << "create table x(y)" << -1;
+    QTest::newRow("no labels") << "create table ABPerson(First TEXT); insert into ABPerson values('A');"
+                                  "create table ABMultiValue(UID, record_id, property, label, value);"
+                                  "insert into ABMultiValue values(1,1,3,1,'5')"
+                               << 1;
+}
+
+void TestContacts::damagedAddressBooks()
+{
+    QFETCH(QString, script);
+    QFETCH(int, contacts);
+    FolderSource source;
+    try {
+        IOSContactsDb(source).readAll();
+        QFAIL("read without an address book");
+    } catch (const Error &error) {
+        QCOMPARE(error.sentence(), QStringLiteral("Cannot find AddressBook.sqlitedb"));
+    }
+    source.putDatabase(AddressBook::file, script);
+    source.put(AddressBook::images, "this is no database");
+    IOSContactsDb db(source);
+    if (contacts < 0)
+        QVERIFY_EXCEPTION_THROWN(db.readAll(), Error);
+    else
+        QCOMPARE(db.readAll().size(), contacts);
+}
+
+void TestContacts::sameNameIsMerged()
+{
+    QTemporaryDir folder;
+    LocalContactsDb db(folder.path());
+    db.open();
+    const ContactRecord ada = person("Ada King", Kind::Phone, row({{1, "1"}, {2, "2"}}));
+    QVERIFY(!save(db, ada).merged);
+    QVERIFY(save(db, ada).merged);
+    QCOMPARE(db.readAll().first().rows.value(Kind::Phone).size(), 1);
+    QVERIFY(save(db, person("aDA KING", Kind::Phone, row({{1, "9"}}))).merged);
+    QCOMPARE(db.count(), 1);
+    QCOMPARE(db.readAll().first().rows.value(Kind::Phone).size(), 2);
+    QVERIFY(!save(db, person("\xc3\x84"
+                             "da",
+                             Kind::Note, row({{1, "n"}})))
+                 .merged);
+    QVERIFY(!save(db, person("\xc3\xa4"
+                             "da",
+                             Kind::Note, row({{1, "n"}})))
+                 .merged); // LIKE folds ASCII alone
+    QCOMPARE(db.count(), 3);
+}
+
+void TestContacts::mergeRules_data()
+{
+    QTest::addColumn<Kind>("kind");
+    QTest::addColumn<ContactDataRow>("stored");
+    QTest::addColumn<ContactDataRow>("incoming");
+    QTest::addColumn<QList<ContactDataRow>>("expected");
+    QTest::newRow("a changed note replaces the one note")
+        << Kind::Note << row({{1, "old"}}) << row({{1, "new"}}) << QList{row({{1, "new"}})};
+    QTest::newRow("an empty label does not erase one")
+        << Kind::Phone << row({{1, "5"}, {2, "0"}, {3, "Boat"}}) << row({{1, "5"}, {2, "2"}})
+        << QList{row({{1, "5"}, {2, "2"}, {3, "Boat"}})};
+    QTest::newRow("anniversary and birthday on one day")
+        << Kind::Event << row({{1, "d"}, {2, "1"}}) << row({{1, "d"}, {2, "3"}})
+        << QList{row({{1, "d"}, {2, "1"}}), row({{1, "d"}, {2, "3"}})};
+    QTest::newRow("one name on two services")
+        << Kind::Im << row({{1, "ada"}, {5, "4"}}) << row({{1, "ada"}, {5, "7"}})
+        << QList{row({{1, "ada"}, {5, "4"}}), row({{1, "ada"}, {5, "7"}})};
+    QTest::newRow("a row of nothing is not written")
+        << Kind::Email << row({{1, "a@b"}}) << ContactDataRow() << QList{row({{1, "a@b"}})};
+    QTest::newRow("an organisation keeps what the new one lacks")
+        << Kind::Organization << row({{1, "Co"}, {5, "Looms"}}) << row({{1, "Co"}, {4, "Boss"}})
+        << QList{row({{1, "Co"}, {4, "Boss"}, {5, "Looms"}})};
+}
+
+void TestContacts::mergeRules()
+{
+    QFETCH(Kind, kind);
+    QFETCH(ContactDataRow, stored);
+    QFETCH(ContactDataRow, incoming);
+    QTemporaryDir folder;
+    LocalContactsDb db(folder.path());
+    db.open();
+    save(db, person("A", kind, stored));
+    save(db, person("A", kind, incoming));
+    QList<ContactDataRow> rows = db.readAll().first().rows.value(kind);
+    for (ContactDataRow &row : rows)
+        row.id = 0;
+    QTEST(rows, "expected");
+}
+
+void TestContacts::namelessContactsStayApart()
+{
+    QTemporaryDir folder;
+    {
+        LocalContactsDb db(folder.path());
+        db.open();
+        QVERIFY(!save(db, person("", Kind::Organization, row({{1, "Co"}}))).merged);
+        QVERIFY(!save(db, person("", Kind::Phone, row({{1, "5"}}))).merged);
+        QVERIFY(!save(db, person("", Kind::Note, row({{1, "nobody"}}))).merged);
+    }
+    LocalContactsDb db(folder.path());
+    db.open();
+    QVERIFY(save(db, person("", Kind::Organization, row({{1, "co"}}))).merged);
+    QVERIFY(save(db, person("", Kind::Phone, row({{1, "5"}}))).merged);
+    QVERIFY(!save(db, person("", Kind::Phone, row({{1, "6"}}))).merged);
+    QVERIFY(!save(db, person("", Kind::Note, row({{1, "nobody"}}))).merged);
+    QCOMPARE(db.count(), 5);
+}
+
+void TestContacts::wildcardsInAName()
+{
+    QTemporaryDir folder;
+    LocalContactsDb db(folder.path());
+    db.open();
+    save(db, person("Anna", Kind::Note, row({{1, "n"}})));
+    QVERIFY(save(db, person("A%", Kind::Note, row({{1, "n"}}))).merged);
+    QVERIFY(!save(db, person("B_b", Kind::Note, row({{1, "n"}}))).merged);
+    QVERIFY(!save(db, person("Bob", Kind::Note, row({{1, "n"}}))).merged);
+    QVERIFY(save(db, person("b_B", Kind::Note, row({{1, "n"}}))).merged);
+}
+
+void TestContacts::groupsAreMadeOnce()
+{
+    QTemporaryDir folder;
+    LocalContactsDb db(folder.path());
+    db.open();
+    for (const char *name : {"A", "B", "A"})
+        save(db, person(name, Kind::GroupMembership, row({{2, "Friends"}})));
+    const auto all = db.readAll();
+    QCOMPARE(all.size(), 2);
+    for (const ContactRecord &contact : all) {
+        QCOMPARE(contact.rows.value(Kind::GroupMembership).size(), 1);
+        QCOMPARE(contact.rows.value(Kind::GroupMembership).first().data(1), QStringLiteral("1"));
+    }
+}
+
+void TestContacts::removeLeavesNothing()
+{
+    QTemporaryDir folder;
+    LocalContactsDb db(folder.path());
+    db.open();
+    const qint64 id = save(db, person("A", Kind::Phone, row({{1, "5"}}))).id;
+    QVERIFY(db.remove(id));
+    QVERIFY(!db.remove(id));
+    QVERIFY(!db.read(id));
+    QCOMPARE(db.readAll().size(), 0);
+    QVERIFY(!save(db, person("A", Kind::Phone, row({{1, "5"}}))).merged);
+}
+
+void TestContacts::rollbackLeavesTheStore()
+{
+    QTemporaryDir folder;
+    {
+        LocalContactsDb db(folder.path());
+        db.open();
+        db.begin();
+        db.save(person("A", Kind::Phone, row({{1, "5"}})), IOSContactCombineRule());
+        db.rollback();
+    }
+    LocalContactsDb db(folder.path());
+    QVERIFY(db.openExisting());
+    QCOMPARE(db.count(), 0);
+    QTemporaryDir empty;
+    QVERIFY(!LocalContactsDb(empty.path()).openExisting());
+}
+
+QTEST_APPLESS_MAIN(TestContacts)
+#include "tst_contacts.moc"

@@ -1,0 +1,377 @@
+#include "../support/folder_source.h"
+
+#include "base/error.h"
+#include "personal/bookmark_db.h"
+#include "personal/calendar_db.h"
+#include "personal/local_call_history_db.h"
+#include "personal/notes_db.h"
+#include "resources/resources.h"
+
+#include <QCryptographicHash>
+#include <QTest>
+
+namespace {
+const SourceFile notesFile{QStringLiteral("HomeDomain"), QStringLiteral("Library/Notes/notes.sqlite")};
+const SourceFile calendarFile{QStringLiteral("HomeDomain"),
+                              QStringLiteral("Library/Calendar/Calendar.sqlitedb")};
+const SourceFile bookmarksFile{QStringLiteral("HomeDomain"), QStringLiteral("Library/Safari/Bookmarks.db")};
+
+QDateTime utc(qint64 unixSeconds)
+{
+    return QDateTime::fromSecsSinceEpoch(unixSeconds, Qt::UTC);
+}
+
+/// "folder(child,child(grandchild))" of a tree, by title.
+QString outline(const BookmarkTree &tree)
+{
+    QStringList parts;
+    for (const auto &node : tree)
+        parts.append(node->title + (node->children.empty()
+                                        ? QString()
+                                        : QLatin1Char('(') + outline(node->children) + QLatin1Char(')')));
+    return parts.join(QLatin1Char(','));
+}
+} // namespace
+
+/// Calls, notes, calendar and bookmarks: their readers and their local stores.
+class TestSmallClasses : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { initResources(); }
+    void notesOfADevice();
+    void noteSummary_data();
+    void noteSummary();
+    void localNotes();
+    void calendarOfADevice();
+    void recurrence_data();
+    void recurrence();
+    void localCalendar();
+    void bookmarksOfADevice_data();
+    void bookmarksOfADevice();
+    void deepFoldersEnd();
+    void localBookmarks();
+    void localCalls();
+    void olderCallStoreGainsColumns();
+    void missingDatabases();
+};
+
+void TestSmallClasses::notesOfADevice()
+{
+    FolderSource source;
+    source.putDatabase(
+        notesFile,
+        QStringLiteral("create table ZNOTE(Z_PK INTEGER PRIMARY KEY, ZINTEGERID INTEGER, ZCREATIONDATE "
+                       "TIMESTAMP, ZMODIFICATIONDATE TIMESTAMP,"
+                       " ZTITLE TEXT, ZSUMMARY TEXT, ZBODY INTEGER);"
+                       "create table ZNOTEBODY(Z_PK INTEGER PRIMARY KEY, ZOWNER INTEGER, ZCONTENT TEXT);"
+                       "insert into ZNOTE values(1,41,347068800.7,347068801,'T','a &amp; "
+                       "<b>b</b>',1),(2,42,0,0,'no body','s',9),"
+                       "(3,43,2147483647,-2147483648,'far','',2);"
+                       "insert into ZNOTEBODY values(1,1,'<div>a &amp; b</div>'),(2,3,'<div>x</div>');"));
+    IOSNotesDb db(source, QStringLiteral("device"));
+    QCOMPARE(db.count(), 3);
+    const auto notes = db.readAll();
+    QCOMPARE(notes.size(), 2);
+    const NoteEntry expected{utc(1325376000),
+                             utc(1325376001),
+                             QStringLiteral("T"),
+                             QStringLiteral("a & b"),
+                             QStringLiteral("<div>a &amp; b</div>"),
+                             QStringLiteral("device"),
+                             QStringLiteral("41"),
+                             {}};
+    QCOMPARE(notes.at(0), expected);
+    QCOMPARE(notes.at(1).create_date, utc(2147483647LL + 978307200));
+    QCOMPARE(notes.at(1).modified_date, utc(-2147483648LL + 978307200));
+}
+
+void TestSmallClasses::noteSummary_data()
+{
+    QTest::addColumn<QString>("content");
+    QTest::addColumn<QString>("summary");
+    const QString hundred(100, QLatin1Char('x'));
+    QTest::newRow("100 characters") << QStringLiteral("<div>%1</div>").arg(hundred) << hundred;
+    QTest::newRow("101 characters") << QStringLiteral("<div>%1y</div>").arg(hundred)
+                                    << hundred + QStringLiteral("...");
+    QTest::newRow("no body text") << QString() << QString();
+}
+
+void TestSmallClasses::noteSummary()
+{
+    QFETCH(QString, content);
+    FolderSource source;
+    source.putDatabase(
+        notesFile,
+        QStringLiteral(
+            "create table ZNOTE(ZINTEGERID, ZCREATIONDATE, ZMODIFICATIONDATE, ZTITLE, ZSUMMARY, ZBODY);"
+            "create table ZNOTEBODY(Z_PK, ZCONTENT); insert into ZNOTE values(1,0,0,'t',null,1);"
+            "insert into ZNOTEBODY values(1,'%1');")
+            .arg(content));
+    QTEST(IOSNotesDb(source, {}).readAll().first().summary, "summary");
+}
+
+void TestSmallClasses::localNotes()
+{
+    QTemporaryDir folder;
+    LocalNotesDb db(folder.path());
+    db.open();
+    NoteEntry note{utc(10),
+                   utc(20),
+                   QStringLiteral("T"),
+                   QStringLiteral("s"),
+                   QStringLiteral("c"),
+                   QStringLiteral("d"),
+                   QStringLiteral("1"),
+                   {}};
+    db.begin();
+    QVERIFY(!db.save(note));
+    note.modified_date = utc(5); // the later save wins, whatever its dates say
+    QVERIFY(db.save(note));
+    NoteEntry edited = note;
+    edited.content = QStringLiteral("c2");
+    QVERIFY(!db.save(edited));
+    db.commit();
+    QCOMPARE(db.count(), 2);
+    note.hash = QString::fromLatin1(QCryptographicHash::hash("Tc", QCryptographicHash::Md5).toHex());
+    QCOMPARE(db.read(note.hash), note);
+    QVERIFY(db.remove(note.hash));
+    QVERIFY(!db.remove(note.hash));
+    QCOMPARE(db.readAll().first().content, QStringLiteral("c2"));
+}
+
+void TestSmallClasses::calendarOfADevice()
+{
+    FolderSource source;
+    source.putDatabase(
+        calendarFile,
+        QStringLiteral(
+            "create table Calendar(ROWID INTEGER PRIMARY KEY, title TEXT);"
+            "create table CalendarItem(ROWID INTEGER PRIMARY KEY, summary, description, start_date, "
+            "start_tz, end_date, all_day,"
+            " calendar_id, url, creation_date, birthday_id, entity_type, availability);"
+            "create table Recurrence(ROWID INTEGER PRIMARY KEY, frequency, interval, owner_id);"
+            "create table Location(ROWID INTEGER PRIMARY KEY, title, item_owner_id);"
+            "insert into Calendar values(1,'Home'),(2,'Work');"
+            "insert into CalendarItem values(1,'B','d',347068800,'_float',347072399,1,2,'u',0,null,2,0),"
+            "(2,'A',null,347068800,'Europe/"
+            "Berlin',null,0,1,null,0,-1,2,0),(3,'birthday',null,0,null,0,1,1,null,0,5,2,0),"
+            "(4,'task',null,0,null,0,0,1,null,0,null,3,0),(5,'free',null,0,null,0,0,1,null,0,null,2,1),"
+            "(6,'C',null,0,null,0,0,2,null,0,null,2,0);"
+            "insert into Recurrence values(1,2,2,1); insert into Location "
+            "values(1,'Room',1),(2,'',1),(3,'Hall',1);"));
+    IOSCalendarDb db(source);
+    QCOMPARE(db.count(), 3);
+    const auto events = db.readAll();
+    QCOMPARE(events.size(), 3);
+    QCOMPARE(events.at(0).summary, QStringLiteral("B\nRoom\nHall"));
+    QCOMPARE(events.at(0).rrule, QStringLiteral("FREQ=WEEKLY;INTERVAL=2"));
+    QCOMPARE(events.at(0).start_date, utc(1325376000));
+    QCOMPARE(events.at(0).tz, QStringLiteral("_float"));
+    QCOMPARE(events.at(1).summary, QStringLiteral("C")); // beside the other event of its calendar
+    QCOMPARE(events.at(2).calendar, QStringLiteral("Home"));
+    QVERIFY(events.at(2).rrule.isEmpty());
+}
+
+void TestSmallClasses::recurrence_data()
+{
+    QTest::addColumn<int>("frequency");
+    QTest::addColumn<int>("interval");
+    QTest::addColumn<QString>("rule");
+    QTest::newRow("daily") << 1 << 1 << "FREQ=DAILY;INTERVAL=1";
+    QTest::newRow("yearly without interval") << 4 << 0 << "FREQ=YEARLY";
+    QTest::newRow("unknown frequency") << 5 << 3 << ";INTERVAL=3";
+    QTest::newRow("none") << 0 << 0 << "";
+}
+
+void TestSmallClasses::recurrence()
+{
+    QFETCH(int, frequency);
+    QFETCH(int, interval);
+    QTEST(recurrenceRule(frequency, interval), "rule");
+}
+
+void TestSmallClasses::localCalendar()
+{
+    QTemporaryDir folder;
+    LocalCalendarsDb db(folder.path());
+    db.open();
+    CalendarEvent event;
+    event.calendar = QStringLiteral("Home");
+    event.start_date = utc(1325376000);
+    event.end_date = utc(1325379600);
+    event.summary = QStringLiteral("Lunch\nRoom");
+    event.reminders = {{15, 1, QStringLiteral("r")}};
+    db.begin();
+    const auto first = db.save(event);
+    QVERIFY(!first.wasThere);
+    CalendarEvent moved = event;
+    moved.summary = QStringLiteral("Lunch\nHall");
+    moved.calendar = QStringLiteral("hOME");
+    QVERIFY(db.save(moved).wasThere);
+    db.commit();
+    event.id = first.id;
+    QCOMPARE(db.readAll(), QList{event});
+    QVERIFY(db.remove(first.id));
+    QVERIFY(!db.remove(first.id));
+    Sqlite3DB raw;
+    raw.openThrow(db.path());
+    Sqlite3Cursor left = raw.queryThrow(
+        QStringLiteral("select (select count(*) from calendars)+(select count(*) from reminders)"));
+    QVERIFY(left.moveNext());
+    QCOMPARE(left.getInt(0), 0);
+}
+
+void TestSmallClasses::bookmarksOfADevice_data()
+{
+    QTest::addColumn<QString>("rows"); // (id, parent, type, title, hidden, order_index)
+    QTest::addColumn<QString>("tree");
+    QTest::newRow("nested") << "(0,null,1,'Root',0,0),(1,0,1,'Bar',0,1),(2,1,0,'b',0,2),(3,1,1,'F',0,1),(4,3,"
+                               "0,'c',0,0),(5,0,0,'a',0,0)"
+                            << "a,Bar(b,F(c))";
+    QTest::newRow("hidden folder hides what it holds") << "(1,0,1,'H',1,0),(2,1,0,'x',0,0),(3,0,0,'y',0,0)"
+                                                       << "y";
+    QTest::newRow("folder whose parent comes later")
+        << "(1,0,1,'Top',0,0),(2,9,1,'Lost',0,0),(3,2,0,'lost',0,0),(9,1,1,'Late',0,0)"
+        << "Top(Late(Lost))";
+    QTest::newRow("cycle") << "(1,2,1,'a',0,0),(2,1,1,'b',0,0),(3,3,1,'own parent',0,0)"
+                           << "";
+}
+
+void TestSmallClasses::bookmarksOfADevice()
+{
+    QFETCH(QString, rows);
+    QFETCH(QString, tree);
+    FolderSource source;
+    source.putDatabase(bookmarksFile,
+                       QStringLiteral("create table bookmarks(id INTEGER PRIMARY KEY, parent INTEGER, type "
+                                      "INTEGER, title TEXT, hidden INTEGER, order_index INTEGER,"
+                                      " url TEXT, external_uuid TEXT); insert into "
+                                      "bookmarks(id,parent,type,title,hidden,order_index) values ") +
+                           rows);
+    QCOMPARE(outline(IOSBookmarkDb(source).readTree()), tree);
+}
+
+void TestSmallClasses::deepFoldersEnd()
+{
+    FolderSource source;
+    source.putDatabase(
+        bookmarksFile,
+        QStringLiteral("create table bookmarks(id INTEGER PRIMARY KEY, parent INTEGER, type INTEGER, title "
+                       "TEXT, hidden INTEGER, order_index INTEGER);"
+                       "with recursive n(i) as (select 1 union all select i+1 from n where i<100000)"
+                       " insert into bookmarks select i, i-1, 1, 'f', 0, 0 from n;"));
+    int depth = 0;
+    const BookmarkTree tree = IOSBookmarkDb(source).readTree();
+    for (const BookmarkTree *level = &tree; !level->empty(); level = &level->front()->children)
+        ++depth;
+    QVERIFY(depth >= 100 && depth < 2000);
+}
+
+void TestSmallClasses::localBookmarks()
+{
+    QTemporaryDir folder;
+    LocalBookmarkDb db(folder.path());
+    db.open();
+    const auto leaf = [](const char *url, BookmarkNode *parent) {
+        auto node = std::make_unique<BookmarkNode>();
+        node->title = node->url = QLatin1String(url);
+        node->parent = parent;
+        return node;
+    };
+    BookmarkNode top;
+    top.type = BookmarkNode::folder;
+    top.title = QStringLiteral("Top");
+    top.children.push_back(leaf("http://a", &top));
+    top.children.push_back(leaf("HTTP://A", &top));
+    top.children.push_back(leaf("http://b", &top));
+    db.begin();
+    const auto first = db.save(top);
+    QCOMPARE(first.handled, 3);
+    QCOMPARE(first.added, 2);                               // the address in capitals is the same one
+    QCOMPARE(db.save(*top.children.back()).added, 0);       // alone, its folder is found again
+    QCOMPARE(db.save(*leaf("http://b", nullptr)).added, 1); // the same address in another folder
+    db.commit();
+    QCOMPARE(db.count(), 3);
+    const BookmarkTree tree = db.readTree();
+    QCOMPARE(outline(tree), QStringLiteral("http://b,Top(http://a,http://b)"));
+    QVERIFY(db.remove(tree.front()->id));
+    QVERIFY(!db.remove(tree.front()->id));
+}
+
+void TestSmallClasses::localCalls()
+{
+    QTemporaryDir folder;
+    LocalCallHistoryDb db(folder.path());
+    db.open();
+    CallEntry call;
+    call.address = QStringLiteral("+441");
+    call.date = utc(1325376000);
+    call.duration = 65;
+    call.type = 4;
+    call.face_time_data = QByteArray("\0x", 2);
+    call.person = QStringLiteral("Ada");
+    call.unique_id = QStringLiteral("u");
+    db.begin();
+    const auto first = db.add(call);
+    QVERIFY(!first.wasThere);
+    QCOMPARE(db.add(call).id, first.id);
+    CallEntry missed = call;
+    missed.type = 8;
+    QVERIFY(!db.add(missed).wasThere);
+    db.commit();
+    QCOMPARE(db.count(), 2);
+    QVERIFY(db.remove(first.id + 1));
+    call.id = first.id;
+    QCOMPARE(db.readAll(), QList{call});
+    // The second 1325376000, the address and the type, both numbers little-endian.
+    QCOMPARE(LocalCallHistoryDb::hashOf(call),
+             QString::fromLatin1(QCryptographicHash::hash(QByteArray::fromHex("00a2ff4e") + "+441" +
+                                                              QByteArray::fromHex("04000000"),
+                                                          QCryptographicHash::Md5)
+                                     .toHex()));
+}
+
+void TestSmallClasses::olderCallStoreGainsColumns()
+{
+    QTemporaryDir folder;
+    {
+        Sqlite3DB old;
+        old.openThrow(folder.filePath(QStringLiteral("calls.db")), SqliteOpen::ReadWriteCreate);
+        QVERIFY(old.exec(
+            QStringLiteral("create table call(_id INTEGER PRIMARY KEY AUTOINCREMENT, address TEXT, date "
+                           "INTEGER, duration INTEGER, flags INTEGER,"
+                           " person TEXT, hash TEXT); insert into call(address,date) values('1',5)")));
+    }
+    LocalCallHistoryDb db(folder.path());
+    db.open();
+    const CallEntry call = db.readAll().first();
+    QCOMPARE(call.answered, 1);
+    QCOMPARE(call.call_type, 1);
+    LocalCallHistoryDb again(folder.path());
+    again.open();
+    QCOMPARE(again.count(), 1);
+}
+
+void TestSmallClasses::missingDatabases()
+{
+    FolderSource source;
+    const auto sentence = [](auto read) {
+        try {
+            read();
+        } catch (const Error &error) {
+            return error.sentence();
+        }
+        return QString();
+    };
+    QCOMPARE(sentence([&] { IOSNotesDb(source, {}).readAll(); }),
+             QStringLiteral("Cannot find notes.sqlite."));
+    QCOMPARE(sentence([&] { IOSCalendarDb(source).readAll(); }),
+             QStringLiteral("Cannot find Calendar.sqlitedb"));
+    QCOMPARE(sentence([&] { IOSBookmarkDb(source).readTree(); }),
+             QStringLiteral("Cannot find Bookmarks.db."));
+}
+
+QTEST_MAIN(TestSmallClasses)
+#include "tst_small_classes.moc"
