@@ -69,6 +69,10 @@ void TestBytesAndTime::appleSeconds()
 void TestBytesAndTime::isoUtc()
 {
     QCOMPARE(::isoUtc(unixFromApple(347068800)), QStringLiteral("2012-01-01T00:00:00Z"));
+    QCOMPARE(::isoUtc(951868799), QStringLiteral("2000-02-29T23:59:59Z"));
+    QCOMPARE(::isoUtc(-62135596800), QStringLiteral("0001-01-01T00:00:00Z"));
+    QCOMPARE(::isoUtc(253402300799), QStringLiteral("9999-12-31T23:59:59Z"));
+    QVERIFY(::isoUtc(253402300800).isEmpty());
     QCOMPARE(::isoUtc(-1), QStringLiteral("1969-12-31T23:59:59Z"));
     QVERIFY(::isoUtc(std::numeric_limits<qint64>::max()).isEmpty());
     QVERIFY(::isoUtc(std::numeric_limits<qint64>::min()).isEmpty());
