@@ -73,8 +73,10 @@ public:
     /// Throws Error, and Cancelled through `progress`.
     void buildIndex(Progress &progress);
     bool hasIndex() const;
-    /// Rows of the catalogue that were left out, and why, for the person who wonders.
+    /// Rows of the catalogue that were left out or could not be read whole, and why the first of them, for
+    /// the person who wonders. Reading that ended early because of damage counts as one.
     qint64 skippedRows() const;
+    QString skippedReason() const;
 
     const FileCatalogue &catalogue() const;
     const FileTree &tree() const;
@@ -83,6 +85,8 @@ public:
 
     /// Where the content of a file lies in the backup folder; it need not exist.
     QString filePath(FileCatalogue::Index index) const;
+    /// True when the content is of a class that the password does not unlock.
+    bool isLocked(FileCatalogue::Index index) const;
     /// Fetches a file's content, decrypted when needed, with its modification time. With FileCatalogue::none
     /// nothing is done. Throws Error. Complete or absent.
     FetchOutcome fetchFile(FileCatalogue::Index index, const QString &destination,

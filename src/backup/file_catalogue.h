@@ -20,8 +20,11 @@ public:
     FileCatalogue &operator=(FileCatalogue &&) noexcept;
     ~FileCatalogue();
 
-    /// Adds a record; a later one with the same file id replaces the earlier.
+    /// Adds a record; a later one with the same file id replaces the earlier. Views given out before are no
+    /// longer valid. Throws Error when there are more names than the catalogue can hold.
     Index insert(const FileRecord &record);
+    /// For a record whose kind only the others tell.
+    void setMode(Index index, std::uint16_t mode);
     /// Gives back what growing left over. Call once after the last insert.
     void squeeze();
 
@@ -35,11 +38,17 @@ public:
     QByteArray fileId(Index index) const;
     QByteArrayView domain(Index index) const;
     QByteArrayView relativePath(Index index) const;
+    QByteArrayView encryptionKey(Index index) const;
     std::uint16_t mode(Index index) const;
     std::uint64_t sizeBytes(Index index) const;
     std::uint32_t lastModified(Index index) const;
+    std::uint8_t protectionClass(Index index) const;
     bool isDirectory(Index index) const { return (mode(index) & modeTypeMask) == modeDirectory; }
     bool isLink(Index index) const { return (mode(index) & modeTypeMask) == modeLink; }
+    /// Domains are numbered from 0 in the order in which they came.
+    std::uint32_t domainNumber(Index index) const;
+    std::uint32_t domainCount() const;
+    QByteArrayView domainName(std::uint32_t number) const;
     /// Bytes of memory held.
     std::size_t memoryBytes() const;
 

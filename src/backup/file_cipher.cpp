@@ -110,11 +110,11 @@ void copyFile(const QString &source, const QString &destination, const CopyProgr
 }
 
 void decryptFile(const QByteArray &key, const QString &source, const QString &destination,
-                 const CopyProgress &progress, Padding padding)
+                 const CopyProgress &progress, Padding padding, Placing placing)
 {
     requireKey(key, source);
     SourceReader reader(source);
-    TargetFile target(destination);
+    TargetFile target(destination, placing);
     if (reader.size() % cipherBlock != 0)
         throw Error(QStringLiteral("%1, POLARSSL_ERR_AES_INVALID_INPUT_LENGTH (rd%16 != 0).").arg(source));
 

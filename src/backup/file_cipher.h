@@ -16,6 +16,12 @@ enum class Padding {
     KeepIfBroken, // everything is kept: some backups hold content that was captured in the middle of a write
 };
 
+/// How a file comes to its place.
+enum class Placing {
+    Renamed, // written beside it: what stood there stays until the new file is whole
+    InPlace, // written under its own name, so that a killed run leaves no file of another name
+};
+
 /// Copies a file. Creates the destination's folder when missing. Throws Error("can not open %1. %2"),
 /// Error("can not create %1. %2") or Error("can not write %1. %2"); a destination that is not whole is
 /// removed.
@@ -25,7 +31,8 @@ void copyFile(const QString &source, const QString &destination, const CopyProgr
 /// and for content that is no whole number of blocks or has no valid padding. An empty source gives an empty
 /// destination. A destination that is not whole is removed.
 void decryptFile(const QByteArray &key, const QString &source, const QString &destination,
-                 const CopyProgress &progress = {}, Padding padding = Padding::Required);
+                 const CopyProgress &progress = {}, Padding padding = Padding::Required,
+                 Placing placing = Placing::Renamed);
 
 /// The inverse of decryptFile.
 void encryptFile(const QByteArray &key, const QString &source, const QString &destination);

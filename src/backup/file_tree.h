@@ -23,7 +23,8 @@ public:
     FileTree &operator=(FileTree &&) noexcept;
     ~FileTree();
 
-    /// Builds the tree of all records.
+    /// Builds the tree of all records. It reads names out of the catalogue, which must neither move nor grow
+    /// while the tree is in use.
     static FileTree build(const FileCatalogue &catalogue);
 
     QString name(Node node) const;
@@ -37,6 +38,7 @@ public:
     /// "Library/SMS/sms.db"; empty for the root.
     QString path(Node node) const;
     Node find(const QString &virtualPath) const;
+    Node find(QByteArrayView virtualPath) const;
     std::size_t nodeCount() const;
     std::size_t memoryBytes() const;
 

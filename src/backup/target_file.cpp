@@ -21,22 +21,39 @@ std::filesystem::path nativePath(const QString &path)
 }
 } // namespace
 
-TargetFile::TargetFile(const QString &path) : m_path(path)
+TargetFile::TargetFile(const QString &path, Placing placing) : m_path(path)
 {
-    const QFileInfo info(path);
-    if (!QDir().mkpath(info.path()))
-        throw cannotCreate(path, QStringLiteral("The folder %1 cannot be made.").arg(info.path()));
-    // A name taken by somebody else is drawn again; the name is short, so that a long final name still fits.
-    constexpr int attempts = 16;
-    for (int i = 0; i < attempts && !m_file.isOpen(); ++i) {
-        const quint64 number = QRandomGenerator::global()->generate64();
-        m_file.setFileName(QStringLiteral("%1/.%2.part").arg(info.path(), QString::number(number, 36)));
-        if (!m_file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered) &&
-            !QFileInfo::exists(m_file.fileName()))
-            break;
+    const QString folder = QFileInfo(path).path();
+    if (!QDir().mkpath(folder))
+        throw cannotCreate(path, QStringLiteral("The folder %1 cannot be made.").arg(folder));
+    if (placing == Placing::InPlace) {
+        QFile::remove(path);
+        open(path);
+    } else {
+        openBeside();
     }
     if (!m_file.isOpen())
         throw cannotCreate(path, m_file.errorString());
+}
+
+bool TargetFile::open(const QString &path)
+{
+    m_file.setFileName(path);
+    return m_file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered,
+                       QFile::ReadOwner | QFile::WriteOwner);
+}
+
+void TargetFile::openBeside()
+{
+    // A name taken by somebody else is drawn again; the name is short, so that a long final name still fits.
+    constexpr int attempts = 16;
+    const QString folder = QFileInfo(m_path).path();
+    for (int i = 0; i < attempts; ++i) {
+        const quint64 number = QRandomGenerator::global()->generate64();
+        const QString beside = QStringLiteral("%1/.%2.part").arg(folder, QString::number(number, 36));
+        if (open(beside) || !QFileInfo::exists(beside))
+            return;
+    }
 }
 
 TargetFile::~TargetFile()
@@ -63,9 +80,11 @@ void TargetFile::commit()
     m_file.close();
     if (m_file.error() != QFileDevice::NoError)
         failWriting(m_file.errorString());
-    std::error_code error;
-    std::filesystem::rename(nativePath(m_file.fileName()), nativePath(m_path), error);
-    if (error)
-        throw cannotCreate(m_path, QString::fromStdString(error.message()));
+    if (m_file.fileName() != m_path) {
+        std::error_code error;
+        std::filesystem::rename(nativePath(m_file.fileName()), nativePath(m_path), error);
+        if (error)
+            throw cannotCreate(m_path, QString::fromStdString(error.message()));
+    }
     m_committed = true;
 }

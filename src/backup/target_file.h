@@ -1,17 +1,19 @@
 #pragma once
 
+#include "backup/file_cipher.h"
+
 #include <QFile>
 #include <QString>
 
 /// A file that is complete or absent: it is written under a name of its own beside its place and renamed over
 /// it by commit(). A link that stands at the place is replaced, never followed. Without commit() nothing
-/// stays behind. Every failure is thrown as Error("can not create %1. %2") or Error("can not write %1. %2")
-/// with the final path.
+/// stays behind. Only its owner may read it: it holds somebody's data. Every failure is thrown as
+/// Error("can not create %1. %2") or Error("can not write %1. %2") with the final path.
 class TargetFile
 {
 public:
     /// Creates the folder when it is missing.
-    explicit TargetFile(const QString &path);
+    explicit TargetFile(const QString &path, Placing placing = Placing::Renamed);
     ~TargetFile();
     TargetFile(const TargetFile &) = delete;
     TargetFile &operator=(const TargetFile &) = delete;
@@ -24,5 +26,7 @@ private:
     QFile m_file;
     bool m_committed = false;
 
+    bool open(const QString &path);
+    void openBeside();
     [[noreturn]] void failWriting(const QString &reason) const;
 };

@@ -1,0 +1,258 @@
+#include "backup/backup_manifest.h"
+
+#include "backup/catalogue_loader.h"
+#include "backup/decrypted_catalogue.h"
+#include "backup/device_path.h"
+#include "backup/file_fetcher.h"
+#include "backup/plain_catalogue.h"
+#include "backup/private_copies.h"
+#include "backup/sqlite_header.h"
+#include "backup/well_known_files.h"
+#include "base/error.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace {
+using Index = FileCatalogue::Index;
+
+constexpr qsizetype keyPrefixSize = 4;
+
+/// A record whose kind the catalogue does not tell is a folder when something lies below it.
+void tellFolders(FileCatalogue &catalogue, const FileTree &tree)
+{
+    std::vector<FileTree::Node> open = {FileTree::root};
+    while (!open.empty()) {
+        const FileTree::Node node = open.back();
+        open.pop_back();
+        const Index record = tree.record(node);
+        if (record != FileCatalogue::none && tree.isFolder(node) && catalogue.mode(record) == 0)
+            catalogue.setMode(record, modeDirectory);
+        for (const FileTree::Node child : tree.children(node))
+            if (tree.isFolder(child))
+                open.push_back(child);
+    }
+}
+} // namespace
+
+/// What there is of a backup beyond its description.
+struct BackupManifest::Opened
+{
+    explicit Opened(const BackupInfo &backup)
+        : info(backup),
+          scratch(backupUid(backup.folder)),
+          fetcher(info, catalogue, keybag),
+          copies(catalogue, fetcher, scratch)
+    {
+    }
+
+    const BackupInfo &info;
+    Keybag keybag;
+    QByteArray password; // only until the catalogue is read
+    ScratchFolder scratch;
+    DecryptedCatalogue decrypted;
+    FileCatalogue catalogue;
+    FileTree tree;
+    std::optional<WellKnownFiles> wellKnown;
+    CatalogueLoss loss;
+    FileFetcher fetcher;
+    PrivateCopies copies;
+
+    CatalogueLoss load(FileCatalogue &into, Progress &progress);
+    Index find(const SourceFile &file) const
+    {
+        return catalogue.find(file.domain.toUtf8(), file.relativePath.toUtf8());
+    }
+    Index findOrThrow(const SourceFile &file) const;
+};
+
+CatalogueLoss BackupManifest::Opened::load(FileCatalogue &into, Progress &progress)
+{
+    CatalogueLoader loader(into, progress);
+    if (info.layout == BackupLayout::Mbdb)
+        return loader.loadMbdb(QDir(info.folder).filePath(QStringLiteral("Manifest.mbdb")));
+    const QString path = decrypted.path().isEmpty() ? plainCatalogue(info.folder, scratch) : decrypted.path();
+    return loader.loadDatabase(path, password);
+}
+
+Index BackupManifest::Opened::findOrThrow(const SourceFile &file) const
+{
+    const Index index = find(file);
+    if (index == FileCatalogue::none)
+        throw Error(QStringLiteral("The backup lists no file %1, %2.").arg(file.domain, file.relativePath));
+    return index;
+}
+
+BackupManifest::BackupManifest(const QString &folder)
+{
+    m_info.folder = QDir(folder).absolutePath();
+    d = std::make_unique<Opened>(m_info);
+}
+
+BackupManifest::~BackupManifest()
+{
+    close();
+}
+
+void BackupManifest::loadInfo()
+{
+    m_info = readBackupInfo(m_info.folder);
+}
+
+bool BackupManifest::openEncrypted(const QString &password)
+{
+    const QDir folder(m_info.folder);
+    const QString manifest = folder.filePath(QStringLiteral("Manifest.plist"));
+    const QString catalogue = folder.filePath(QStringLiteral("Manifest.db"));
+    Keybag keybag;
+    try {
+        keybag = Keybag::parse(m_info.keybag);
+        if (!keybag.unlock(password.toUtf8()))
+            return false;
+    } catch (const Error &error) {
+        throw error.withContext(manifest);
+    }
+    if (m_info.layout == BackupLayout::Modern && !hasSqliteHeader(catalogue)) {
+        if (!QFileInfo(catalogue).isFile() || QFileInfo(catalogue).size() == 0)
+            throw Error(QStringLiteral("can not read %1. The file is empty.").arg(catalogue));
+        const QByteArray key = m_info.manifestKey.size() > keyPrefixSize
+                                   ? keybag.unwrapWithAnyClass(QByteArrayView(m_info.manifestKey).sliced(4))
+                                   : QByteArray();
+        if (key.isEmpty())
+            throw Error(
+                QStringLiteral("%1: the key that opens Manifest.db is missing or damaged.").arg(manifest));
+        d->decrypted.make(m_info.folder, key, d->scratch);
+    }
+    d->keybag = std::move(keybag);
+    d->password = password.toUtf8();
+    return true;
+}
+
+bool BackupManifest::isUnlocked() const
+{
+    return !m_info.encrypted || d->keybag.isUnlocked();
+}
+
+void BackupManifest::buildIndex(Progress &progress)
+{
+    if (hasIndex())
+        return;
+    if (!isUnlocked())
+        throw Error(
+            QStringLiteral("The backup in %1 is encrypted. Its password is needed.").arg(m_info.folder));
+    FileCatalogue loaded;
+    d->loss = d->load(loaded, progress);
+    loaded.squeeze();
+    progress.check();
+    d->catalogue = std::move(loaded);
+    d->tree = FileTree::build(d->catalogue);
+    tellFolders(d->catalogue, d->tree);
+    d->wellKnown.emplace(d->catalogue);
+    d->password.fill('\0');
+    d->password.clear();
+}
+
+bool BackupManifest::hasIndex() const
+{
+    return d->wellKnown.has_value();
+}
+
+qint64 BackupManifest::skippedRows() const
+{
+    return d->loss.skippedRows;
+}
+
+QString BackupManifest::skippedReason() const
+{
+    return d->loss.reason;
+}
+
+const FileCatalogue &BackupManifest::catalogue() const
+{
+    return d->catalogue;
+}
+
+const FileTree &BackupManifest::tree() const
+{
+    return d->tree;
+}
+
+Index BackupManifest::wellKnown(WellKnown kind) const
+{
+    return d->wellKnown ? d->wellKnown->file(kind) : FileCatalogue::none;
+}
+
+const QHash<QByteArray, Index> &BackupManifest::wellKnownGroup(WellKnownGroup group) const
+{
+    static const QHash<QByteArray, Index> noFiles;
+    return d->wellKnown ? d->wellKnown->group(group) : noFiles;
+}
+
+QString BackupManifest::filePath(Index index) const
+{
+    return d->fetcher.path(index);
+}
+
+bool BackupManifest::isLocked(Index index) const
+{
+    return d->fetcher.isLocked(index);
+}
+
+FetchOutcome BackupManifest::fetchFile(Index index, const QString &destination, const CopyProgress &progress)
+{
+    if (index == FileCatalogue::none)
+        return FetchOutcome::Copied;
+    return d->fetcher.fetch(index, destination, progress);
+}
+
+Index BackupManifest::firstEncryptedItem() const
+{
+    return d->fetcher.firstEncryptedItem();
+}
+
+void BackupManifest::close()
+{
+    d->copies.clear();
+    d->decrypted.remove();
+    d->scratch.remove();
+}
+
+bool BackupManifest::hasContent(const SourceFile &file) const
+{
+    const Index index = d->find(file);
+    return index != FileCatalogue::none && d->fetcher.hasContent(index);
+}
+
+std::optional<QString> BackupManifest::fetchDatabase(const SourceFile &file)
+{
+    const Index index = d->find(file);
+    if (index == FileCatalogue::none || d->catalogue.isDirectory(index))
+        return std::nullopt;
+    return d->copies.database(index);
+}
+
+void BackupManifest::fetchTo(const SourceFile &file, const QString &destination, const CopyProgress &progress)
+{
+    fetchFile(d->findOrThrow(file), destination, progress);
+}
+
+/// Real backups keep some files of the home folder in MediaDomain. When both domains list one, the domain
+/// that has the content is meant.
+SourceFile BackupManifest::fileOfDevicePath(const QString &devicePath) const
+{
+    const QString relativePath = pathInDomain(devicePath);
+    const SourceFile home{QStringLiteral("HomeDomain"), relativePath};
+    const SourceFile media{QStringLiteral("MediaDomain"), relativePath};
+    if (relativePath.isEmpty())
+        return {};
+    const bool inHome = d->find(home) != FileCatalogue::none;
+    const bool inMedia = d->find(media) != FileCatalogue::none;
+    if (inHome && inMedia)
+        return hasContent(home) || !hasContent(media) ? home : media;
+    return inHome ? home : inMedia ? media : SourceFile();
+}
+
+QString BackupManifest::fetchForViewing(const SourceFile &file)
+{
+    return d->copies.forViewing(d->findOrThrow(file));
+}

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "backup/backup_manifest.h"
+
+/// Gets contents out of a backup folder: where they lie, whether they are there, which key opens them.
+/// Changes nothing of itself or of the folder, so any number of threads may use it.
+class FileFetcher
+{
+public:
+    using Index = FileCatalogue::Index;
+
+    /// All three must stay where they are while this lives.
+    FileFetcher(const BackupInfo &info, const FileCatalogue &catalogue, const Keybag &keybag);
+
+    QString path(Index index) const;
+    bool hasContent(Index index) const;
+    /// True when the content is of a class that the password does not unlock.
+    bool isLocked(Index index) const;
+    FetchOutcome fetch(Index index, const QString &destination, const CopyProgress &progress) const;
+    Index firstEncryptedItem() const;
+
+private:
+    const BackupInfo &m_info;
+    const FileCatalogue &m_catalogue;
+    const Keybag &m_keybag;
+
+    QByteArray key(Index index) const;
+    QString displayPath(Index index) const;
+    void requireFile(Index index) const;
+};
