@@ -236,6 +236,12 @@ void BackupManifest::fetchTo(const SourceFile &file, const QString &destination,
     fetchFile(d->findOrThrow(file), destination, progress);
 }
 
+bool BackupManifest::isLocked(const SourceFile &file) const
+{
+    const Index index = d->find(file);
+    return index != FileCatalogue::none && d->fetcher.isLocked(index);
+}
+
 /// Real backups keep some files of the home folder in MediaDomain. When both domains list one, the domain
 /// that has the content is meant.
 SourceFile BackupManifest::fileOfDevicePath(const QString &devicePath) const

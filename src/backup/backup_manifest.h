@@ -101,6 +101,7 @@ public:
     std::optional<QString> fetchDatabase(const SourceFile &file) override;
     void fetchTo(const SourceFile &file, const QString &destination,
                  const CopyProgress &progress = {}) override;
+    bool isLocked(const SourceFile &file) const override;
     SourceFile fileOfDevicePath(const QString &devicePath) const override;
     QString fetchForViewing(const SourceFile &file) override;
 

@@ -189,10 +189,10 @@ QString FileTree::path(Node node) const
 
 FileTree::Node FileTree::find(const QString &virtualPath) const
 {
-    return find(QByteArrayView(virtualPath.toUtf8()));
+    return findUtf8(virtualPath.toUtf8());
 }
 
-FileTree::Node FileTree::find(QByteArrayView virtualPath) const
+FileTree::Node FileTree::findUtf8(QByteArrayView virtualPath) const
 {
     Node node = root;
     while (!virtualPath.isEmpty() && node != none) {

@@ -38,7 +38,7 @@ public:
     /// "Library/SMS/sms.db"; empty for the root.
     QString path(Node node) const;
     Node find(const QString &virtualPath) const;
-    Node find(QByteArrayView virtualPath) const;
+    Node findUtf8(QByteArrayView virtualPath) const;
     std::size_t nodeCount() const;
     std::size_t memoryBytes() const;
 

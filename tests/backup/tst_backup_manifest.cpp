@@ -1,0 +1,121 @@
+#include "backup/backup_manifest.h"
+
+#include "base/app_folders.h"
+#include "base/error.h"
+#include "sample/sample_maker.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+class TestBackupManifest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void opensEveryKind_data();
+    void opensEveryKind();
+};
+
+namespace {
+QByteArray sha1Of(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    QCryptographicHash hash(QCryptographicHash::Sha1);
+    hash.addData(&file);
+    return hash.result();
+}
+
+/// Names, sizes, contents, permissions and change times of all that lies in a folder.
+QByteArray fingerprint(const QString &folder)
+{
+    QStringList lines;
+    QDirIterator files(folder, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                       QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        const QFileInfo info(files.next());
+        lines.append(QStringLiteral("%1 %2 %3 %4")
+                         .arg(info.filePath(), info.lastModified().toString(Qt::ISODateWithMs))
+                         .arg(info.permissions().toInt())
+                         .arg(QString::fromLatin1(info.isFile() ? sha1Of(info.filePath()).toHex() : "")));
+    }
+    lines.sort();
+    return lines.join(QLatin1Char('\n')).toUtf8();
+}
+
+FileCatalogue::Index indexOf(const BackupManifest &backup, const SampleFile &file)
+{
+    return backup.catalogue().find(file.domain.toUtf8(), file.relativePath.toUtf8());
+}
+} // namespace
+
+void TestBackupManifest::opensEveryKind_data()
+{
+    QTest::addColumn<SampleOptions>("options");
+    const auto row = [](const char *name, SampleOptions::Layout layout, int ios, const char *password) {
+        SampleOptions options;
+        options.layout = layout;
+        options.ios = ios;
+        options.password = QString::fromUtf8(password);
+        options.dpic = 2;
+        options.iter = 2;
+        return &(QTest::newRow(name) << options);
+    };
+    using Layout = SampleOptions::Layout;
+    row("modern, plain", Layout::Modern, 17, "");
+    row("older, plain", Layout::Mbdb, 6, "");
+    row("modern, encrypted", Layout::Modern, 17, "pässwörd");
+    row("older, encrypted", Layout::Mbdb, 9, "x");
+}
+
+void TestBackupManifest::opensEveryKind()
+{
+    QFETCH(SampleOptions, options);
+    QTemporaryDir parent;
+    options.folder = parent.filePath(QStringLiteral("backup"));
+    const SampleSummary summary = makeSample(options);
+    const QByteArray before = fingerprint(options.folder);
+    {
+        BackupManifest backup(options.folder);
+        backup.loadInfo();
+        QCOMPARE(backup.info().encrypted, !options.password.isEmpty());
+        if (!options.password.isEmpty()) {
+            QVERIFY(!backup.openEncrypted(QStringLiteral("wrong")));
+            QVERIFY(!backup.isUnlocked());
+            QVERIFY(backup.openEncrypted(options.password));
+        }
+        QVERIFY(backup.isUnlocked());
+        NoProgress progress;
+        backup.buildIndex(progress);
+        QCOMPARE(int(backup.catalogue().size()), summary.counts.catalogueRows);
+        QCOMPARE(backup.skippedRows(), 0);
+        for (const SampleFile &file : summary.files) {
+            const auto index = indexOf(backup, file);
+            QVERIFY2(index != FileCatalogue::none, qPrintable(file.relativePath));
+            QCOMPARE(backup.catalogue().fileId(index), file.fileId.toLatin1());
+            QCOMPARE(backup.isLocked(index), file.locked);
+            QCOMPARE(backup.hasContent({file.domain, file.relativePath}), file.stored);
+            const QString copy = parent.filePath(QStringLiteral("copy"));
+            if (!file.stored) {
+                QVERIFY_EXCEPTION_THROWN(backup.fetchFile(index, copy), Error);
+                QVERIFY(!QFile::exists(copy));
+                continue;
+            }
+            const FetchOutcome outcome = backup.fetchFile(index, copy);
+            QCOMPARE(outcome == FetchOutcome::CopiedLocked, file.locked);
+            if (!file.locked)
+                QCOMPARE(sha1Of(copy).toHex(), file.sha1.toHex());
+            QCOMPARE(QFileInfo(copy).lastModified().toSecsSinceEpoch(), file.modified);
+            QFile::remove(copy);
+        }
+    }
+    QCOMPARE(fingerprint(options.folder), before);
+}
+
+QTEST_GUILESS_MAIN(TestBackupManifest)
+#include "tst_backup_manifest.moc"
