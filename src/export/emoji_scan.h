@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QStringView>
+
+/// An emoji that is shown as a picture.
+struct EmojiHit
+{
+    char32_t key = 0; // the picture's name is this in upper-case hexadecimal
+    int units = 0;    // UTF-16 units; 0 when no such emoji is meant
+};
+
+/// No unit below it begins an emoji.
+inline constexpr char16_t firstEmojiUnit = 0x203C;
+
+/// The emoji that begins at unit `i`: one of the private-use characters U+E000 to U+E537 that old telephones
+/// sent, one of some forty symbols, or a character of U+1F000 to U+1F7FF. A half of such a character without
+/// its other half is none.
+EmojiHit emojiAt(QStringView text, qsizetype i);

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "base/progress.h"
+#include "export/bubble_markup.h"
+#include "export/free_names.h"
+#include "export/message_export.h"
+
+#include <unordered_map>
+
+class FileSource;
+
+/// The folder "files" of one HTML export: what the pages need to look right, the attachments, and the small
+/// pictures of both. Everything in it is complete or absent; what lies there already is never touched.
+/// Attachments are fetched when a page asks for them, each once. One that cannot be had is noted in the
+/// summary, and the export goes on; a target that cannot be written ends it.
+class FilesFolder : public AttachmentLinks
+{
+public:
+    /// Makes the folder and copies the pieces of the bubbles into it. `source` may be null. Throws Error.
+    FilesFolder(const QString &outputFolder, FileSource *source, Progress &progress,
+                MessageExportSummary &summary);
+
+    /// Throws Error and Cancelled.
+    QByteArray link(const _MsgAttachment &attachment) override;
+    QByteArray picture(const _MsgAttachment &attachment) override;
+    std::optional<QString> text(const _MsgAttachment &attachment) override;
+
+    /// Draws the emoji pictures that are not there yet.
+    void addEmojiPictures(const std::vector<char32_t> &keys);
+
+private:
+    struct Held
+    {
+        QString name;                      // in the folder; empty when the attachment could not be had
+        std::optional<QByteArray> picture; // its address, once somebody asked
+    };
+
+    QString m_folder;
+    FileSource *m_source;
+    Progress &m_progress;
+    MessageExportSummary &m_summary;
+    FreeNames m_names;
+    std::unordered_map<const _MsgAttachment *, Held> m_held;
+
+    QString pathOf(const QString &name) const;
+    void copyBubblePieces();
+    Held &hold(const _MsgAttachment &attachment);
+    QString fetch(const _MsgAttachment &attachment);
+    void fetchTo(const _MsgAttachment &attachment, const QString &target);
+    void requireTargetWorks(qint64 neededBytes) const;
+    QByteArray makePicture(const _MsgAttachment &attachment, const Held &held);
+};

@@ -1,0 +1,149 @@
+#include "export/message_export.h"
+
+#include "base/error.h"
+#include "base/texts.h"
+#include "export/export_messages_csv.h"
+#include "export/export_messages_html.h"
+#include "export/export_messages_txt.h"
+#include "export/files_folder.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <unordered_map>
+
+namespace {
+struct Conversation
+{
+    const _MsgChat *chat = nullptr;
+    bool severalChats = false;
+    std::vector<MessageRef> refs;
+};
+
+/// Chats with one identifier, such as the SMS and the iMessage chat with one number, are one conversation.
+/// Case does not count. A chat without an identifier is one of its own.
+std::vector<Conversation> conversationsOf(const std::vector<MessageRef> &messages)
+{
+    std::vector<Conversation> result;
+    std::unordered_map<const _MsgChat *, std::size_t> byChat;
+    std::unordered_map<QString, std::size_t> byIdentifier;
+    const auto placeOf = [&](const _MsgChat *chat) {
+        const auto known = byChat.find(chat);
+        if (known != byChat.end())
+            return known->second;
+        std::size_t place = result.size();
+        if (chat && !chat->chat_identifier.isEmpty())
+            place = byIdentifier.try_emplace(chat->chat_identifier.toCaseFolded(), place).first->second;
+        if (place == result.size())
+            result.push_back({chat, false, {}});
+        else
+            result[place].severalChats = true;
+        byChat.emplace(chat, place);
+        return place;
+    };
+    for (const MessageRef &ref : messages)
+        result[placeOf(ref.chat)].refs.push_back(ref);
+    for (Conversation &conversation : result)
+        if (conversation.severalChats)
+            sortForExport(conversation.refs);
+    return result;
+}
+
+QString pageName(const _MsgChat *chat)
+{
+    const QString unknown = QStringLiteral("unknown-chat.html");
+    if (!chat)
+        return unknown;
+    const bool byIdentifier = chat->isGroup() && !chat->chat_identifier.isEmpty();
+    const QString name = byIdentifier ? chat->chat_identifier : chatName(*chat, Addresses::With);
+    const QString legal = portableFileName(name + QStringLiteral(".html"), unknown);
+    return legal == QLatin1String(".html") ? unknown : legal;
+}
+
+class MessageExport
+{
+public:
+    MessageExport(qint64 total, const QString &target, FileSource *source, Progress &progress)
+        : m_target(QFileInfo(target).absoluteFilePath()),
+          m_source(source),
+          m_progress(progress),
+          m_counted(progress, textFor("IDS_EXTRACTING_MESSAGES"), QStringLiteral("Messages: %1/%2"), total)
+    {
+    }
+
+    void toPages(const std::vector<MessageRef> &messages)
+    {
+        if (!QDir().mkpath(m_target))
+            throw Error(QStringLiteral("can not create the folder %1.").arg(m_target));
+        FilesFolder files(m_target, m_source, m_progress, m_summary);
+        FreeNames names(m_target);
+        DateText dates = ExportMessagesHtml::dateLines();
+        for (const Conversation &conversation : conversationsOf(messages)) {
+            const QString path = QDir(m_target).filePath(names.take(pageName(conversation.chat)));
+            ExportMessagesHtml writer(path, files, dates);
+            run(writer, conversation.refs, path);
+        }
+    }
+
+    template <typename Writer>
+    void toOneFile(std::vector<MessageRef> messages)
+    {
+        sortForExport(messages);
+        Writer writer(m_target);
+        run(writer, messages, m_target);
+    }
+
+    const MessageExportSummary &summary() const { return m_summary; }
+
+private:
+    QString m_target;
+    FileSource *m_source;
+    Progress &m_progress;
+    CountedProgress m_counted;
+    MessageExportSummary m_summary;
+
+    void run(AbsFormatExport<MessageRef> &writer, const std::vector<MessageRef> &messages,
+             const QString &path)
+    {
+        writer.begin();
+        for (const MessageRef &ref : messages) {
+            m_counted.item();
+            writer.write(ref);
+        }
+        writer.end();
+        m_summary.written += static_cast<qint64>(messages.size());
+        m_summary.files += path;
+    }
+};
+} // namespace
+
+MessageExportSummary exportMessages(const std::vector<MessageRef> &messages, MessageFormat format,
+                                    const QString &target, FileSource *source, Progress &progress)
+{
+    MessageExport job(static_cast<qint64>(messages.size()), target, source, progress);
+    switch (format) {
+    case MessageFormat::Text:
+        job.toOneFile<ExportMessagesTxt>(messages);
+        break;
+    case MessageFormat::Csv:
+        job.toOneFile<ExportMessagesCsv>(messages);
+        break;
+    case MessageFormat::Html:
+        job.toPages(messages);
+        break;
+    default:
+        throw Error(QStringLiteral("not support export format."));
+    }
+    return job.summary();
+}
+
+std::optional<MessageFormat> messageFormatOf(const QString &name)
+{
+    if (name == QLatin1String("text"))
+        return MessageFormat::Text;
+    if (name == QLatin1String("csv"))
+        return MessageFormat::Csv;
+    if (name == QLatin1String("html"))
+        return MessageFormat::Html;
+    return std::nullopt;
+}
