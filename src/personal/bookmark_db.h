@@ -52,17 +52,18 @@ public:
     /// Saves the node with everything below it; its folders above are those of the tree. Call between begin()
     /// and commit().
     Saved save(const BookmarkNode &node);
-    /// Removes one row. False when there is no such row.
+    /// Removes a bookmark, or a folder with what it holds. False when there is no such row.
     bool remove(qint64 id);
 
-private:
     struct Row
     {
         qint64 id = 0;
         bool inserted = false;
     };
-
+    /// The same for the node alone, below the stored folder `parent` (0: the top level).
     Row saveRow(const BookmarkNode &node, qint64 parent);
+
+private:
     void saveBelow(const BookmarkNode &node, qint64 parent, Saved &saved);
     qint64 folderId(const BookmarkNode *folder);
 };

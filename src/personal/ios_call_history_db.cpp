@@ -4,7 +4,7 @@
 #include "backup/file_source.h"
 #include "base/apple_time.h"
 #include "base/error.h"
-#include "personal/contact_names.h"
+#include "personal/number_names.h"
 
 namespace {
 const SourceFile olderFile{QStringLiteral("WirelessDomain"),
@@ -189,7 +189,7 @@ qint64 IOSCallHistoryDb::count()
 QList<CallEntry> IOSCallHistoryDb::readAll()
 {
     QList<CallEntry> calls = core().readAll();
-    const ContactNames names(m_source);
+    const NumberNames names(m_source);
     for (CallEntry &call : calls)
         call.person = names.nameOfNumber(call.address);
     return calls;

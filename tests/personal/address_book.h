@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../support/folder_source.h"
+#include "../support/scratch_source.h"
 
 /// The address books that the tests of this folder read.
 namespace AddressBook {

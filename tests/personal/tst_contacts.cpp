@@ -67,7 +67,7 @@ LocalContactsDb::Saved TestContacts::save(LocalContactsDb &db, const ContactReco
 
 void TestContacts::readsEveryKind()
 {
-    FolderSource source;
+    ScratchSource source;
     source.putDatabase(
         AddressBook::file,
         AddressBook::schema() +
@@ -121,7 +121,7 @@ void TestContacts::readsEveryKind()
 
 void TestContacts::leavesOutWhatHasNoLabel()
 {
-    FolderSource source;
+    ScratchSource source;
     source.putDatabase(
         AddressBook::file,
         AddressBook::schema() +
@@ -135,7 +135,7 @@ void TestContacts::leavesOutWhatHasNoLabel()
 
 void TestContacts::birthdayBeforeTheEpochIsNone()
 {
-    FolderSource source;
+    ScratchSource source;
     source.putDatabase(AddressBook::file,
                        AddressBook::schema() +
                            QStringLiteral("insert into ABPerson(ROWID,First,Birthday) "
@@ -197,7 +197,7 @@ void TestContacts::damagedAddressBooks()
 {
     QFETCH(QString, script);
     QFETCH(int, contacts);
-    FolderSource source;
+    ScratchSource source;
     try {
         IOSContactsDb(source).readAll();
         QFAIL("read without an address book");

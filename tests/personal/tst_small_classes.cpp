@@ -1,4 +1,4 @@
-#include "../support/folder_source.h"
+#include "../support/scratch_source.h"
 
 #include "base/error.h"
 #include "personal/bookmark_db.h"
@@ -59,7 +59,7 @@ private slots:
 
 void TestSmallClasses::notesOfADevice()
 {
-    FolderSource source;
+    ScratchSource source;
     source.putDatabase(
         notesFile,
         QStringLiteral("create table ZNOTE(Z_PK INTEGER PRIMARY KEY, ZINTEGERID INTEGER, ZCREATIONDATE "
@@ -101,7 +101,7 @@ void TestSmallClasses::noteSummary_data()
 void TestSmallClasses::noteSummary()
 {
     QFETCH(QString, content);
-    FolderSource source;
+    ScratchSource source;
     source.putDatabase(
         notesFile,
         QStringLiteral(
@@ -143,7 +143,7 @@ void TestSmallClasses::localNotes()
 
 void TestSmallClasses::calendarOfADevice()
 {
-    FolderSource source;
+    ScratchSource source;
     source.putDatabase(
         calendarFile,
         QStringLiteral(
@@ -243,7 +243,7 @@ void TestSmallClasses::bookmarksOfADevice()
 {
     QFETCH(QString, rows);
     QFETCH(QString, tree);
-    FolderSource source;
+    ScratchSource source;
     source.putDatabase(bookmarksFile,
                        QStringLiteral("create table bookmarks(id INTEGER PRIMARY KEY, parent INTEGER, type "
                                       "INTEGER, title TEXT, hidden INTEGER, order_index INTEGER,"
@@ -255,7 +255,7 @@ void TestSmallClasses::bookmarksOfADevice()
 
 void TestSmallClasses::deepFoldersEnd()
 {
-    FolderSource source;
+    ScratchSource source;
     source.putDatabase(
         bookmarksFile,
         QStringLiteral("create table bookmarks(id INTEGER PRIMARY KEY, parent INTEGER, type INTEGER, title "
@@ -356,7 +356,7 @@ void TestSmallClasses::olderCallStoreGainsColumns()
 
 void TestSmallClasses::missingDatabases()
 {
-    FolderSource source;
+    ScratchSource source;
     const auto sentence = [](auto read) {
         try {
             read();

@@ -1,4 +1,4 @@
-#include "personal/contact_names.h"
+#include "personal/number_names.h"
 
 #include "backup/file_source.h"
 #include "base/error.h"
@@ -7,8 +7,7 @@
 
 #include <algorithm>
 
-namespace
-{
+namespace {
 QHash<qint64, QString> readPersonNames(const Sqlite3DB &db)
 {
     QHash<qint64, QString> names;
@@ -22,9 +21,9 @@ bool namesSomething(const QString &address)
 {
     return std::any_of(address.begin(), address.end(), [](QChar c) { return c.isLetterOrNumber(); });
 }
-}
+} // namespace
 
-ContactNames::ContactNames(FileSource &source)
+NumberNames::NumberNames(FileSource &source)
 {
     // Calls without names are better than no calls.
     try {
@@ -47,7 +46,7 @@ ContactNames::ContactNames(FileSource &source)
     }
 }
 
-QString ContactNames::nameOfNumber(const QString &address) const
+QString NumberNames::nameOfNumber(const QString &address) const
 {
     return namesSomething(address) ? m_names.value(numberSuffix(address)) : QString();
 }

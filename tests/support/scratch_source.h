@@ -9,7 +9,7 @@
 #include <QTemporaryDir>
 
 /// A source whose files lie in a temporary folder, as DOMAIN/relative/path.
-class FolderSource : public FileSource
+class ScratchSource : public FileSource
 {
 public:
     QString pathOf(const SourceFile &file) const

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "personal/contact_record.h"
+
+#include <QList>
+#include <QSet>
+#include <QString>
+
+/// The page of contact cards and its folder of pictures. Text of lines ends with CR LF.
+class ContactsHtml
+{
+public:
+    /// Makes the folder "photos" beside the page, with the placeholder in it. Throws Error.
+    explicit ContactsHtml(const QString &pagePath);
+
+    QString head() const;
+    /// The card of one contact; its picture is written into the folder.
+    QString card(const ContactRecord &contact);
+    QString tail() const;
+
+private:
+    QString m_photoFolder;
+    QSet<QString> m_photoNames;
+
+    QString photoElement(const ContactRecord &contact);
+};

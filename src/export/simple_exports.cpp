@@ -1,0 +1,230 @@
+#include "export/simple_exports.h"
+
+#include "base/error.h"
+#include "base/texts.h"
+#include "export/text_file.h"
+
+#include <QDir>
+#include <QRegularExpression>
+#include <QHash>
+#include <QUuid>
+
+#include <algorithm>
+
+namespace {
+constexpr char floatingZone[] = "_float";
+
+QString dayText(const CalendarEvent &event, const QDateTime &date)
+{
+    // An all-day or floating event means the same day wherever one is: its stored day, not the day here.
+    const bool asStored = event.all_day != 0 || event.tz == QLatin1String(floatingZone);
+    return (asStored ? date.toUTC() : date.toLocalTime()).toString(QStringLiteral("yyyyMMdd"));
+}
+
+QString localText(const QDateTime &date)
+{
+    return date.isValid() ? date.toLocalTime().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss")) : QString();
+}
+
+QString freshUid()
+{
+    static const QRegularExpression forbidden(QStringLiteral("[^A-Z0-9\\-]"));
+    return QUuid::createUuid().toString().toUpper().remove(forbidden);
+}
+
+void writeICalendarEvent(TextFile &file, const CalendarEvent &event, const QDate &day)
+{
+    file.writeLine(QStringLiteral("BEGIN:VEVENT"));
+    file.writeLine(QStringLiteral("DTSTART;VALUE=DATE:") + dayText(event, event.start_date));
+    file.writeLine(QStringLiteral("DTEND;VALUE=DATE:") + dayText(event, event.end_date));
+    file.writeLine(QStringLiteral("DTSTAMP:%1T000000Z").arg(day.toString(QStringLiteral("yyyyMMdd"))));
+    if (!event.rrule.isEmpty())
+        file.writeLine(QStringLiteral("RRULE:") + event.rrule);
+    file.writeLine(QStringLiteral("SUMMARY:") + event.summary);
+    file.writeLine(QStringLiteral("LOCATION:"));
+    file.writeLine(QStringLiteral("DESCRIPTION:") + event.description);
+    file.writeLine(QStringLiteral("UID:") + freshUid());
+    file.writeLine(QStringLiteral("END:VEVENT"));
+}
+
+QString flagOf(const CallEntry &call)
+{
+    switch (call.type) {
+    case static_cast<int>(CallType::Incoming):
+        return QStringLiteral("Incoming");
+    case static_cast<int>(CallType::Outgoing):
+        return QStringLiteral("Outgoing");
+    default:
+        return QStringLiteral("Blocked");
+    }
+}
+
+constexpr int callFieldWidths[] = {15, 20, 20, 25, 15};
+
+QString callLine(const QStringList &fields, CallFormat format)
+{
+    if (format == CallFormat::Csv)
+        return fields.join(QLatin1Char(','));
+    QString line;
+    for (qsizetype i = 0; i < fields.size(); ++i)
+        line += fields.at(i).leftJustified(callFieldWidths[i]);
+    return line;
+}
+
+QString bookmarkText(const QString &text)
+{
+    static const QRegularExpression lineBreak(QStringLiteral("[\\r\\n]+"));
+    return QString(text).replace(lineBreak, QStringLiteral(" ")).toHtmlEscaped();
+}
+
+void writeBookmark(TextFile &file, const BookmarkNode &node, CountedProgress &progress)
+{
+    if (node.type != BookmarkNode::folder) {
+        progress.item();
+        file.writeLine(QStringLiteral("<DT><A HREF=\"") + bookmarkText(node.url) + QStringLiteral("\">") +
+                       bookmarkText(node.title) + QStringLiteral("</A></DT>"));
+        return;
+    }
+    file.writeLine(QStringLiteral("<DT><H3>") + bookmarkText(node.title) + QStringLiteral("</H3>"));
+    file.writeLine(QStringLiteral("<DL>"));
+    std::vector<const BookmarkNode *> children;
+    for (const auto &child : node.children)
+        children.push_back(child.get());
+    std::stable_sort(children.begin(), children.end(),
+                     [](const auto *a, const auto *b) { return a->order_index < b->order_index; });
+    for (const BookmarkNode *child : children)
+        writeBookmark(file, *child, progress);
+    file.writeLine(QStringLiteral("</DL>"));
+    file.writeLine(QStringLiteral("</DT>"));
+}
+
+qint64 bookmarksIn(const BookmarkTree &tree)
+{
+    qint64 count = 0;
+    for (const auto &node : tree)
+        count += node->type == BookmarkNode::folder ? bookmarksIn(node->children) : 1;
+    return count;
+}
+
+QString noteFileName(const NoteEntry &note)
+{
+    constexpr qsizetype longestTitle = 20;
+    static const QRegularExpression forbidden(QStringLiteral("[\\\\/:*?\"<>|\\n\\r\\t\\x00]+"));
+    QString title = QString(note.title).remove(forbidden);
+    if (title.size() > longestTitle)
+        title.truncate(title.at(longestTitle - 1).isHighSurrogate() ? longestTitle - 1 : longestTitle);
+    const QString key = note.create_date.toLocalTime().toString(QStringLiteral("yyyyMMdd-hhmmss"));
+    return key + QLatin1Char('-') + title + QStringLiteral(".html");
+}
+
+QString notePage(const NoteEntry &note)
+{
+    return QStringLiteral("<!DOCTYPE html PUBLIC \"-//W3C//DTD XHTML 1.0 Transitional//EN\" "
+                          "\"http://www.w3.org/TR/xhtml1/DTD/xhtml1-transitional.dtd\">\n"
+                          "<html xmlns=\"http://www.w3.org/1999/xhtml\">\n"
+                          "<head><meta http-equiv=\"Content-Type\" content=\"text/html; charset=utf-8\" />\n"
+                          "<title>") +
+           note.title.toHtmlEscaped() + QStringLiteral("</title></head><body>\n") + note.content +
+           QStringLiteral("\n</body></html>\n");
+}
+
+bool refersToServer(const QString &html)
+{
+    static const QRegularExpression remote(
+        QStringLiteral("(src|background|data)\\s*=\\s*[\"']?\\s*(https?:)?//"),
+        QRegularExpression::CaseInsensitiveOption);
+    return remote.match(html).hasMatch();
+}
+} // namespace
+
+SimpleExportSummary exportCalendar(const QList<CalendarEvent> &events, CalendarFormat format,
+                                   const QString &path, const QDate &day, Progress &progress)
+{
+    TextFile file(path);
+    CountedProgress counted(progress, textFor("IDS_EXPORTING_CALENDAR_ITEMS"), QStringLiteral("%1 / %2"),
+                            events.size());
+    file.keepWhenCancelled([&] {
+        if (format == CalendarFormat::Csv)
+            file.writeLine(QStringLiteral("Summary,Start Date,End Date,RRule,Description"));
+        else
+            file.write(QStringLiteral("BEGIN:VCALENDAR\nPRODID:-//Quillbarrow Ltd//%1//EN\nVERSION:2.0\n"
+                                      "CALSCALE:GREGORIAN\nMETHOD:PUBLISH\n")
+                           .arg(textFor("IDS_PRODUCT_NAME")));
+        for (const CalendarEvent &event : events) {
+            counted.item();
+            if (format == CalendarFormat::Csv)
+                file.writeLine(QStringList{event.summary, localText(event.start_date),
+                                           localText(event.end_date), event.rrule, event.description}
+                                   .join(QLatin1Char(',')));
+            else
+                writeICalendarEvent(file, event, day);
+        }
+        if (format == CalendarFormat::ICalendar)
+            file.writeLine(QStringLiteral("END:VCALENDAR"));
+    });
+    return {events.size(), {}, {}};
+}
+
+SimpleExportSummary exportCalls(const QList<CallEntry> &calls, CallFormat format, const QString &path,
+                                Progress &progress)
+{
+    TextFile file(path);
+    CountedProgress counted(progress, {}, QStringLiteral("%1 / %2"), calls.size());
+    file.keepWhenCancelled([&] {
+        file.writeLine(callLine({QStringLiteral("Flag"), QStringLiteral("Number"), QStringLiteral("Contact"),
+                                 QStringLiteral("Date"), QStringLiteral("Duration")},
+                                format));
+        for (const CallEntry &call : calls) {
+            counted.item();
+            file.writeLine(callLine({flagOf(call), call.address, call.person, localText(call.date),
+                                     QString::number(call.duration)},
+                                    format));
+        }
+    });
+    return {calls.size(), {}, {}};
+}
+
+SimpleExportSummary exportBookmarks(const BookmarkTree &tree, const QString &path, Progress &progress)
+{
+    TextFile file(path);
+    CountedProgress counted(progress, textFor("IDS_EXPORTING_BOOKMARKS"), QStringLiteral("%1 / %2"),
+                            bookmarksIn(tree));
+    file.keepWhenCancelled([&] {
+        file.writeLine(
+            QStringLiteral("<META HTTP-EQUIV=\"Content-Type\" CONTENT=\"text/html; charset=UTF-8\">"));
+        file.writeLine(QStringLiteral("<TITLE>Bookmarks</TITLE>"));
+        file.writeLine(QStringLiteral("<DL>"));
+        for (const auto &node : tree)
+            writeBookmark(file, *node, counted);
+        file.writeLine(QStringLiteral("</DL>"));
+    });
+    return {counted.done(), {}, {}};
+}
+
+SimpleExportSummary exportNotes(const QList<NoteEntry> &notes, const QString &folder, Progress &progress)
+{
+    if (!QDir().mkpath(folder))
+        throw Error(QStringLiteral("can not create %1").arg(folder));
+    SimpleExportSummary summary;
+    CountedProgress counted(progress, textFor("IDS_EXPORTING_NOTES"), QStringLiteral("Notes:%1 / %2"),
+                            notes.size());
+    QHash<QString, QString> written; // file name -> content
+    for (const NoteEntry &note : notes) {
+        counted.item();
+        const QString page = notePage(note);
+        // Notes that differ must not meet in one file, also where they share title and date.
+        const QString base = noteFileName(note);
+        QString name = base;
+        for (int n = 1; written.contains(name) && written.value(name) != page; ++n)
+            name = base.chopped(5) + QStringLiteral("(%1).html").arg(n);
+        TextFile file(QDir(folder).filePath(name));
+        file.write(page);
+        file.commit();
+        written.insert(name, page);
+        ++summary.written;
+        if (refersToServer(note.content))
+            summary.remarks.append(
+                QStringLiteral("%1: refers to pictures on a server, which were not fetched").arg(name));
+    }
+    return summary;
+}

@@ -1,0 +1,16 @@
+#include "export/text_file.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+TextFile::TextFile(const QString &path) : m_file(path)
+{
+    QDir().mkpath(QFileInfo(path).path());
+    m_file.open();
+}
+
+void TextFile::writeBytes(const QByteArray &bytes)
+{
+    m_file.buffer().append(bytes);
+    m_file.flushIfFull();
+}

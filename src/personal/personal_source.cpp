@@ -1,0 +1,155 @@
+#include "personal/personal_source.h"
+
+#include "backup/file_source.h"
+#include "personal/bookmark_db.h"
+#include "personal/calendar_db.h"
+#include "personal/ios_call_history_db.h"
+#include "personal/local_call_history_db.h"
+#include "personal/local_contacts_db.h"
+#include "personal/notes_db.h"
+
+namespace {
+SourceFile homeFile(const char *path)
+{
+    return {QStringLiteral("HomeDomain"), QLatin1String(path)};
+}
+
+class DeviceRecords : public PersonalSource
+{
+public:
+    DeviceRecords(FileSource &files, const QString &deviceId)
+        : m_files(files),
+          m_contacts(files),
+          m_calls(files),
+          m_notes(files, deviceId),
+          m_calendar(files),
+          m_bookmarks(files)
+    {
+    }
+
+    QList<ContactRecord> contacts() override { return m_contacts.readAll(); }
+    QList<CallEntry> calls() override { return m_calls.readAll(); }
+    QList<NoteEntry> notes() override { return m_notes.readAll(); }
+    QList<CalendarEvent> calendar() override { return m_calendar.readAll(); }
+    BookmarkTree bookmarks() override { return m_bookmarks.readTree(); }
+
+    qint64 count(DataClass dataClass) override
+    {
+        switch (dataClass) {
+        case DataClass::Contacts:
+            return m_contacts.count();
+        case DataClass::Calls:
+            return m_calls.count();
+        case DataClass::Notes:
+            return m_notes.count();
+        case DataClass::Calendar:
+            return m_calendar.count();
+        case DataClass::Bookmarks:
+            return m_bookmarks.count();
+        default:
+            return 0;
+        }
+    }
+
+    bool has(DataClass dataClass) const override
+    {
+        switch (dataClass) {
+        case DataClass::Contacts:
+            return m_files.hasContent(homeFile("Library/AddressBook/AddressBook.sqlitedb"));
+        case DataClass::Calls:
+            return m_files.hasContent(homeFile("Library/CallHistoryDB/CallHistory.storedata")) ||
+                   m_files.hasContent({QStringLiteral("WirelessDomain"),
+                                       QStringLiteral("Library/CallHistory/call_history.db")});
+        case DataClass::Notes:
+            return m_files.hasContent(homeFile("Library/Notes/notes.sqlite"));
+        case DataClass::Calendar:
+            return m_files.hasContent(homeFile("Library/Calendar/Calendar.sqlitedb"));
+        case DataClass::Bookmarks:
+            return m_files.hasContent(homeFile("Library/Safari/Bookmarks.db"));
+        default:
+            return false;
+        }
+    }
+
+private:
+    FileSource &m_files;
+    IOSContactsDb m_contacts;
+    IOSCallHistoryDb m_calls;
+    IOSNotesDb m_notes;
+    IOSCalendarDb m_calendar;
+    IOSBookmarkDb m_bookmarks;
+};
+
+class LocalRecords : public PersonalSource
+{
+public:
+    explicit LocalRecords(const QString &folder)
+        : m_contacts(folder), m_calls(folder), m_notes(folder), m_calendar(folder), m_bookmarks(folder)
+    {
+    }
+
+    QList<ContactRecord> contacts() override
+    {
+        return m_contacts.openExisting() ? m_contacts.readAll() : QList<ContactRecord>();
+    }
+    QList<CallEntry> calls() override
+    {
+        return m_calls.openExisting() ? m_calls.readAll() : QList<CallEntry>();
+    }
+    QList<NoteEntry> notes() override
+    {
+        return m_notes.openExisting() ? m_notes.readAll() : QList<NoteEntry>();
+    }
+    QList<CalendarEvent> calendar() override
+    {
+        return m_calendar.openExisting() ? m_calendar.readAll() : QList<CalendarEvent>();
+    }
+    BookmarkTree bookmarks() override
+    {
+        return m_bookmarks.openExisting() ? m_bookmarks.readTree() : BookmarkTree();
+    }
+
+    qint64 count(DataClass dataClass) override
+    {
+        const auto countOf = [](auto &store) { return store.openExisting() ? store.count() : 0; };
+        switch (dataClass) {
+        case DataClass::Contacts:
+            return countOf(m_contacts);
+        case DataClass::Calls:
+            return countOf(m_calls);
+        case DataClass::Notes:
+            return countOf(m_notes);
+        case DataClass::Calendar:
+            return countOf(m_calendar);
+        case DataClass::Bookmarks:
+            return countOf(m_bookmarks);
+        default:
+            return 0;
+        }
+    }
+
+    bool has(DataClass dataClass) const override
+    {
+        return dataClass == DataClass::Contacts || dataClass == DataClass::Calls ||
+               dataClass == DataClass::Notes || dataClass == DataClass::Calendar ||
+               dataClass == DataClass::Bookmarks;
+    }
+
+private:
+    LocalContactsDb m_contacts;
+    LocalCallHistoryDb m_calls;
+    LocalNotesDb m_notes;
+    LocalCalendarsDb m_calendar;
+    LocalBookmarkDb m_bookmarks;
+};
+} // namespace
+
+std::unique_ptr<PersonalSource> openDeviceRecords(FileSource &files, const QString &deviceId)
+{
+    return std::make_unique<DeviceRecords>(files, deviceId);
+}
+
+std::unique_ptr<PersonalSource> openLocalRecords(const QString &folder)
+{
+    return std::make_unique<LocalRecords>(folder);
+}

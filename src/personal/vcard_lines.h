@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QByteArray>
+#include <QByteArrayView>
+#include <QList>
+#include <QMultiMap>
+#include <QString>
+#include <QStringList>
+
+/// One property of a vCard as it stands: name without its group, parameters, undecoded value.
+struct VCardLine
+{
+    QByteArray name; // upper case
+    QMultiMap<QByteArray, QByteArray>
+        params; // upper-case names; a bare word of version 2.1 is a TYPE or an ENCODING
+    QByteArray value;
+
+    bool hasType(const char *type) const;
+    QByteArray param(const char *name) const { return params.value(name); }
+    bool isQuotedPrintable() const;
+    bool isBase64() const;
+
+    /// The value's bytes, with quoted-printable or Base64 undone.
+    QByteArray bytes() const;
+    /// The bytes that a value carries within itself, by Base64 or a "data:" address; empty for one that lies
+    /// elsewhere.
+    QByteArray embeddedBytes() const;
+    /// The value as text: by its CHARSET, else UTF-8 where the bytes are that, else the local 8-bit code
+    /// page. Escapes stay.
+    QString text() const;
+};
+
+/// The properties of a text, in order. Folded lines and soft breaks of quoted-printable are joined. A line
+/// without a colon is left out and counted.
+struct VCardLines
+{
+    QList<VCardLine> lines;
+    int malformed = 0;
+};
+VCardLines splitVCardLines(QByteArrayView text);
+
+/// The parts of a structured value, split at unescaped ";", with escapes undone.
+QStringList vCardParts(const QString &value);
+/// Escapes undone: \n \, \; \\.
+QString vCardUnescaped(const QString &value);
