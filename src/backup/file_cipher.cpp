@@ -1,5 +1,6 @@
 #include "backup/file_cipher.h"
 
+#include "backup/background_writer.h"
 #include "backup/target_file.h"
 #include "base/error.h"
 
@@ -14,7 +15,10 @@
 namespace {
 // What callers are told about; reading and writing go in larger pieces.
 constexpr std::uint64_t chunkSize = 8192;
-constexpr std::uint64_t blockSize = 32 * chunkSize;
+// Stays in the processor's cache between reading and deciphering.
+constexpr std::uint64_t pieceSize = 8 * chunkSize;
+// Written at once: file systems take large blocks at less cost.
+constexpr std::uint64_t blockSize = 16 * pieceSize;
 constexpr std::uint64_t cipherBlock = AES_BLOCK_SIZE;
 
 /// A source that is read up to the size it had when it was opened, so that a file that grows meanwhile gives
@@ -32,15 +36,17 @@ public:
     std::uint64_t size() const { return m_size; }
     std::uint64_t remaining() const { return m_size - m_done; }
 
-    /// Fills `buffer` with the next bytes, as many as fit or remain. Throws Error(`shortRead`) when the file
-    /// has become shorter.
-    std::uint64_t read(std::vector<std::uint8_t> &buffer, const QString &shortRead)
+    std::uint64_t done() const { return m_done; }
+
+    /// Reads the next bytes, as many as `room` or as remain. Throws Error(`shortRead`) when the file has
+    /// become shorter.
+    std::uint64_t read(std::uint8_t *buffer, std::uint64_t room, const QString &shortRead)
     {
-        const std::uint64_t wanted = std::min<std::uint64_t>(buffer.size(), remaining());
+        const std::uint64_t wanted = std::min(room, remaining());
         std::uint64_t filled = 0;
         while (filled < wanted) {
-            const qint64 got = m_file.read(reinterpret_cast<char *>(buffer.data() + filled),
-                                           static_cast<qint64>(wanted - filled));
+            const qint64 got =
+                m_file.read(reinterpret_cast<char *>(buffer + filled), static_cast<qint64>(wanted - filled));
             if (got < 0)
                 throw Error(
                     QStringLiteral("can not read %1. %2").arg(m_file.fileName(), m_file.errorString()));
@@ -79,16 +85,51 @@ void requireKey(const QByteArray &key, const QString &path)
         throw Error(QStringLiteral("%1, the key has %2 bytes instead of 32.").arg(path).arg(key.size()));
 }
 
-/// How many bytes of padding end `plain`; 0 when the last byte is no padding length.
-std::uint64_t paddingOf(const std::vector<std::uint8_t> &plain, std::uint64_t size)
-{
-    const std::uint8_t last = plain[size - 1];
-    return last <= cipherBlock ? last : 0;
-}
-
 const std::uint8_t *octets(const QByteArray &bytes)
 {
     return reinterpret_cast<const std::uint8_t *>(bytes.constData());
+}
+/// Deciphers a source piece by piece, chained across the whole of it.
+class Decryption
+{
+public:
+    Decryption(const QByteArray &key, SourceReader &source)
+        : m_source(source), m_cipher(std::min(pieceSize, source.size()))
+    {
+        aes256_set_decrypt_key(&m_context, octets(key));
+    }
+
+    /// Fills `block` as far as the source goes; gives the number of bytes.
+    std::uint64_t fill(std::vector<std::uint8_t> &block)
+    {
+        std::uint64_t filled = 0;
+        while (filled < block.size() && m_source.remaining() > 0) {
+            const std::uint64_t count = m_source.read(
+                m_cipher.data(), std::min<std::uint64_t>(m_cipher.size(), block.size() - filled),
+                QStringLiteral("BackupManifest::decryptFile, imcomplete IO read (rd=0)."));
+            cbc_decrypt(&m_context, reinterpret_cast<nettle_cipher_func *>(aes256_decrypt), AES_BLOCK_SIZE,
+                        m_vector, count, block.data() + filled, m_cipher.data());
+            filled += count;
+        }
+        return filled;
+    }
+
+private:
+    SourceReader &m_source;
+    aes256_ctx m_context;
+    std::uint8_t m_vector[AES_BLOCK_SIZE] = {};
+    std::vector<std::uint8_t> m_cipher;
+};
+
+/// How many bytes of padding end the content.
+std::uint64_t paddingOf(const std::vector<std::uint8_t> &plain, std::uint64_t size, Padding padding)
+{
+    const std::uint8_t last = plain[size - 1];
+    if (last > 0 && last <= cipherBlock)
+        return last;
+    if (padding == Padding::Required)
+        throw Error(QStringLiteral("BackupManifest::decryptFile, last byte must GT 0 and LET 16"));
+    return 0;
 }
 } // namespace
 
@@ -101,7 +142,7 @@ void copyFile(const QString &source, const QString &destination, const CopyProgr
         QStringLiteral("can not read %1. The file became shorter while it was copied.").arg(source);
     std::uint64_t done = 0;
     while (reader.remaining() > 0) {
-        const std::uint64_t count = reader.read(buffer, shortRead);
+        const std::uint64_t count = reader.read(buffer.data(), buffer.size(), shortRead);
         write(target, buffer, count);
         reportChunks(progress, reader.size(), done, done + count);
         done += count;
@@ -118,28 +159,24 @@ void decryptFile(const QByteArray &key, const QString &source, const QString &de
     if (reader.size() % cipherBlock != 0)
         throw Error(QStringLiteral("%1, POLARSSL_ERR_AES_INVALID_INPUT_LENGTH (rd%16 != 0).").arg(source));
 
-    aes256_ctx context;
-    aes256_set_decrypt_key(&context, octets(key));
-    std::uint8_t vector[AES_BLOCK_SIZE] = {};
-    std::vector<std::uint8_t> cipher(std::min(blockSize, reader.size()));
-    std::vector<std::uint8_t> plain(cipher.size());
-    const QString shortRead = QStringLiteral("BackupManifest::decryptFile, imcomplete IO read (rd=0).");
-    std::uint64_t done = 0;
+    const auto threads =
+        reader.size() > 2 * blockSize ? BackgroundWriter::Threads::Two : BackgroundWriter::Threads::One;
+    BackgroundWriter writer(
+        [&target](const std::uint8_t *bytes, std::uint64_t size) {
+            target.write(reinterpret_cast<const char *>(bytes), static_cast<qint64>(size));
+        },
+        std::min(blockSize, reader.size()), threads);
+    Decryption decryption(key, reader);
     while (reader.remaining() > 0) {
-        const std::uint64_t count = reader.read(cipher, shortRead);
-        cbc_decrypt(&context, reinterpret_cast<nettle_cipher_func *>(aes256_decrypt), AES_BLOCK_SIZE, vector,
-                    count, plain.data(), cipher.data());
-        std::uint64_t kept = count;
-        if (reader.remaining() == 0) {
-            const std::uint64_t dropped = paddingOf(plain, count);
-            if (dropped == 0 && padding == Padding::Required)
-                throw Error(QStringLiteral("BackupManifest::decryptFile, last byte must GT 0 and LET 16"));
-            kept -= dropped;
-        }
-        write(target, plain, kept);
-        reportChunks(progress, reader.size(), done, done + count);
-        done += count;
+        const std::uint64_t done = reader.done();
+        BackgroundWriter::Block &block = writer.nextBlock();
+        std::uint64_t kept = decryption.fill(block);
+        if (reader.remaining() == 0)
+            kept -= paddingOf(block, kept, padding);
+        writer.submit(kept);
+        reportChunks(progress, reader.size(), done, reader.done());
     }
+    writer.finish();
     target.commit();
 }
 
@@ -155,7 +192,7 @@ void encryptFile(const QByteArray &key, const QString &source, const QString &de
     const QString shortRead = QStringLiteral("BackupManifest::encryptFileThrow, imcomplete IO read.");
     bool padded = false;
     while (!padded) {
-        std::uint64_t count = reader.read(buffer, shortRead);
+        std::uint64_t count = reader.read(buffer.data(), buffer.size(), shortRead);
         if (reader.remaining() == 0) {
             const std::uint64_t missing = cipherBlock - count % cipherBlock;
             buffer.resize(count);
