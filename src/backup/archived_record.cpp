@@ -100,7 +100,7 @@ class BinaryArchive
 {
 public:
     bool open(QByteArrayView archive);
-    void copyTo(FileRecord &record) const;
+    bool copyTo(FileRecord &record) const;
 
 private:
     using Object = BinaryPlist::Object;
@@ -116,7 +116,7 @@ private:
     bool collect(const Object &record);
     bool value(Field field, Object &out) const;
     std::int64_t number(Field field) const;
-    QByteArray text(Field field) const;
+    std::optional<QByteArray> text(Field field) const;
     QByteArray data(Field field) const;
 };
 
@@ -186,19 +186,19 @@ std::int64_t BinaryArchive::number(Field field) const
     return static_cast<std::int64_t>(object.number());
 }
 
-QByteArray BinaryArchive::text(Field field) const
+/// Nothing when the text is damaged, which is for the general reader to judge.
+std::optional<QByteArray> BinaryArchive::text(Field field) const
 {
     Object object;
     if (!value(field, object))
-        return {};
+        return QByteArray();
     if (object.kind == Kind::Ascii)
         return QString::fromUtf8(object.bytes()).toUtf8();
-    if (object.kind == Kind::Utf16) {
-        QStringDecoder decode(QStringDecoder::Utf16BE);
-        return QString(decode(QByteArrayView(object.payload, static_cast<qsizetype>(2 * object.count))))
-            .toUtf8();
-    }
-    return {};
+    if (object.kind != Kind::Utf16)
+        return QByteArray();
+    QStringDecoder decode(QStringDecoder::Utf16BE);
+    const QString text = decode(QByteArrayView(object.payload, static_cast<qsizetype>(2 * object.count)));
+    return text.isValidUtf16() ? std::optional(text.toUtf8()) : std::nullopt;
 }
 
 QByteArray BinaryArchive::data(Field field) const
@@ -215,12 +215,16 @@ QByteArray BinaryArchive::data(Field field) const
     return object.kind == Kind::Data ? object.bytes().toByteArray() : QByteArray();
 }
 
-void BinaryArchive::copyTo(FileRecord &record) const
+bool BinaryArchive::copyTo(FileRecord &record) const
 {
+    std::optional<QByteArray> target = text(Field::Target);
+    if (!target)
+        return false;
+    record.target = *std::move(target);
     setNumbers(record, [this](Field field) { return number(field); });
-    record.target = text(Field::Target);
     record.digest = data(Field::Digest);
     record.encryptionKey = data(Field::EncryptionKey);
+    return true;
 }
 
 /// The same through a tree of values: for XML, and for whatever the quick way does not know.
@@ -240,7 +244,10 @@ public:
 
     void copyTo(FileRecord &record) const
     {
-        setNumbers(record, [this](Field field) { return value(field).toInt64(); });
+        setNumbers(record, [this](Field field) {
+            const CFType found = value(field);
+            return found.isReal() ? 0 : found.toInt64();
+        });
         record.target = value(Field::Target).toString().toUtf8();
         record.digest = data(Field::Digest);
         record.encryptionKey = data(Field::EncryptionKey);
@@ -266,15 +273,17 @@ private:
 };
 } // namespace
 
-bool ArchivedRecordReader::read(QByteArrayView archive, FileRecord &record)
+bool ArchivedRecordReader::readGeneral(QByteArrayView archive, FileRecord &record)
 {
-    if (BinaryArchive quick; quick.open(archive)) {
-        quick.copyTo(record);
-        return true;
-    }
     GeneralArchive general;
     if (!general.open(archive))
         return false;
     general.copyTo(record);
     return true;
+}
+
+bool ArchivedRecordReader::read(QByteArrayView archive, FileRecord &record)
+{
+    BinaryArchive quick;
+    return (quick.open(archive) && quick.copyTo(record)) || readGeneral(archive, record);
 }

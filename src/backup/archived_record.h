@@ -14,4 +14,7 @@ public:
     /// False when the bytes are no such archive; `record` then keeps what it had. Missing keys give 0 or
     /// empty, values of another kind too. Never throws, never reads outside `archive`, is linear in its size.
     bool read(QByteArrayView archive, FileRecord &record);
+    /// The same by way of a tree of values: for any property list, and a hundred times slower. read() falls
+    /// back to it.
+    static bool readGeneral(QByteArrayView archive, FileRecord &record);
 };

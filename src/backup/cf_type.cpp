@@ -14,30 +14,44 @@
 #include <limits>
 #include <utility>
 
+namespace {
+enum class Origin { Xml, Other };
+
+/// Owns the library's tree.
+struct Tree
+{
+    plist_t root;
+    Origin origin;
+
+    Tree(plist_t tree, Origin from) : root(tree), origin(from) {}
+    ~Tree() { plist_free(root); }
+    Tree(const Tree &) = delete;
+    Tree &operator=(const Tree &) = delete;
+};
+} // namespace
+
 /// A value inside a tree that it keeps alive.
 struct CFType::Node
 {
-    std::shared_ptr<void> tree;
+    std::shared_ptr<Tree> tree;
     plist_t value = nullptr;
 
-    static std::shared_ptr<Node> own(plist_t root)
+    static std::shared_ptr<Node> own(plist_t root, Origin origin = Origin::Other)
     {
-        return root ? std::make_shared<Node>(Node{std::shared_ptr<void>(root, plist_free), root}) : nullptr;
+        return root ? std::make_shared<Node>(Node{std::make_shared<Tree>(root, origin), root}) : nullptr;
+    }
+
+    /// XML has no UIDs: they are written as a dictionary with one key.
+    plist_t uidInXml() const
+    {
+        if (tree->origin != Origin::Xml || plist_dict_get_size(value) != 1)
+            return nullptr;
+        const plist_t number = plist_dict_get_item(value, "CF$UID");
+        return number && plist_get_node_type(number) == PLIST_UINT ? number : nullptr;
     }
 };
 
 namespace {
-constexpr char uidKey[] = "CF$UID";
-
-/// XML has no UIDs: they are written as a dictionary with this one key.
-plist_t uidInDictionary(plist_t dictionary)
-{
-    if (plist_dict_get_size(dictionary) != 1)
-        return nullptr;
-    const plist_t number = plist_dict_get_item(dictionary, uidKey);
-    return number && plist_get_node_type(number) == PLIST_UINT ? number : nullptr;
-}
-
 std::uint64_t unsignedValue(plist_t number)
 {
     std::uint64_t value = 0;
@@ -114,15 +128,17 @@ CFType::CFType(std::shared_ptr<Node> node) : m_node(std::move(node)) {}
 CFType CFType::parse(QByteArrayView bytes)
 {
     plist_t root = nullptr;
+    Origin origin = Origin::Other;
     if (bytes.startsWith("bplist")) {
         if (isSafeBinaryPlist(bytes))
             plist_from_bin(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &root);
     } else if (isSafeXmlPlist(bytes)) {
         if (bytes.startsWith("\xEF\xBB\xBF"))
             bytes = bytes.sliced(3);
+        origin = Origin::Xml;
         plist_from_xml(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &root);
     }
-    return CFType(Node::own(root));
+    return CFType(Node::own(root, origin));
 }
 
 QByteArray CFType::serialise(Format format) const
@@ -147,7 +163,7 @@ CFType::Kind CFType::kind() const
     case PLIST_ARRAY:
         return Kind::Array;
     case PLIST_DICT:
-        return uidInDictionary(m_node->value) ? Kind::Uid : Kind::Dictionary;
+        return m_node->uidInXml() ? Kind::Uid : Kind::Dictionary;
     case PLIST_DATE:
         return Kind::Date;
     case PLIST_DATA:
@@ -157,6 +173,11 @@ CFType::Kind CFType::kind() const
     default:
         return Kind::Null;
     }
+}
+
+bool CFType::isReal() const
+{
+    return m_node && plist_get_node_type(m_node->value) == PLIST_REAL;
 }
 
 qint16 CFType::toInt16(qint16 fallback) const
@@ -258,7 +279,7 @@ quint32 CFType::uid(quint32 fallback) const
     if (plist_get_node_type(m_node->value) == PLIST_UID)
         plist_get_uid_val(m_node->value, &value);
     else
-        value = unsignedValue(uidInDictionary(m_node->value));
+        value = unsignedValue(m_node->uidInXml());
     return value > std::numeric_limits<quint32>::max() ? fallback : static_cast<quint32>(value);
 }
 

@@ -32,6 +32,8 @@ public:
     Kind kind() const;
     bool isEmpty() const { return kind() == Kind::Empty; }
     bool isNumber() const { return kind() == Kind::Number; }
+    /// True for a number that is kept as a floating-point one.
+    bool isReal() const;
     bool isBoolean() const { return kind() == Kind::Boolean; }
     bool isString() const { return kind() == Kind::String; }
     bool isData() const { return kind() == Kind::Data; }
@@ -69,6 +71,8 @@ public:
     static CFType fromUid(quint32 value);
     static CFType newDictionary();
     static CFType newArray();
+    /// For what newDictionary() and newArray() made: puts a copy of the value in. The empty value changes
+    /// nothing.
     void set(const QString &key, const CFType &value);
     void append(const CFType &value);
 

@@ -82,8 +82,9 @@ bool BinaryCheck::isReadable(const Object &object) const
         return object.count == 4 || object.count == 8;
     case Kind::Date:
         return object.count == 8;
+    case Kind::Ascii: // a text with a NUL has two lengths there, by count and by terminator
+        return !object.bytes().contains('\0');
     case Kind::Utf16:
-        // A text with a NUL has two lengths there, by count and by terminator.
         for (std::uint64_t i = 0; i < object.count; ++i) {
             if (object.payload[2 * i] == 0 && object.payload[2 * i + 1] == 0)
                 return false;
