@@ -1,0 +1,118 @@
+#include "sample/catalogue_record.h"
+#include "sample/keybag_writer.h"
+#include "sample/keyed_archive.h"
+#include "sample/mbdb_writer.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <cstdio>
+
+/// Writes the seeds of the fuzz targets: a few small files of every kind that the readers know.
+
+namespace {
+using sample::CatalogueRecord;
+using sample::PlistValue;
+
+QString text(const char *utf8)
+{
+    return QString::fromUtf8(utf8);
+}
+
+class Corpus
+{
+public:
+    explicit Corpus(const QString &folder) : m_folder(folder) {}
+
+    QString place(const char *target, const char *name) const
+    {
+        const QString folder = m_folder.filePath(text(target));
+        QDir().mkpath(folder);
+        return folder + QLatin1Char('/') + text(name);
+    }
+
+    void add(const char *target, const char *name, const QByteArray &bytes) const
+    {
+        QFile file(place(target, name));
+        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+            qFatal("cannot write %s", qPrintable(file.fileName()));
+    }
+
+private:
+    QDir m_folder;
+};
+
+QByteArray keybag(int outerRounds)
+{
+    return sample::KeybagWriter("secret", {outerRounds, 2}, sample::SeededGenerator(1)).bytes();
+}
+
+CatalogueRecord file()
+{
+    CatalogueRecord record;
+    record.domain = text("HomeDomain");
+    record.relativePath = text("Library/SMS/sms.db");
+    record.digest = QByteArray(20, 'd');
+    record.encryptionKey = QByteArray("\4\0\0\0", 4) + QByteArray(40, 'k');
+    record.mode = 0x81A4;
+    record.inode = 123456;
+    record.modified = record.statusChanged = record.born = 1'700'000'000;
+    record.size = 118784;
+    record.protectionClass = 4;
+    record.properties = {{"com.apple.name", "value"}};
+    return record;
+}
+
+CatalogueRecord link()
+{
+    CatalogueRecord record;
+    record.kind = CatalogueRecord::Link;
+    record.domain = text("HomeDomain");
+    record.relativePath = text("Library/Link");
+    record.target = text("/var/mobile/Größe/😀");
+    record.mode = 0xA1FF;
+    return record;
+}
+
+PlistValue::Dictionary description()
+{
+    PlistValue::Dictionary lockdown = {{text("DeviceName"), text("Jürgens 📱")},
+                                       {text("ProductType"), text("iPhone12,1")},
+                                       {text("SerialNumber"), 12345}};
+    PlistValue::Array mixed = {1.5, -7, true, text(""), QByteArray("bytes"), PlistValue::Array{}};
+    return {{text("IsEncrypted"), true},
+            {text("BackupKeyBag"), keybag(3)},
+            {text("ManifestKey"), QByteArray(44, 'm')},
+            {text("Date"), sample::PlistDate{7e8}},
+            {text("Lockdown"), std::move(lockdown)},
+            {text("Mixed"), std::move(mixed)}};
+}
+
+void addRecords(const Corpus &corpus)
+{
+    using Layout = sample::RecordLayout;
+    corpus.add("file_record", "file", archivedFileRecord(file(), Layout::RootFirst));
+    corpus.add("file_record", "file-root-last", archivedFileRecord(file(), Layout::RootLast));
+    corpus.add("file_record", "link", archivedFileRecord(link(), Layout::RootFirst));
+
+    sample::MbdbWriter writer(corpus.place("mbdb", "two-records"));
+    writer.add(file());
+    writer.add(link());
+    writer.finish();
+}
+} // namespace
+
+int main(int argc, char **argv)
+{
+    if (argc != 2) {
+        std::fputs("usage: make_corpus DIR\n", stderr);
+        return 2;
+    }
+    const Corpus corpus(QDir(QString::fromLocal8Bit(argv[1])).absolutePath());
+    addRecords(corpus);
+    corpus.add("keybag", "single", keybag(0));
+    corpus.add("keybag", "double", keybag(3));
+    corpus.add("manifest_plist", "binary", sample::binaryPlist(description()));
+    corpus.add("manifest_plist", "xml", sample::xmlPlist(description()));
+    return 0;
+}
