@@ -187,6 +187,17 @@ QString FileTree::path(Node node) const
     return QString::fromUtf8(path);
 }
 
+QByteArray FileTree::pathUtf8(Node node) const
+{
+    if (!d->isPart(node) || node == root)
+        return {};
+    const FileTreeBuilder::MadeUp *folder = d->isMadeUp(node) ? &d->madeUp[node - d->recordNodes()] : nullptr;
+    const FileCatalogue::Index record = folder ? folder->through : node - 1;
+    VirtualPath path;
+    path.set(d->prefixes[d->catalogue->domainNumber(record)], d->catalogue->relativePath(record));
+    return (folder ? path.bytes().first(folder->length) : path.bytes()).toByteArray();
+}
+
 FileTree::Node FileTree::find(const QString &virtualPath) const
 {
     return findUtf8(virtualPath.toUtf8());

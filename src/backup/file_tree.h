@@ -37,6 +37,8 @@ public:
     FileCatalogue::Index record(Node node) const;
     /// "Library/SMS/sms.db"; empty for the root.
     QString path(Node node) const;
+    /// The same in the bytes of the records, which need not be valid UTF-8.
+    QByteArray pathUtf8(Node node) const;
     Node find(const QString &virtualPath) const;
     Node findUtf8(QByteArrayView virtualPath) const;
     std::size_t nodeCount() const;

@@ -1,14 +1,5 @@
-#include "backup/backup_manifest.h"
+#include "backup/backup_fixture.h"
 
-#include "base/app_folders.h"
-#include "base/error.h"
-#include "sample/sample_maker.h"
-
-#include <QCryptographicHash>
-#include <QDir>
-#include <QDirIterator>
-#include <QFile>
-#include <QTemporaryDir>
 #include <QTest>
 
 class TestBackupManifest : public QObject
@@ -21,33 +12,6 @@ private slots:
 };
 
 namespace {
-QByteArray sha1Of(const QString &path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    QCryptographicHash hash(QCryptographicHash::Sha1);
-    hash.addData(&file);
-    return hash.result();
-}
-
-/// Names, sizes, contents, permissions and change times of all that lies in a folder.
-QByteArray fingerprint(const QString &folder)
-{
-    QStringList lines;
-    QDirIterator files(folder, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                       QDirIterator::Subdirectories);
-    while (files.hasNext()) {
-        const QFileInfo info(files.next());
-        lines.append(QStringLiteral("%1 %2 %3 %4")
-                         .arg(info.filePath(), info.lastModified().toString(Qt::ISODateWithMs))
-                         .arg(info.permissions().toInt())
-                         .arg(QString::fromLatin1(info.isFile() ? sha1Of(info.filePath()).toHex() : "")));
-    }
-    lines.sort();
-    return lines.join(QLatin1Char('\n')).toUtf8();
-}
-
 FileCatalogue::Index indexOf(const BackupManifest &backup, const SampleFile &file)
 {
     return backup.catalogue().find(file.domain.toUtf8(), file.relativePath.toUtf8());
@@ -62,8 +26,6 @@ void TestBackupManifest::opensEveryKind_data()
         options.layout = layout;
         options.ios = ios;
         options.password = QString::fromUtf8(password);
-        options.dpic = 2;
-        options.iter = 2;
         return &(QTest::newRow(name) << options);
     };
     using Layout = SampleOptions::Layout;
@@ -76,12 +38,10 @@ void TestBackupManifest::opensEveryKind_data()
 void TestBackupManifest::opensEveryKind()
 {
     QFETCH(SampleOptions, options);
-    QTemporaryDir parent;
-    options.folder = parent.filePath(QStringLiteral("backup"));
-    const SampleSummary summary = makeSample(options);
-    const QByteArray before = fingerprint(options.folder);
+    const BackupFixture fixture(options);
+    const QString before = fingerprint(fixture.folder());
     {
-        BackupManifest backup(options.folder);
+        BackupManifest backup(fixture.folder());
         backup.loadInfo();
         QCOMPARE(backup.info().encrypted, !options.password.isEmpty());
         if (!options.password.isEmpty()) {
@@ -92,15 +52,15 @@ void TestBackupManifest::opensEveryKind()
         QVERIFY(backup.isUnlocked());
         NoProgress progress;
         backup.buildIndex(progress);
-        QCOMPARE(int(backup.catalogue().size()), summary.counts.catalogueRows);
+        QCOMPARE(int(backup.catalogue().size()), fixture.summary.counts.catalogueRows);
         QCOMPARE(backup.skippedRows(), 0);
-        for (const SampleFile &file : summary.files) {
+        for (const SampleFile &file : fixture.summary.files) {
             const auto index = indexOf(backup, file);
             QVERIFY2(index != FileCatalogue::none, qPrintable(file.relativePath));
             QCOMPARE(backup.catalogue().fileId(index), file.fileId.toLatin1());
             QCOMPARE(backup.isLocked(index), file.locked);
             QCOMPARE(backup.hasContent({file.domain, file.relativePath}), file.stored);
-            const QString copy = parent.filePath(QStringLiteral("copy"));
+            const QString copy = fixture.path(QStringLiteral("copy"));
             if (!file.stored) {
                 QVERIFY_EXCEPTION_THROWN(backup.fetchFile(index, copy), Error);
                 QVERIFY(!QFile::exists(copy));
@@ -114,7 +74,7 @@ void TestBackupManifest::opensEveryKind()
             QFile::remove(copy);
         }
     }
-    QCOMPARE(fingerprint(options.folder), before);
+    QCOMPARE(fingerprint(fixture.folder()), before);
 }
 
 QTEST_GUILESS_MAIN(TestBackupManifest)

@@ -1,0 +1,295 @@
+#include "backup/extract.h"
+
+#include "backup/extract_plan.h"
+#include "backup/extract_progress.h"
+#include "base/contained_path.h"
+#include "base/error.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QSet>
+#include <QTemporaryFile>
+
+#include <cerrno>
+#include <filesystem>
+
+namespace {
+using Index = FileCatalogue::Index;
+
+constexpr std::uint64_t cipherBlock = 16;
+
+std::filesystem::path nativePath(const QString &path)
+{
+    return std::filesystem::path(path.toStdU16String());
+}
+
+bool hasRoom(const QString &folder, std::uint64_t bytes)
+{
+    std::error_code error;
+    const auto space = std::filesystem::space(nativePath(folder), error);
+    return error || space.available >= bytes;
+}
+
+/// A folder that files can be written into, made when missing.
+void requireTarget(const QString &target, const QString &backupFolder)
+{
+    if (staysBelow(backupFolder, target))
+        throw Error(QStringLiteral("can not extract to %1. It lies inside the backup.").arg(target));
+    if (!QDir().mkpath(target))
+        throw Error(QStringLiteral("can not create %1. The folder cannot be made.").arg(target));
+    QTemporaryFile probe(QDir(target).filePath(QStringLiteral(".XXXXXX.part")));
+    if (!probe.open())
+        throw Error(QStringLiteral("can not write %1. %2").arg(target, probe.errorString()));
+}
+
+/// Best effort: not every file system keeps the time of a folder.
+void setFolderTime(const QString &folder, std::uint32_t unixSeconds)
+{
+    const std::chrono::sys_seconds time{std::chrono::seconds(unixSeconds)};
+    std::error_code ignored;
+    std::filesystem::last_write_time(nativePath(folder), std::chrono::file_clock::from_sys(time), ignored);
+}
+
+/// "name(1).ending" and so on, as for any taken name: the base ends at the first dot, the ending begins after
+/// the last.
+QString numbered(const QString &path, int number)
+{
+    const QFileInfo info(path);
+    const QString ending = info.suffix().isEmpty() ? QString() : QLatin1Char('.') + info.suffix();
+    return QStringLiteral("%1/%2(%3)%4").arg(info.path(), info.baseName(), QString::number(number), ending);
+}
+
+class Extraction
+{
+public:
+    Extraction(BackupManifest &backup, const QString &target)
+        : m_backup(backup), m_catalogue(backup.catalogue()), m_target(QDir(target).absolutePath())
+    {
+    }
+
+    ExtractSummary run(const ExtractPlan &plan, Progress &progress);
+    void noteMissing(const ExtractRequest &request)
+    {
+        m_summary.failed.append({QString::fromUtf8(request.domain), QString::fromUtf8(request.relativePath),
+                                 QStringLiteral("the backup lists nothing there")});
+    }
+
+private:
+    struct Folder
+    {
+        QString path;
+        std::uint32_t time;
+    };
+
+    BackupManifest &m_backup;
+    const FileCatalogue &m_catalogue;
+    QString m_target;
+    ExtractSummary m_summary;
+    QSet<std::size_t> m_taken;      // hashes of the places used in this run
+    QHash<QString, int> m_numbers;  // the last number given to a place that was taken
+    QSet<QString> m_checkedFolders; // found to stay below the target
+    std::vector<Folder> m_folders;
+
+    void extract(Index record, const QByteArray &landing, ExtractProgress &progress);
+    void extractFile(Index record, QString place, ExtractProgress &progress);
+    void makeFolder(Index record, const QString &place);
+    void fetch(Index record, const QString &place, ExtractProgress &progress);
+    std::optional<QString> placeOf(Index record, const QByteArray &landing);
+    bool claim(const QString &place);
+    QString untaken(const QString &place);
+    bool isWhole(Index record, const QString &place) const;
+    bool isWholeSize(Index record, std::uint64_t size) const;
+    bool staysInside(const QString &place);
+    std::uint64_t storedSize(Index record) const;
+    ExtractNote note(Index record, const QString &reason) const;
+};
+
+ExtractNote Extraction::note(Index record, const QString &reason) const
+{
+    return {QString::fromUtf8(m_catalogue.domain(record)),
+            QString::fromUtf8(m_catalogue.relativePath(record)), reason};
+}
+
+ExtractSummary Extraction::run(const ExtractPlan &plan, Progress &progress)
+{
+    if (plan.items().empty())
+        return m_summary;
+    requireTarget(m_target, m_backup.info().folder);
+    const auto files = std::count_if(plan.items().begin(), plan.items().end(), [this](const auto &item) {
+        return !m_catalogue.isDirectory(item.record);
+    });
+    ExtractProgress watched(progress, files);
+    for (const ExtractPlan::Item &item : plan.items()) {
+        progress.check();
+        extract(item.record, plan.landing(item), watched);
+    }
+    // Last, and from the bottom up: every file written into a folder changes the folder's time.
+    for (auto folder = m_folders.crbegin(); folder != m_folders.crend(); ++folder)
+        setFolderTime(folder->path, folder->time);
+    return m_summary;
+}
+
+void Extraction::extract(Index record, const QByteArray &landing, ExtractProgress &progress)
+{
+    const bool isFolder = m_catalogue.isDirectory(record);
+    if (!isFolder)
+        progress.file(QString::fromUtf8(landing.mid(landing.lastIndexOf('/') + 1)));
+    if (landing.isEmpty() && isFolder)
+        return;
+    const std::optional<QString> place = placeOf(record, landing);
+    if (!place)
+        return;
+    if (m_catalogue.isLink(record))
+        m_summary.skipped.append(note(record, QStringLiteral("symbolic links are not made")));
+    else if (isFolder)
+        makeFolder(record, *place);
+    else
+        extractFile(record, *place, progress);
+}
+
+/// Where a record may be written. What would not stay inside the target is noted.
+std::optional<QString> Extraction::placeOf(Index record, const QByteArray &landing)
+{
+    QString why;
+    const QString path = QString::fromUtf8(m_catalogue.relativePath(record));
+    std::optional<QString> place;
+    if (path.isEmpty() || containedPath(m_target, path, &why))
+        place = containedPath(m_target, QString::fromUtf8(landing), &why);
+    if (place && !staysInside(*place)) {
+        why = QStringLiteral("a link in the target leads outside of it");
+        place.reset();
+    }
+    if (!place)
+        m_summary.skipped.append(note(record, why));
+    return place;
+}
+
+bool Extraction::staysInside(const QString &place)
+{
+    const QString folder = QFileInfo(place).path();
+    if (m_checkedFolders.contains(folder))
+        return true;
+    if (!staysBelow(m_target, folder))
+        return false;
+    m_checkedFolders.insert(folder);
+    return true;
+}
+
+void Extraction::makeFolder(Index record, const QString &place)
+{
+    // A link in the folder's place was not made by an earlier run, and leads who knows where.
+    if (QFileInfo(place).isSymLink() || !QDir().mkpath(place)) {
+        m_summary.failed.append(note(record, QStringLiteral("can not create %1.").arg(place)));
+        return;
+    }
+    claim(place);
+    if (m_catalogue.lastModified(record) != 0)
+        m_folders.push_back({place, m_catalogue.lastModified(record)});
+}
+
+/// False when this run has used the place before.
+bool Extraction::claim(const QString &place)
+{
+#if defined(Q_OS_WIN) || defined(Q_OS_MACOS)
+    const std::size_t hash = qHash(place.toCaseFolded(), QHashSeed::globalSeed());
+#else
+    const std::size_t hash = qHash(place, QHashSeed::globalSeed());
+#endif
+    const qsizetype before = m_taken.size();
+    m_taken.insert(hash);
+    return m_taken.size() > before;
+}
+
+/// The place itself, or the first numbered one, that this run has not used.
+QString Extraction::untaken(const QString &place)
+{
+    if (claim(place))
+        return place;
+    int &number = m_numbers[place];
+    QString candidate;
+    do
+        candidate = numbered(place, ++number);
+    while (!claim(candidate));
+    return candidate;
+}
+
+std::uint64_t Extraction::storedSize(Index record) const
+{
+    return static_cast<std::uint64_t>(QFileInfo(m_backup.filePath(record)).size());
+}
+
+/// The length that the content has when it is written: the recorded one, or what the stored content makes.
+bool Extraction::isWholeSize(Index record, std::uint64_t size) const
+{
+    const bool isLocked = m_backup.isLocked(record);
+    if (size == m_catalogue.sizeBytes(record) && !isLocked)
+        return true;
+    const std::uint64_t stored = storedSize(record);
+    const bool isDecrypted =
+        m_backup.info().encrypted && !isLocked && !m_catalogue.encryptionKey(record).isEmpty();
+    return isDecrypted ? size < stored && stored - size <= cipherBlock : size == stored;
+}
+
+bool Extraction::isWhole(Index record, const QString &place) const
+{
+    const QFileInfo there(place);
+    const std::uint32_t time = m_catalogue.lastModified(record);
+    return time != 0 && !there.isSymLink() && there.isFile() &&
+           there.lastModified().toSecsSinceEpoch() == time &&
+           isWholeSize(record, static_cast<std::uint64_t>(there.size()));
+}
+
+void Extraction::extractFile(Index record, QString place, ExtractProgress &progress)
+{
+    place = untaken(place);
+    if (isWhole(record, place)) {
+        ++m_summary.alreadyThere;
+    } else {
+        try {
+            fetch(record, place, progress);
+        } catch (const Error &error) {
+            if (!hasRoom(m_target, storedSize(record)) || error.sentence().endsWith(qt_error_string(ENOSPC)))
+                throw;
+            m_summary.failed.append(note(record, error.sentence()));
+            return;
+        }
+        ++m_summary.copied;
+    }
+    if (m_backup.isLocked(record))
+        m_summary.locked.append(note(record, QStringLiteral("the password does not unlock its class")));
+}
+
+void Extraction::fetch(Index record, const QString &place, ExtractProgress &progress)
+{
+    const std::uint64_t size = storedSize(record);
+    if (!hasRoom(m_target, size))
+        throw Error(
+            QStringLiteral("can not write %1. The disk has no room for its %2 bytes.").arg(place).arg(size));
+    m_backup.fetchFile(record, place,
+                       [&progress](std::uint64_t total, std::uint64_t done) { progress.bytes(total, done); });
+}
+} // namespace
+
+ExtractSummary extractFiles(BackupManifest &backup, const QList<ExtractRequest> &requests,
+                            const QString &target, Progress &progress)
+{
+    ExtractPlan plan(backup);
+    Extraction extraction(backup, target);
+    QSet<std::pair<QByteArray, QByteArray>> asked;
+    for (const ExtractRequest &request : requests) {
+        const auto before = asked.size();
+        asked.insert({request.domain, request.relativePath});
+        if (asked.size() > before && !plan.add(request))
+            extraction.noteMissing(request);
+    }
+    return extraction.run(plan, progress);
+}
+
+ExtractSummary extractNodes(BackupManifest &backup, const std::vector<FileTree::Node> &nodes,
+                            const QString &target, Progress &progress)
+{
+    ExtractPlan plan(backup);
+    for (const FileTree::Node node : nodes)
+        plan.add(node);
+    return Extraction(backup, target).run(plan, progress);
+}

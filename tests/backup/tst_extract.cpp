@@ -1,0 +1,336 @@
+#include "backup/extract.h"
+
+#include "backup/backup_fixture.h"
+
+#include <QTest>
+
+#include <filesystem>
+
+using namespace Qt::StringLiterals;
+
+class TestExtract : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void landings_data();
+    void landings();
+    void everyContent_data();
+    void everyContent();
+    void secondRunLeavesWhatIsWhole_data();
+    void secondRunLeavesWhatIsWhole();
+    void equalNames();
+    void hostileRows_data();
+    void hostileRows();
+    void linksInTheTarget();
+    void nodesOfTheTree();
+    void missingIsNoted();
+    void cancelLeavesNothingHalf();
+    void fullDiskEndsTheJob();
+    void badTargets();
+};
+
+namespace {
+SampleOptions small(const std::vector<SampleRow> &rows = {})
+{
+    SampleOptions options;
+    options.messages = 1;
+    options.files = 0;
+    options.extraRows = rows;
+    return options;
+}
+
+ExtractSummary extractAll(const BackupFixture &fixture, const QList<ExtractRequest> &requests)
+{
+    NoProgress progress;
+    return extractFiles(*fixture.opened(), requests, fixture.path(u"target"_s), progress);
+}
+
+/// Every domain of the sample.
+QList<ExtractRequest> wholeDomains(const BackupManifest &backup)
+{
+    QList<ExtractRequest> requests;
+    for (std::uint32_t i = 0; i < backup.catalogue().domainCount(); ++i)
+        requests.append({backup.catalogue().domainName(i).toByteArray(), {}});
+    return requests;
+}
+
+/// Stops after so many files.
+class StopAfter : public Progress
+{
+public:
+    explicit StopAfter(int checks) : m_left(checks) {}
+    void report(const QString &, int, const QString &) override {}
+    bool isCancelled() const override { return --m_left < 0; }
+
+private:
+    mutable int m_left;
+};
+} // namespace
+
+void TestExtract::landings_data()
+{
+    QTest::addColumn<QList<ExtractRequest>>("requests");
+    QTest::addColumn<QStringList>("expected");
+    const auto row = [](const char *name, const QList<ExtractRequest> &requests,
+                        const QStringList &expected) { QTest::newRow(name) << requests << expected; };
+    row("a file under its own name", {{"Odd", "a/b/c.txt"}}, {u"c.txt"_s});
+    row("a folder with its tree", {{"Odd", "a"}}, {u"a"_s, u"a/b"_s, u"a/b/c.txt"_s, u"a/d"_s});
+    row("a folder below", {{"Odd", "a/b/"}}, {u"b"_s, u"b/c.txt"_s});
+    row("a whole domain", {{"Odd", ""}}, {u"a"_s, u"a.b"_s, u"a/b"_s, u"a/b/c.txt"_s, u"a/d"_s, u"e"_s});
+    row("asked twice", {{"Odd", "e"}, {"Odd", "e"}}, {u"e"_s});
+    row("an empty folder", {{"AppDomain-com.example.empty", "Documents"}}, {u"Documents"_s});
+}
+
+void TestExtract::landings()
+{
+    QFETCH(QList<ExtractRequest>, requests);
+    const BackupFixture fixture(small({{u"Odd"_s, u"a/b/c.txt"_s, "c"},
+                                       {u"Odd"_s, u"a/d"_s, "d"},
+                                       {u"Odd"_s, u"a.b"_s, "not below a"},
+                                       {u"Odd"_s, u"e"_s, "e"},
+                                       {u"Other"_s, u"a/b/x"_s, "x"}}));
+    const ExtractSummary summary = extractAll(fixture, requests);
+    QVERIFY(summary.failed.isEmpty() && summary.skipped.isEmpty());
+    QTEST(listing(fixture.path(u"target"_s)), "expected");
+}
+
+void TestExtract::everyContent_data()
+{
+    QTest::addColumn<QString>("password");
+    QTest::addColumn<bool>("isOlder");
+    QTest::newRow("plain") << u""_s << false;
+    QTest::newRow("encrypted") << u"pw"_s << false;
+    QTest::newRow("older, encrypted") << u"pw"_s << true;
+}
+
+void TestExtract::everyContent()
+{
+    QFETCH(QString, password);
+    QFETCH(bool, isOlder);
+    SampleOptions options;
+    options.password = password;
+    options.layout = isOlder ? SampleOptions::Layout::Mbdb : SampleOptions::Layout::Modern;
+    options.ios = isOlder ? 9 : 17;
+    const BackupFixture fixture(options);
+    const auto backup = fixture.opened();
+    NoProgress progress;
+    qint64 stored = 0;
+    QStringList locked;
+    for (const SampleFile &file : fixture.summary.files) {
+        const QString target = fixture.path(u"target/"_s + file.fileId);
+        const ExtractSummary summary =
+            extractFiles(*backup, {{file.domain.toUtf8(), file.relativePath.toUtf8()}}, target, progress);
+        QCOMPARE(summary.copied, file.stored ? 1 : 0);
+        QCOMPARE(summary.failed.size(), file.stored ? 0 : 1);
+        QCOMPARE(summary.locked.size(), file.locked ? 1 : 0);
+        if (!file.stored)
+            continue;
+        ++stored;
+        QCOMPARE(listing(target).size(), 1);
+        const QFileInfo written(QDir(target).filePath(listing(target).first()));
+        QCOMPARE(written.lastModified().toSecsSinceEpoch(), file.modified);
+        QVERIFY(file.locked || sha1Of(written.filePath()) == file.sha1);
+        QCOMPARE(int(written.permissions() & (QFile::ReadGroup | QFile::ReadOther)), 0);
+    }
+    QVERIFY(stored > 40);
+}
+
+void TestExtract::secondRunLeavesWhatIsWhole_data()
+{
+    everyContent_data();
+}
+
+void TestExtract::secondRunLeavesWhatIsWhole()
+{
+    QFETCH(QString, password);
+    QFETCH(bool, isOlder);
+    SampleOptions options;
+    options.password = password;
+    options.layout = isOlder ? SampleOptions::Layout::Mbdb : SampleOptions::Layout::Modern;
+    options.ios = isOlder ? 9 : 17;
+    const BackupFixture fixture(options);
+    const auto backup = fixture.opened();
+    NoProgress progress;
+    const QString target = fixture.path(u"target"_s);
+    const ExtractSummary first = extractFiles(*backup, wholeDomains(*backup), target, progress);
+    const QString before = fingerprint(target);
+    const ExtractSummary second = extractFiles(*backup, wholeDomains(*backup), target, progress);
+    QCOMPARE(second.copied, 0);
+    QCOMPARE(second.alreadyThere, first.copied);
+    QCOMPARE(second.locked, first.locked);
+    QCOMPARE(fingerprint(target), before);
+
+    const QString database = target + u"/Library/SMS/sms.db"_s;
+    const QByteArray whole = contentOf(database);
+    writeFile(database, whole.chopped(100));
+    QFile::remove(target + u"/Library/AddressBook/AddressBook.sqlitedb"_s);
+    const ExtractSummary third = extractFiles(*backup, wholeDomains(*backup), target, progress);
+    QVERIFY(third.copied >= 1 && third.copied <= 2);
+    QCOMPARE(contentOf(database), whole);
+    QCOMPARE(fingerprint(target), before);
+}
+
+void TestExtract::equalNames()
+{
+    const BackupFixture fixture(small({{u"Odd"_s, u"a/x.tar.gz"_s, "1"},
+                                       {u"Odd"_s, u"b/x.tar.gz"_s, "2"},
+                                       {u"Odd"_s, u"c/x.tar.gz"_s, "3"},
+                                       {u"Odd"_s, u"colon:name"_s, "4"},
+                                       {u"Odd"_s, u"colon?name"_s, "5"}}));
+    const QList<ExtractRequest> requests = {{"Odd", "a/x.tar.gz"},
+                                            {"Odd", "b/x.tar.gz"},
+                                            {"Odd", "c/x.tar.gz"},
+                                            {"Odd", "colon:name"},
+                                            {"Odd", "colon?name"}};
+    QCOMPARE(extractAll(fixture, requests).copied, 5);
+    const QString target = fixture.path(u"target/"_s);
+    QCOMPARE(listing(target),
+             QStringList({u"colon_name"_s, u"colon_name(1)"_s, u"x(1).gz"_s, u"x(2).gz"_s, u"x.tar.gz"_s}));
+    QCOMPARE(contentOf(target + u"x(2).gz"_s), QByteArray("3"));
+    QCOMPARE(extractAll(fixture, requests).alreadyThere, 5);
+}
+
+void TestExtract::hostileRows_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<bool>("isSkipped");
+    QTest::newRow("climbs") << u"../outside.txt"_s << true;
+    QTest::newRow("climbs in the middle") << u"a/../../outside.txt"_s << true;
+    QTest::newRow("climbs and comes back") << u"a/../inside.txt"_s << true;
+    QTest::newRow("absolute") << u"/tmp/quillbarrow-outside.txt"_s << true;
+    QTest::newRow("drive letter") << u"C:/outside.txt"_s << true;
+    QTest::newRow("NUL character") << u"a"_s + QChar(0) + u".txt"_s << true;
+    QTest::newRow("device name") << u"a/con.txt"_s << true;
+    QTest::newRow("empty name") << u"a//b"_s << true;
+    QTest::newRow("name of 256 bytes") << QString(256, u'n') << false;
+    QTest::newRow("folder name of 256 bytes") << QString(256, u'n') + u"/x"_s << false;
+}
+
+void TestExtract::hostileRows()
+{
+    QFETCH(QString, path);
+    QFETCH(bool, isSkipped);
+    const BackupFixture fixture(small({{u"Odd"_s, path, "hostile"}, {u"Odd"_s, u"good"_s, "good"}}));
+    const ExtractSummary summary = extractAll(fixture, {{"Odd", ""}, {"Odd", "good"}});
+    const QList<ExtractNote> &notes = isSkipped ? summary.skipped : summary.failed;
+    const auto note = std::find_if(notes.begin(), notes.end(),
+                                   [&](const ExtractNote &each) { return each.relativePath == path; });
+    QVERIFY(note != notes.end());
+    QVERIFY(!note->reason.isEmpty());
+    const ExtractSummary alone = extractAll(fixture, {{"Odd", path.toUtf8()}});
+    QCOMPARE(alone.copied, path.startsWith(u"nnn"_s) && path.contains(u'/') ? 1 : 0);
+    QVERIFY(listing(fixture.path(u"target"_s)).contains(u"good"_s));
+    QVERIFY(!listing(fixture.path(u"target"_s)).join(u' ').contains(u".part"_s));
+    QCOMPARE(QDir(fixture.path(u"."_s)).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+             QStringList({u"backup"_s, u"target"_s}));
+    QVERIFY(!QFile::exists(u"/tmp/quillbarrow-outside.txt"_s));
+}
+
+void TestExtract::linksInTheTarget()
+{
+    const BackupFixture fixture(small({{u"Odd"_s, u"a/x"_s, "new"}, {u"Odd"_s, u"b"_s, "new"}}));
+    const QString outside = fixture.path(u"outside"_s);
+    writeFile(outside + u"/x"_s, "precious");
+    QDir().mkpath(fixture.path(u"target"_s));
+    QVERIFY(QFile::link(outside, fixture.path(u"target/a"_s)));
+    QVERIFY(QFile::link(outside + u"/x"_s, fixture.path(u"target/b"_s)));
+    const ExtractSummary summary = extractAll(fixture, {{"Odd", ""}});
+    QCOMPARE(summary.copied, 1);
+    QCOMPARE(summary.skipped.size() + summary.failed.size(), 2); // the folder "a" and what is in it
+    QCOMPARE(contentOf(outside + u"/x"_s), QByteArray("precious"));
+    QVERIFY(!QFileInfo(fixture.path(u"target/b"_s)).isSymLink());
+    QCOMPARE(contentOf(fixture.path(u"target/b"_s)), QByteArray("new"));
+}
+
+void TestExtract::nodesOfTheTree()
+{
+    const BackupFixture fixture(small({{u"HomeDomain"_s, u"mixed/deep/x"_s, "home"},
+                                       {u"MediaDomain"_s, u"mixed/y"_s, "media"},
+                                       {u"AppDomain-com.example.q"_s, u"z"_s, "app"}}));
+    const auto backup = fixture.opened();
+    NoProgress progress;
+    const auto node = [&](const QString &path) { return backup->tree().find(path); };
+    const ExtractSummary summary =
+        extractNodes(*backup, {node(u"mixed"_s), node(u"Applications/com.example.q"_s)},
+                     fixture.path(u"target"_s), progress);
+    QCOMPARE(summary.copied, 3);
+    QCOMPARE(listing(fixture.path(u"target"_s)),
+             QStringList({u"com.example.q"_s, u"com.example.q/z"_s, u"mixed"_s, u"mixed/deep"_s,
+                          u"mixed/deep/x"_s, u"mixed/y"_s}));
+}
+
+void TestExtract::missingIsNoted()
+{
+    const BackupFixture fixture(small({{u"Odd"_s, u"a"_s, "a"}}));
+    const ExtractSummary summary = extractAll(
+        fixture, {{"Odd", "b"}, {"NoDomain", ""}, {"HomeDomain", "Library/Caches/current"}, {"Odd", "a"}});
+    QCOMPARE(summary.failed.size(), 2);
+    QCOMPARE(summary.failed.first().relativePath, u"b"_s);
+    QCOMPARE(summary.skipped.size(), 1); // the link
+    QCOMPARE(listing(fixture.path(u"target"_s)), QStringList({u"a"_s}));
+}
+
+void TestExtract::cancelLeavesNothingHalf()
+{
+    const BackupFixture fixture(
+        small({{u"Odd"_s, u"a"_s, QByteArray(100000, 'a')}, {u"Odd"_s, u"b"_s, QByteArray(100000, 'b')}}));
+    const auto backup = fixture.opened();
+    const QString target = fixture.path(u"target"_s);
+    bool finished = false;
+    for (int checks = 0; !finished && checks < 1000; ++checks) {
+        QDir(target).removeRecursively();
+        StopAfter progress(checks);
+        try {
+            extractFiles(*backup, {{"Odd", ""}}, target, progress);
+            finished = true;
+        } catch (const Cancelled &) {
+        }
+        const QStringList there = listing(target);
+        for (const QString &name : there) {
+            QVERIFY2(name == u"a" || name == u"b", qPrintable(name));
+            QCOMPARE(QFileInfo(QDir(target).filePath(name)).size(), 100000);
+        }
+    }
+    QVERIFY(finished);
+    QCOMPARE(listing(target).size(), 2);
+}
+
+void TestExtract::fullDiskEndsTheJob()
+{
+    const BackupFixture fixture(small({{u"Odd"_s, u"a"_s, "huge"}, {u"Odd"_s, u"b"_s, "b"}}));
+    const auto backup = fixture.opened();
+    const auto index = backup->catalogue().find("Odd", "a");
+    // A file with a hole that no disk here has room for; nothing of it is ever written.
+    const qint64 size = qint64(8) << 40;
+    QFile huge(backup->filePath(index));
+    QVERIFY(huge.open(QIODevice::ReadWrite));
+    const auto space = std::filesystem::space(fixture.folder().toStdString());
+    if (space.available > std::uint64_t(size) || !huge.resize(size))
+        QSKIP("The file system takes no file larger than itself.");
+    NoProgress progress;
+    const QString sentence = errorOf([&] {
+        extractFiles(*backup, {{"Odd", ""}}, fixture.path(u"target"_s), progress);
+    });
+    QVERIFY2(sentence.contains(u"no room"_s) && sentence.contains(u"target/a"_s), qPrintable(sentence));
+    QVERIFY(listing(fixture.path(u"target"_s)).isEmpty());
+}
+
+void TestExtract::badTargets()
+{
+    const BackupFixture fixture(small({{u"Odd"_s, u"a"_s, "a"}}));
+    const auto backup = fixture.opened();
+    writeFile(fixture.path(u"file"_s), "in the way");
+    const QString before = fingerprint(fixture.folder());
+    NoProgress progress;
+    for (const QString &target : {fixture.path(u"file"_s), fixture.path(u"file/below"_s), fixture.folder(),
+                                  fixture.folder() + u"/new/deep"_s, u"/proc/quillbarrow"_s}) {
+        const QString sentence = errorOf([&] { extractFiles(*backup, {{"Odd", "a"}}, target, progress); });
+        QVERIFY2(sentence.contains(target), qPrintable(target + u": "_s + sentence));
+    }
+    QCOMPARE(fingerprint(fixture.folder()), before);
+    QCOMPARE(contentOf(fixture.path(u"file"_s)), QByteArray("in the way"));
+}
+
+QTEST_GUILESS_MAIN(TestExtract)
+#include "tst_extract.moc"
