@@ -31,6 +31,11 @@ void describeProgram(CLI::App &app, Job &job)
     app.set_version_flag("--version", QB_VERSION);
     app.require_subcommand(1);
     app.allow_windows_style_options(false);
+    addListCommand(app, job);
+    addInfoCommand(app, job);
+    addFilesCommand(app, job);
+    addShowCommand(app, job);
+    addExportCommand(app, job);
     addSampleCommand(app, job);
 }
 

@@ -17,25 +17,22 @@ QString oneLine(const QString &text)
 QString plainTable(const QStringList &headings, const QList<QStringList> &rows)
 {
     constexpr qsizetype gap = 2;
-    QList<qsizetype> widths(headings.size(), 0);
-    const auto measure = [&widths](const QStringList &cells) {
+    QList<QStringList> lines = rows;
+    if (!headings.isEmpty())
+        lines.prepend(headings);
+    QList<qsizetype> widths(lines.isEmpty() ? 0 : lines.first().size(), 0);
+    for (const QStringList &cells : lines) {
         for (qsizetype i = 0; i < cells.size(); ++i)
             widths[i] = std::max(widths[i], oneLine(cells[i]).size());
-    };
-    measure(headings);
-    for (const QStringList &row : rows)
-        measure(row);
+    }
     QString table;
-    const auto append = [&](const QStringList &cells) {
+    for (const QStringList &cells : lines) {
         QString line;
         for (qsizetype i = 0; i < cells.size(); ++i)
             line += oneLine(cells[i]).leftJustified(widths[i] + gap);
         while (line.endsWith(QLatin1Char(' ')))
             line.chop(1);
         table += line + QLatin1Char('\n');
-    };
-    append(headings);
-    for (const QStringList &row : rows)
-        append(row);
+    }
     return table;
 }

@@ -1,0 +1,81 @@
+#include "cli/commands.h"
+
+#include "base/error.h"
+#include "cli/arguments.h"
+#include "cli/backup_report.h"
+#include "cli/item_counts.h"
+#include "cli/line_text.h"
+#include "cli/open_backup.h"
+#include "cli/password.h"
+
+#include <CLI/CLI.hpp>
+
+namespace {
+QByteArray asJson(const BackupInfo &info, const std::optional<ItemCounts> &counts)
+{
+    QByteArray text;
+    JsonWriter json(text);
+    json.beginObject();
+    writeBackupFields(json, info);
+    json.key("counts");
+    if (counts) {
+        json.beginObject();
+        for (const auto &[dataClass, count] : *counts) {
+            json.key(qUtf8Printable(dataClassName(dataClass)));
+            if (count)
+                json.number(*count);
+            else
+                json.null();
+        }
+        json.endObject();
+    } else {
+        json.null();
+    }
+    json.endObject();
+    return text + '\n';
+}
+
+QByteArray asText(const BackupInfo &info, const std::optional<ItemCounts> &counts)
+{
+    QList<QStringList> rows{
+        {QStringLiteral("Device:"), info.productType},
+        {QStringLiteral("IOS Version:"), info.productVersion},
+        {QStringLiteral("Serial:"), info.serialNumber},
+        {QStringLiteral("Device ID:"), info.deviceId},
+        {QStringLiteral("Backup Date:"), dateForPeople(info.backupDate)},
+        {QStringLiteral("Status:"), statusForPeople(info)},
+        {QStringLiteral("Path:"), info.folder},
+    };
+    for (const auto &[dataClass, count] : counts.value_or(ItemCounts())) {
+        QString name = dataClassName(dataClass);
+        name[0] = name[0].toUpper();
+        rows << QStringList{name + QLatin1Char(':'),
+                            count ? QString::number(*count) : QStringLiteral("unknown")};
+    }
+    return (oneLine(info.displayName) + QLatin1Char('\n') + plainTable({}, rows)).toUtf8();
+}
+
+ExitStatus info(const QString &folder, bool json, const PasswordOption &password, CommandContext &context)
+{
+    const auto backup = openBackup(folder, password, PasswordNeed::IfGiven, context.progress);
+    std::optional<ItemCounts> counts;
+    if (backup->hasIndex())
+        counts = countItems(*backup);
+    context.progress.check();
+    context.out.write(json ? asJson(backup->info(), counts) : asText(backup->info(), counts));
+    return ExitStatus::Done;
+}
+} // namespace
+
+void addInfoCommand(CLI::App &app, Job &job)
+{
+    CLI::App &command = *app.add_subcommand("info", "Describe a backup and count what it holds");
+    const CLI::Option *backup = addPositional(command, "BACKUP", "the backup's folder");
+    const CLI::Option *json = addSwitch(command, "--json", "print a JSON object");
+    const PasswordOption password(command);
+    command.callback([&job, backup, json, password] {
+        job.run = [folder = *valueOf(backup), asJson = isGiven(json), password](CommandContext &context) {
+            return info(folder, asJson, password, context);
+        };
+    });
+}

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "personal/data_class.h"
+
+#include <QList>
+#include <QPair>
+
+#include <optional>
+
+class BackupManifest;
+
+/// A number for each class but the files, nothing where it cannot be told.
+using ItemCounts = QList<QPair<DataClass, std::optional<qint64>>>;
+
+/// Counts what an opened backup with an index holds. A database that cannot be read leaves its class untold.
+ItemCounts countItems(BackupManifest &backup);

@@ -1,0 +1,55 @@
+#include "cli/open_backup.h"
+
+#include "base/error.h"
+#include "cli/command.h"
+#include "cli/password.h"
+
+#include <QDir>
+
+namespace {
+void requireBackupFolder(const QString &folder)
+{
+    const QFileInfo info(folder);
+    if (folder.isEmpty() || !info.exists())
+        throw Error(
+            QStringLiteral("%1: no such folder").arg(folder.isEmpty() ? QStringLiteral("\"\"") : folder));
+    if (!info.isDir())
+        throw Error(QStringLiteral("%1: not a folder").arg(folder));
+    if (!isBackupFolder(folder))
+        throw Error(
+            QStringLiteral("%1: no backup (Manifest.plist with Manifest.db or Manifest.mbdb is missing)")
+                .arg(folder));
+}
+
+/// False when the backup stays locked.
+bool unlock(BackupManifest &backup, const QString &folder, const PasswordOption &password, PasswordNeed need)
+{
+    const std::optional<QString> text =
+        need == PasswordNeed::Always ? password.givenOrAsked(folder) : password.given();
+    if (!text && need == PasswordNeed::IfGiven)
+        return false;
+    if (!text) {
+        throw PasswordError(
+            QStringLiteral("%1: the backup is encrypted; give its password with --password-file, in "
+                           "QUILLBARROW_PASSWORD or on a terminal")
+                .arg(folder));
+    }
+    if (!backup.openEncrypted(*text))
+        throw PasswordError(QStringLiteral("%1: Invalid password.").arg(folder));
+    return true;
+}
+} // namespace
+
+std::unique_ptr<BackupManifest> openBackup(const QString &folder, const PasswordOption &password,
+                                           PasswordNeed need, Progress &progress)
+{
+    requireBackupFolder(folder);
+    auto backup = std::make_unique<BackupManifest>(QDir(folder).absolutePath());
+    backup->loadInfo();
+    progress.check();
+    if (backup->info().encrypted && !unlock(*backup, folder, password, need))
+        return backup;
+    progress.check();
+    backup->buildIndex(progress);
+    return backup;
+}

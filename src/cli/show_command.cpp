@@ -1,0 +1,77 @@
+#include "cli/commands.h"
+
+#include "base/error.h"
+#include "cli/arguments.h"
+#include "cli/message_json.h"
+#include "cli/message_source.h"
+#include "cli/password.h"
+#include "personal/data_class.h"
+
+#include <CLI/CLI.hpp>
+
+namespace {
+struct ShowRequest
+{
+    QString source;
+    std::vector<qint64> chats; // all when empty
+};
+
+ExitStatus showChats(const ShowRequest &request, const PasswordOption &password, CommandContext &context)
+{
+    const OpenMessages messages = openMessages(request.source, password, context.progress);
+    const std::unordered_map<qint64, qint64> counts = messages.database->countMessagesByChat();
+    context.progress.clear();
+    QByteArray line;
+    for (const _MsgChat *chat : messages.database->chats()) {
+        context.progress.check();
+        const auto count = counts.find(chat->rowid);
+        line.resize(0);
+        appendChatLine(line, *chat, count == counts.end() ? 0 : count->second);
+        context.out.write(line);
+    }
+    return ExitStatus::Done;
+}
+
+ExitStatus showMessages(const ShowRequest &request, const PasswordOption &password, CommandContext &context)
+{
+    OpenMessages messages = openMessages(request.source, password, context.progress);
+    loadMessagesOf(messages, request.chats, request.source, context.progress);
+    context.progress.clear();
+    QByteArray line;
+    for (const MessageRef &ref : messages.database->select(request.chats, INT64_MIN, INT64_MAX)) {
+        context.progress.check();
+        line.resize(0);
+        appendMessageLine(line, ref, *messages.source);
+        context.out.write(line);
+    }
+    return ExitStatus::Done;
+}
+} // namespace
+
+void addShowCommand(CLI::App &app, Job &job)
+{
+    CLI::App &command = *app.add_subcommand("show", "Print records, one JSON object a line");
+    const CLI::Option *className =
+        addPositional(command, "CLASS", "messages, chats, or another class of data");
+    const CLI::Option *source = addPositional(command, "SOURCE", "a backup's folder");
+    const CLI::Option *chat = addValue(command, "--chat", "only the messages of this conversation");
+    const PasswordOption password(command);
+    command.callback([&job, className, source, chat, password] {
+        const QString name = *valueOf(className);
+        ShowRequest request{.source = *valueOf(source), .chats = {}};
+        if (const auto rowid = numberOf(chat, 1, INT64_MAX))
+            request.chats.push_back(*rowid);
+        const bool chats = name == QLatin1String("chats");
+        if (!chats && !dataClassOf(name))
+            wrongUsage(QStringLiteral("CLASS: there is no \"%1\"").arg(name));
+        if (!request.chats.empty() && dataClassOf(name) != DataClass::Messages)
+            wrongUsage(QStringLiteral("--chat goes with messages alone"));
+        job.run = [=](CommandContext &context) {
+            if (chats)
+                return showChats(request, password, context);
+            if (dataClassOf(name) == DataClass::Messages)
+                return showMessages(request, password, context);
+            throw Error(QStringLiteral("%1 can not be read by this version yet").arg(name));
+        };
+    });
+}
