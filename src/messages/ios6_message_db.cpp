@@ -99,10 +99,11 @@ QString IOS6MessageDb::listedMessages() const
     return sql;
 }
 
-// Runs a listing. Damage ends it early and keeps what was read before; a listing of which nothing can be read
-// is a failure. `prepare` resolves the columns and gives what is to be done for each row.
+// Runs a listing. Damage ends it early and keeps what was read before; when nothing at all can be read, that
+// is a failure of a listing without which there is nothing to show. `prepare` resolves the columns and gives
+// what is to be done for each row.
 template <typename Prepare>
-void IOS6MessageDb::forEachRow(const QString &sql, Prepare prepare)
+void IOS6MessageDb::forEachRow(Listing listing, const QString &sql, Prepare prepare)
 {
     qint64 rows = 0;
     try {
@@ -111,7 +112,7 @@ void IOS6MessageDb::forEachRow(const QString &sql, Prepare prepare)
         for (; cursor.moveNext(); ++rows)
             takeRow();
     } catch (const Error &error) {
-        if (rows == 0)
+        if (rows == 0 && listing == Listing::Essential)
             throw;
         m_warnings.append(error.sentence());
     }
@@ -160,7 +161,7 @@ void IOS6MessageDb::loadChats()
 
 void IOS6MessageDb::readChats()
 {
-    forEachRow(QStringLiteral("select * from chat"), [this](const Sqlite3Cursor &cursor) {
+    forEachRow(Listing::Essential, QStringLiteral("select * from chat"), [this](const Sqlite3Cursor &cursor) {
         return [this, columns = chatColumns(cursor)]() mutable {
             _MsgChat read;
             columns.fill(read);
@@ -179,7 +180,7 @@ void IOS6MessageDb::computeLastDates()
     static const QString sql = QStringLiteral(
         "select chat_id, max(date) as last from ( select cm.chat_id, m.date from chat_message_join "
         "as cm inner join message as m on cm.message_id=m.rowid ) as tmp group by chat_id");
-    forEachRow(sql, [this](const Sqlite3Cursor &cursor) {
+    forEachRow(Listing::Extra, sql, [this](const Sqlite3Cursor &cursor) {
         return [this, &cursor, unit = dateUnit()] {
             if (_MsgChat *known = chat(cursor.getInt64(0)))
                 known->_last = recordDate(cursor.getInt64(1), unit);
@@ -194,7 +195,7 @@ void IOS6MessageDb::readHandles()
     std::unique_ptr<IOSContactsMemDb> contacts;
     if (m_source && m_names == ContactNames::FromAddressBook)
         contacts = std::make_unique<IOSContactsMemDb>(*m_source, m_normalise);
-    forEachRow(sql, [&](const Sqlite3Cursor &cursor) {
+    forEachRow(Listing::Extra, sql, [&](const Sqlite3Cursor &cursor) {
         return [&, columns = handleColumns(cursor),
                 rowid = cursor.columnIndex(QStringLiteral("rowid"))]() mutable {
             _MsgHandle *&handle = m_handleById[cursor.getInt64(rowid)];
@@ -237,7 +238,7 @@ void IOS6MessageDb::readMessages(qint64 chatId, Progress &progress)
     const QString sql = QStringLiteral("select j.chat_id, m.* from ") + listedMessages() +
                         onlyChat(QStringLiteral("j.chat_id"), chatId);
     RowWatch watch(progress);
-    forEachRow(sql, [&](const Sqlite3Cursor &cursor) {
+    forEachRow(Listing::Essential, sql, [&](const Sqlite3Cursor &cursor) {
         return [&, columns = messageColumns(cursor, dateUnit()),
                 rowid = cursor.columnIndex(QStringLiteral("rowid")),
                 itemType = cursor.columnIndex(QStringLiteral("item_type"))]() mutable {
@@ -282,7 +283,7 @@ void IOS6MessageDb::readAttachments(qint64 chatId, Progress &progress)
                                        "ma.message_id=cm.message_id") +
                         onlyChat(QStringLiteral("cm.chat_id"), chatId);
     RowWatch watch(progress);
-    forEachRow(sql, [&](const Sqlite3Cursor &cursor) {
+    forEachRow(Listing::Extra, sql, [&](const Sqlite3Cursor &cursor) {
         return [&, columns = attachmentColumns(cursor)]() mutable {
             watch.row();
             const auto message = m_messageById.constFind(cursor.getInt64(0));

@@ -36,12 +36,14 @@ public:
     void loadMessages(qint64 chatId, Progress &progress) override;
 
 private:
+    enum class Listing { Essential, Extra };
+
     bool hasTable(const QString &table) const;
     bool hasColumn(const QString &table, const QString &column) const;
     DateUnit dateUnit() const;
     QString listedMessages() const;
     template <typename Prepare>
-    void forEachRow(const QString &sql, Prepare prepare);
+    void forEachRow(Listing listing, const QString &sql, Prepare prepare);
 
     void clear();
     void readChats();
