@@ -36,6 +36,9 @@ void describeProgram(CLI::App &app, Job &job)
     addFilesCommand(app, job);
     addShowCommand(app, job);
     addExportCommand(app, job);
+    addSaveCommand(app, job);
+    addDatabasesCommand(app, job);
+    addRemoveCommand(app, job);
     addSampleCommand(app, job);
 }
 

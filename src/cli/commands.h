@@ -16,3 +16,6 @@ void addExtractCommand(CLI::App &app, Job &job);
 void addShowCommand(CLI::App &app, Job &job);
 void addExportCommand(CLI::App &app, Job &job);
 void addSampleCommand(CLI::App &app, Job &job);
+void addSaveCommand(CLI::App &app, Job &job);
+void addDatabasesCommand(CLI::App &app, Job &job);
+void addRemoveCommand(CLI::App &app, Job &job);

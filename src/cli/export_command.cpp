@@ -5,6 +5,7 @@
 #include "cli/date_range.h"
 #include "cli/message_source.h"
 #include "cli/password.h"
+#include "cli/personal_command.h"
 #include "export/message_export.h"
 #include "personal/data_class.h"
 
@@ -158,7 +159,7 @@ ExportRequest requestOf(const ExportArguments &arguments)
     requireFormat(*dataClass, valueOf(arguments.format));
     ExportRequest request;
     request.dataClass = *dataClass;
-    request.source = *valueOf(arguments.source);
+    request.source = requireSource(arguments.source);
     request.format = valueOf(arguments.format).value_or(QString());
     request.target = *valueOf(arguments.target);
     if (request.target.isEmpty())
@@ -179,8 +180,11 @@ void addExportCommand(CLI::App &app, Job &job)
     CLI::App &command = *app.add_subcommand("export", "Write records as files for people and other programs");
     const ExportArguments arguments{
         .className = addPositional(command, "CLASS", "messages, or another class of data"),
-        .source = addPositional(command, "SOURCE", "a backup's folder"),
-        .format = addValue(command, "--format", "messages: text, csv or html"),
+        .source = addPositional(command, "SOURCE", "a backup's folder, or local:NAME"),
+        .format =
+            addValue(command, "--format",
+                     "messages: text, csv or html; contacts: vcard, csv, text or html; calls: text or csv; "
+                     "calendar: ical or csv; notes and bookmarks: html"),
         .target = addValue(command, "-o,--output", "the file, or for html the folder, to write")->required(),
         .chats = addValues(command, "--chat", "only this conversation; may be given again"),
         .from = addValue(command, "--from", "only from this date on: yyyy-MM-dd or yyyy-MM-ddThh:mm:ss"),
@@ -190,6 +194,13 @@ void addExportCommand(CLI::App &app, Job &job)
     command.callback([&job, arguments, password] {
         job.needsPictures = true;
         job.run = [request = requestOf(arguments), password](CommandContext &context) {
+            if (isPersonalClass(request.dataClass))
+                return exportRecords({.dataClass = request.dataClass,
+                                      .source = request.source,
+                                      .format = request.format,
+                                      .target = request.target,
+                                      .dates = request.dates},
+                                     password, context);
             if (request.dataClass != DataClass::Messages)
                 throw Error(QStringLiteral("%1 can not be read by this version yet")
                                 .arg(dataClassName(request.dataClass)));

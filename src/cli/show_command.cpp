@@ -5,6 +5,7 @@
 #include "cli/message_json.h"
 #include "cli/message_source.h"
 #include "cli/password.h"
+#include "cli/personal_command.h"
 #include "personal/data_class.h"
 
 #include <CLI/CLI.hpp>
@@ -53,12 +54,12 @@ void addShowCommand(CLI::App &app, Job &job)
     CLI::App &command = *app.add_subcommand("show", "Print records, one JSON object a line");
     const CLI::Option *className =
         addPositional(command, "CLASS", "messages, chats, or another class of data");
-    const CLI::Option *source = addPositional(command, "SOURCE", "a backup's folder");
+    const CLI::Option *source = addPositional(command, "SOURCE", "a backup's folder, or local:NAME");
     const CLI::Option *chat = addValue(command, "--chat", "only the messages of this conversation");
     const PasswordOption password(command);
     command.callback([&job, className, source, chat, password] {
         const QString name = *valueOf(className);
-        ShowRequest request{.source = *valueOf(source), .chats = {}};
+        ShowRequest request{.source = requireSource(source), .chats = {}};
         if (const auto rowid = numberOf(chat, 1, INT64_MAX))
             request.chats.push_back(*rowid);
         const bool chats = name == QLatin1String("chats");
@@ -71,6 +72,8 @@ void addShowCommand(CLI::App &app, Job &job)
                 return showChats(request, password, context);
             if (dataClassOf(name) == DataClass::Messages)
                 return showMessages(request, password, context);
+            if (isPersonalClass(*dataClassOf(name)))
+                return showRecords(*dataClassOf(name), request.source, password, context);
             throw Error(QStringLiteral("%1 can not be read by this version yet").arg(name));
         };
     });

@@ -163,21 +163,37 @@ QList<CallEntry> IOS8CallsDbCore::readAll()
 
 IOSCallHistoryDb::IOSCallHistoryDb(FileSource &source) : m_source(source) {}
 
+std::unique_ptr<AbsCallsDbCore> IOSCallHistoryDb::openOlder()
+{
+    const auto path = m_source.fetchDatabase(olderFile);
+    if (!path)
+        return nullptr;
+    auto core = std::make_unique<IOS5CallsDbCore>();
+    core->open(*path);
+    return core;
+}
+
+std::unique_ptr<AbsCallsDbCore> IOSCallHistoryDb::openNewer()
+{
+    const auto path = m_source.fetchDatabase(newerFile);
+    if (!path)
+        return nullptr;
+    auto core = std::make_unique<IOS8CallsDbCore>();
+    core->open(*path);
+    return core;
+}
+
+// Systems that write the newer database leave the older one behind, empty: then the calls are in the newer.
 AbsCallsDbCore &IOSCallHistoryDb::core()
 {
     if (m_core)
         return *m_core;
-    if (const auto path = m_source.fetchDatabase(olderFile)) {
-        auto core = std::make_unique<IOS5CallsDbCore>();
-        core->open(*path);
-        m_core = std::move(core);
-    } else if (const auto newer = m_source.fetchDatabase(newerFile)) {
-        auto core = std::make_unique<IOS8CallsDbCore>();
-        core->open(*newer);
-        m_core = std::move(core);
-    } else {
-        throw Error(QStringLiteral("Cannot find %1 or %2.").arg(fileIdOf(olderFile), fileIdOf(newerFile)));
-    }
+    m_core = openOlder();
+    if (!m_core || m_core->count() == 0)
+        if (auto newer = openNewer())
+            m_core = std::move(newer);
+    if (!m_core)
+        throw Error(QStringLiteral("Cannot find %1 or %2.").arg(fileIdOf(newerFile), fileIdOf(olderFile)));
     return *m_core;
 }
 

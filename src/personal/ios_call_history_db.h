@@ -69,5 +69,7 @@ private:
     FileSource &m_source;
     std::unique_ptr<AbsCallsDbCore> m_core;
 
+    std::unique_ptr<AbsCallsDbCore> openOlder();
+    std::unique_ptr<AbsCallsDbCore> openNewer();
     AbsCallsDbCore &core();
 };

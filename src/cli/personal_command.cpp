@@ -1,0 +1,236 @@
+#include "cli/personal_command.h"
+
+#include "backup/backup_manifest.h"
+#include "base/app_folders.h"
+#include "base/apple_time.h"
+#include "base/error.h"
+#include "cli/arguments.h"
+#include "cli/open_backup.h"
+#include "cli/personal_json.h"
+#include "export/contacts_export.h"
+#include "export/simple_exports.h"
+#include "personal/vcard_reader.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <algorithm>
+
+namespace {
+constexpr char localPrefix[] = "local:";
+constexpr qsizetype localPrefixSize = sizeof localPrefix - 1;
+constexpr qint64 largestCardFile = qint64(1) << 30;
+
+/// The contacts of a file of cards; it has nothing else.
+class CardFile : public PersonalSource
+{
+public:
+    explicit CardFile(QList<ContactRecord> contacts) : m_contacts(std::move(contacts)) {}
+
+    QList<ContactRecord> contacts() override { return m_contacts; }
+    QList<CallEntry> calls() override { return {}; }
+    QList<NoteEntry> notes() override { return {}; }
+    QList<CalendarEvent> calendar() override { return {}; }
+    BookmarkTree bookmarks() override { return {}; }
+    qint64 count(DataClass dataClass) override { return has(dataClass) ? m_contacts.size() : 0; }
+    bool has(DataClass dataClass) const override { return dataClass == DataClass::Contacts; }
+
+private:
+    QList<ContactRecord> m_contacts;
+};
+
+OpenRecords openCardFile(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        throw Error(QStringLiteral("can not open %1. %2").arg(path, file.errorString()));
+    if (file.size() > largestCardFile)
+        throw Error(QStringLiteral("%1: too large for a file of cards").arg(path));
+    VCardContacts cards = readVCards(file.readAll());
+    if (cards.contacts.isEmpty() && cards.skipped.isEmpty())
+        throw Error(QStringLiteral("%1: there is no card in it").arg(path));
+    OpenRecords open;
+    open.records = std::make_unique<CardFile>(std::move(cards.contacts));
+    open.skipped = cards.skipped;
+    return open;
+}
+
+bool isWithin(const QDateTime &date, std::int64_t from, std::int64_t to)
+{
+    const qint64 apple = date.isValid() ? appleFromUnix(date.toSecsSinceEpoch()) : 0;
+    return apple >= from && apple <= to;
+}
+
+template <typename Record, typename DateOf>
+QList<Record> within(QList<Record> records, const DateRange &range, DateOf dateOf)
+{
+    records.removeIf([&](const Record &record) { return !isWithin(dateOf(record), range.from, range.to); });
+    return records;
+}
+
+void requireFile(const QString &target)
+{
+    if (QFileInfo(target).isDir())
+        throw Error(QStringLiteral("%1: is a folder, not a file").arg(target));
+}
+
+void requireFolder(const QString &target)
+{
+    const QFileInfo info(target);
+    if (info.exists() && !info.isDir())
+        throw Error(QStringLiteral("%1: not a folder").arg(target));
+}
+
+ContactFormat contactFormatOf(const QString &format)
+{
+    if (format == QLatin1String("vcard"))
+        return ContactFormat::VCard;
+    if (format == QLatin1String("csv"))
+        return ContactFormat::Csv;
+    return format == QLatin1String("text") ? ContactFormat::Text : ContactFormat::Html;
+}
+
+SimpleExportSummary writeRecords(DataClass dataClass, PersonalSource &records, const QString &format,
+                                 const QString &target, const DateRange &range, Progress &progress)
+{
+    const bool isCsv = format == QLatin1String("csv");
+    if (dataClass == DataClass::Notes)
+        requireFolder(target);
+    else
+        requireFile(target);
+    switch (dataClass) {
+    case DataClass::Contacts:
+        return exportContacts(records.contacts(), contactFormatOf(format), target, progress);
+    case DataClass::Calls:
+        return exportCalls(within(records.calls(), range, [](const CallEntry &call) { return call.date; }),
+                           isCsv ? CallFormat::Csv : CallFormat::Text, target, progress);
+    case DataClass::Calendar:
+        return exportCalendar(
+            within(records.calendar(), range, [](const CalendarEvent &event) { return event.start_date; }),
+            isCsv ? CalendarFormat::Csv : CalendarFormat::ICalendar, target, QDate::currentDate(), progress);
+    case DataClass::Notes:
+        return exportNotes(
+            within(records.notes(), range, [](const NoteEntry &note) { return note.modified_date; }), target,
+            progress);
+    default:
+        return exportBookmarks(records.bookmarks(), target, progress);
+    }
+}
+} // namespace
+
+OpenRecords::OpenRecords() = default;
+OpenRecords::OpenRecords(OpenRecords &&) noexcept = default;
+OpenRecords &OpenRecords::operator=(OpenRecords &&) noexcept = default;
+
+OpenRecords::~OpenRecords()
+{
+    records.reset(); // it reads from the backup
+}
+
+bool isDatabaseName(const QString &name)
+{
+    static const QString forbidden = QStringLiteral("/\\:*?\"<>|");
+    const auto isForbidden = [](QChar c) { return c.unicode() < 0x20 || forbidden.contains(c); };
+    return !name.trimmed().isEmpty() && name != QLatin1String(".") && name != QLatin1String("..") &&
+           std::none_of(name.begin(), name.end(), isForbidden);
+}
+
+QString requireSource(const CLI::Option *option)
+{
+    const QString source = *valueOf(option);
+    if (source.startsWith(QLatin1String(localPrefix)) && !isDatabaseName(source.mid(localPrefixSize)))
+        wrongUsage(QStringLiteral("SOURCE: \"%1\" can not be the name of a local database")
+                       .arg(source.mid(localPrefixSize)));
+    return source;
+}
+
+std::optional<QString> localDatabaseOf(const QString &source)
+{
+    if (!source.startsWith(QLatin1String(localPrefix)))
+        return std::nullopt;
+    const QString name = source.mid(localPrefixSize);
+    const QString folder = localDatabasesFolder().filePath(name);
+    if (!QFileInfo(folder).isDir())
+        throw Error(QStringLiteral("there is no local database \"%1\"").arg(name));
+    return folder;
+}
+
+bool isPersonalClass(DataClass dataClass)
+{
+    switch (dataClass) {
+    case DataClass::Contacts:
+    case DataClass::Calls:
+    case DataClass::Notes:
+    case DataClass::Calendar:
+    case DataClass::Bookmarks:
+        return true;
+    default:
+        return false;
+    }
+}
+
+OpenRecords openRecords(const QString &source, DataClass dataClass, const PasswordOption &password,
+                        Progress &progress)
+{
+    OpenRecords open;
+    if (const auto folder = localDatabaseOf(source)) {
+        open.records = openLocalRecords(*folder);
+        open.isLocal = true;
+        return open;
+    }
+    if (dataClass == DataClass::Contacts && QFileInfo(source).isFile())
+        return openCardFile(source);
+    open.backup = openBackup(source, password, PasswordNeed::Always, progress);
+    open.records = openDeviceRecords(*open.backup, open.backup->info().deviceId);
+    return open;
+}
+
+ExitStatus showRecords(DataClass dataClass, const QString &source, const PasswordOption &password,
+                       CommandContext &context)
+{
+    const OpenRecords open = openRecords(source, dataClass, password, context.progress);
+    const RecordIdentity identity = open.isLocal ? RecordIdentity::OfLocalDatabase : RecordIdentity::None;
+    context.progress.clear();
+    QByteArray line;
+    const auto print = [&](const auto &records, auto append) {
+        for (const auto &record : records) {
+            context.progress.check();
+            line.resize(0);
+            append(record);
+            context.out.write(line);
+        }
+    };
+    PersonalSource &records = *open.records;
+    switch (dataClass) {
+    case DataClass::Contacts:
+        print(records.contacts(), [&](const auto &contact) { appendContactLine(line, contact, identity); });
+        break;
+    case DataClass::Calls:
+        print(records.calls(), [&](const auto &call) { appendCallLine(line, call, identity); });
+        break;
+    case DataClass::Notes:
+        print(records.notes(), [&](const auto &note) { appendNoteLine(line, note, identity); });
+        break;
+    case DataClass::Calendar:
+        print(records.calendar(), [&](const auto &event) { appendEventLine(line, event); });
+        break;
+    default:
+        print(records.bookmarks(), [&](const auto &node) { appendBookmarkLine(line, *node); });
+    }
+    for (const QString &skipped : open.skipped)
+        context.tell(source + QStringLiteral(": ") + skipped);
+    return ExitStatus::Done;
+}
+
+ExitStatus exportRecords(const RecordExport &request, const PasswordOption &password, CommandContext &context)
+{
+    const OpenRecords open = openRecords(request.source, request.dataClass, password, context.progress);
+    const SimpleExportSummary summary =
+        writeRecords(request.dataClass, *open.records, request.format, QDir(request.target).absolutePath(),
+                     request.dates, context.progress);
+    context.progress.clear();
+    context.tell(QStringLiteral("%1 %2 written").arg(summary.written).arg(dataClassName(request.dataClass)));
+    for (const QString &remark : open.skipped + summary.skipped + summary.remarks)
+        context.tell(remark);
+    return ExitStatus::Done;
+}
