@@ -2,6 +2,11 @@
 
 #include <CLI/CLI.hpp>
 
+namespace {
+// No argument of a process holds it.
+constexpr char protection = '\0';
+} // namespace
+
 CLI::Option *addValue(CLI::App &command, const char *name, const char *description)
 {
     return command.add_option(name, CLI::callback_t(), description)->allow_extra_args(false);
@@ -17,6 +22,11 @@ CLI::Option *addPositional(CLI::App &command, const char *name, const char *desc
     return addValue(command, name, description)->required();
 }
 
+CLI::Option *addPositionals(CLI::App &command, const char *name, const char *description)
+{
+    return addPositional(command, name, description)->expected(1, -1)->allow_extra_args();
+}
+
 CLI::Option *addSwitch(CLI::App &command, const char *name, const char *description)
 {
     return command.add_flag(name)->description(description);
@@ -30,8 +40,10 @@ bool isGiven(const CLI::Option *option)
 QStringList valuesOf(const CLI::Option *option)
 {
     QStringList values;
-    for (const std::string &value : option->results())
-        values << QString::fromStdString(value);
+    for (const std::string &value : option->results()) {
+        const bool isProtected = !value.empty() && value.front() == protection;
+        values << QString::fromStdString(isProtected ? value.substr(1) : value);
+    }
     return values;
 }
 
@@ -61,6 +73,20 @@ std::optional<qint64> numberOf(const CLI::Option *option, qint64 least, qint64 m
 {
     const QList<qint64> numbers = numbersOf(option, least, most);
     return numbers.isEmpty() ? std::nullopt : std::optional(numbers.last());
+}
+
+QByteArray pathOf(const QString &argument)
+{
+    QByteArray path = argument.toUtf8();
+    while (path.size() > 1 && path.endsWith('/'))
+        path.chop(1);
+    return path;
+}
+
+std::string protectedArgument(const QString &argument)
+{
+    const std::string text = argument.toStdString();
+    return text.starts_with('[') ? protection + text : text;
 }
 
 void wrongUsage(const QString &sentence)

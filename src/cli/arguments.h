@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 
 namespace CLI {
 class App;
@@ -21,6 +22,8 @@ CLI::Option *addValues(CLI::App &command, const char *name, const char *descript
 /// A positional argument that must be there.
 CLI::Option *addPositional(CLI::App &command, const char *name, const char *description);
 
+/// A positional argument that must be there and may be followed by more of its kind.
+CLI::Option *addPositionals(CLI::App &command, const char *name, const char *description);
 /// A switch; `isGiven` tells.
 CLI::Option *addSwitch(CLI::App &command, const char *name, const char *description);
 bool isGiven(const CLI::Option *option);
@@ -32,6 +35,13 @@ std::optional<QString> valueOf(const CLI::Option *option);
 /// The values as whole numbers in [least, most]; anything else is wrong usage.
 QList<qint64> numbersOf(const CLI::Option *option, qint64 least, qint64 most);
 std::optional<qint64> numberOf(const CLI::Option *option, qint64 least, qint64 most);
+
+/// A path of a backup as UTF-8, without the "/" that people put behind folders.
+QByteArray pathOf(const QString &argument);
+
+/// An argument of the process in the form in which it is given to the parser, which would take "[a,b]" for a
+/// list.
+std::string protectedArgument(const QString &argument);
 
 /// Ends parsing as wrong usage, with a sentence.
 [[noreturn]] void wrongUsage(const QString &sentence);

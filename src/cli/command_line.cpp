@@ -4,6 +4,7 @@
 #include "base/error.h"
 #include "base/log.h"
 #include "base/texts.h"
+#include "cli/arguments.h"
 #include "cli/commands.h"
 #include "cli/line_text.h"
 #include "cli/stop_signal.h"
@@ -34,6 +35,7 @@ void describeProgram(CLI::App &app, Job &job)
     addListCommand(app, job);
     addInfoCommand(app, job);
     addFilesCommand(app, job);
+    addExtractCommand(app, job);
     addShowCommand(app, job);
     addExportCommand(app, job);
     addSaveCommand(app, job);
@@ -47,7 +49,7 @@ std::optional<int> parse(CLI::App &app, const QStringList &arguments)
 {
     std::vector<std::string> reversed;
     for (auto argument = arguments.crbegin(); argument != arguments.crend(); ++argument)
-        reversed.push_back(argument->toStdString());
+        reversed.push_back(protectedArgument(*argument));
     try {
         app.parse(std::move(reversed));
         return std::nullopt;

@@ -107,13 +107,6 @@ ExitStatus files(const FilesRequest &request, const PasswordOption &password, Co
     }
     return ExitStatus::Done;
 }
-
-QByteArray withoutTrailingSlash(QByteArray path)
-{
-    while (path.endsWith('/'))
-        path.chop(1);
-    return path;
-}
 } // namespace
 
 void addFilesCommand(CLI::App &app, Job &job)
@@ -129,7 +122,7 @@ void addFilesCommand(CLI::App &app, Job &job)
         if (const auto value = valueOf(domain))
             request.domain = value->toUtf8();
         if (const auto value = valueOf(under))
-            request.under = withoutTrailingSlash(value->toUtf8());
+            request.under = pathOf(*value);
         job.run = [request, password](CommandContext &context) { return files(request, password, context); };
     });
 }

@@ -35,6 +35,7 @@ WRONG_USAGE = {
 COMMANDS_ON_A_BACKUP = {
     "info": ["info"],
     "files": ["files"],
+    "extract": ["extract", "", "HomeDomain", "Library", "-o", "out"],
     "show chats": ["show", "chats"],
     "show messages": ["show", "messages"],
     "export messages": ["export", "messages", "", "--format", "text", "-o", "out/x.txt"],
