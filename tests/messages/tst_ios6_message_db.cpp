@@ -1,4 +1,4 @@
-#include "../support/folder_source.h"
+#include "support/scratch_source.h"
 #include "device_messages.h"
 #include "messages/device_path.h"
 #include "messages/ios6_message_db.h"
@@ -23,7 +23,7 @@ std::vector<qint64> rowids(const std::vector<_MsgMessage *> &messages)
 }
 
 /// Knows the files of a list and must never be asked for content.
-class LookUpOnlySource : public FolderSource
+class LookUpOnlySource : public ScratchSource
 {
 public:
     SourceFile fileOfDevicePath(const QString &devicePath) const override

@@ -1,4 +1,4 @@
-#include "../support/folder_source.h"
+#include "support/scratch_source.h"
 #include "device_messages.h"
 #include "messages/abs_message_db.h"
 #include "resources/resources.h"
@@ -81,7 +81,7 @@ private slots:
 
 void TestOpenMessageDb::noDatabase()
 {
-    FolderSource source;
+    ScratchSource source;
     QCOMPARE(failureOf([&] { openMessageDb(source); }),
              QStringLiteral("Found no message database file in this iTunes backup."));
 }
@@ -97,7 +97,7 @@ void TestOpenMessageDb::unreadableFiles_data()
 void TestOpenMessageDb::unreadableFiles()
 {
     QFETCH(QByteArray, content);
-    FolderSource source;
+    ScratchSource source;
     source.put(messageFile, content);
     QVERIFY(failureOf([&] { openMessageDb(source); }).contains(QStringLiteral("sms.db")));
 }
@@ -112,7 +112,7 @@ void TestOpenMessageDb::olderGenerations_data()
 void TestOpenMessageDb::olderGenerations()
 {
     QFETCH(QString, dropped);
-    FolderSource source;
+    ScratchSource source;
     source.putDatabase(messageFile, QString());
     DeviceMessages(source.pathOf(messageFile), DeviceMessages::Ios9)
         .run(QStringLiteral("drop table ") + dropped);
@@ -121,7 +121,7 @@ void TestOpenMessageDb::olderGenerations()
 
 void TestOpenMessageDb::numbersAreNormalised()
 {
-    FolderSource source;
+    ScratchSource source;
     source.putDatabase(messageFile, QString());
     {
         DeviceMessages made(source.pathOf(messageFile), DeviceMessages::Ios9);
