@@ -293,3 +293,12 @@ ExtractSummary extractNodes(BackupManifest &backup, const std::vector<FileTree::
         plan.add(node);
     return Extraction(backup, target).run(plan, progress);
 }
+
+ExtractSummary extractNamed(BackupManifest &backup, const QList<NamedExtract> &files, const QString &target,
+                            Progress &progress)
+{
+    ExtractPlan plan(backup);
+    for (const NamedExtract &file : files)
+        plan.add(file);
+    return Extraction(backup, target).run(plan, progress);
+}

@@ -12,6 +12,13 @@ struct ExtractRequest
     bool operator==(const ExtractRequest &) const = default;
 };
 
+/// One file that lands in the target under a name of the caller's.
+struct NamedExtract
+{
+    FileCatalogue::Index record;
+    QString name;
+};
+
 struct ExtractNote
 {
     QString domain;
@@ -44,3 +51,7 @@ ExtractSummary extractFiles(BackupManifest &backup, const QList<ExtractRequest> 
 /// The same for places of the browsable tree, where one folder may hold files of several domains.
 ExtractSummary extractNodes(BackupManifest &backup, const std::vector<FileTree::Node> &nodes,
                             const QString &target, Progress &progress);
+
+/// The same for single files under other names than the device's.
+ExtractSummary extractNamed(BackupManifest &backup, const QList<NamedExtract> &files, const QString &target,
+                            Progress &progress);

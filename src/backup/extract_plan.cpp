@@ -77,6 +77,12 @@ void ExtractPlan::add(FileTree::Node node)
     }
 }
 
+void ExtractPlan::add(const NamedExtract &file)
+{
+    m_roots.push_back({file.name.toUtf8(), m_catalogue.relativePath(file.record).size(), false});
+    m_items.push_back({file.record, static_cast<std::uint32_t>(m_roots.size() - 1)});
+}
+
 QByteArray ExtractPlan::landing(const Item &item) const
 {
     const Root &root = m_roots[item.root];

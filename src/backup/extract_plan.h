@@ -22,6 +22,8 @@ public:
     /// False when the backup lists nothing there.
     bool add(const ExtractRequest &request);
     void add(FileTree::Node node);
+    /// A single file under a name of the caller's.
+    void add(const NamedExtract &file);
 
     const std::vector<Item> &items() const { return m_items; }
     /// Relative to the target, as the backup spells it; empty for what is the target itself.

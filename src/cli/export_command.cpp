@@ -3,6 +3,7 @@
 #include "base/error.h"
 #include "cli/arguments.h"
 #include "cli/date_range.h"
+#include "cli/media_command.h"
 #include "cli/message_source.h"
 #include "cli/password.h"
 #include "cli/personal_command.h"
@@ -184,7 +185,8 @@ void addExportCommand(CLI::App &app, Job &job)
         .format =
             addValue(command, "--format",
                      "messages: text, csv or html; contacts: vcard, csv, text or html; calls: text or csv; "
-                     "calendar: ical or csv; notes and bookmarks: html"),
+                     "calendar: ical or csv; notes and bookmarks: html; the others are "
+                     "copied and have none"),
         .target = addValue(command, "-o,--output", "the file, or for html the folder, to write")->required(),
         .chats = addValues(command, "--chat", "only this conversation; may be given again"),
         .from = addValue(command, "--from", "only from this date on: yyyy-MM-dd or yyyy-MM-ddThh:mm:ss"),
@@ -201,9 +203,8 @@ void addExportCommand(CLI::App &app, Job &job)
                                       .target = request.target,
                                       .dates = request.dates},
                                      password, context);
-            if (request.dataClass != DataClass::Messages)
-                throw Error(QStringLiteral("%1 can not be read by this version yet")
-                                .arg(dataClassName(request.dataClass)));
+            if (isMediaClass(request.dataClass))
+                return exportMedia(request.dataClass, request.source, request.target, password, context);
             return exportMessagesOf(request, password, context);
         };
     });

@@ -2,31 +2,28 @@
 
 #include "backup/backup_manifest.h"
 #include "base/error.h"
+#include "cli/media_command.h"
 #include "cli/personal_command.h"
 #include "messages/abs_message_db.h"
 
 namespace {
-std::optional<qint64> countMessages(BackupManifest &backup)
+qint64 countClass(BackupManifest &backup, PersonalSource &records, DataClass dataClass)
 {
-    if (backup.wellKnown(WellKnown::MessageDatabase) == FileCatalogue::none)
-        return 0;
-    try {
-        return openMessageDb(backup)->countMessages();
-    } catch (const Error &error) {
-        qWarning("messages are not counted: %s", qUtf8Printable(error.sentence()));
-        return std::nullopt;
-    }
+    if (isPersonalClass(dataClass))
+        return records.has(dataClass) ? records.count(dataClass) : 0;
+    if (isMediaClass(dataClass))
+        return countMedia(backup, dataClass);
+    const bool hasMessages = backup.wellKnown(WellKnown::MessageDatabase) != FileCatalogue::none;
+    return hasMessages ? openMessageDb(backup)->countMessages() : 0;
 }
 
-std::optional<qint64> countRecords(PersonalSource &records, DataClass dataClass)
+std::optional<qint64> countOrNothing(BackupManifest &backup, PersonalSource &records, DataClass dataClass)
 {
-    if (!records.has(dataClass))
-        return 0;
     try {
-        return records.count(dataClass);
+        return countClass(backup, records, dataClass);
     } catch (const Error &error) {
         qWarning("%s are not counted: %s", qPrintable(dataClassName(dataClass)),
-                 qPrintable(error.sentence()));
+                 qUtf8Printable(error.sentence()));
         return std::nullopt;
     }
 }
@@ -36,13 +33,8 @@ ItemCounts countItems(BackupManifest &backup)
 {
     const std::unique_ptr<PersonalSource> records = openDeviceRecords(backup, backup.info().deviceId);
     ItemCounts counts;
-    for (const DataClass dataClass : allDataClasses) {
-        if (dataClass == DataClass::Messages)
-            counts.append({dataClass, countMessages(backup)});
-        else if (isPersonalClass(dataClass))
-            counts.append({dataClass, countRecords(*records, dataClass)});
-        else if (dataClass != DataClass::Files)
-            counts.append({dataClass, std::nullopt});
-    }
+    for (const DataClass dataClass : allDataClasses)
+        if (dataClass != DataClass::Files)
+            counts.append({dataClass, countOrNothing(backup, *records, dataClass)});
     return counts;
 }

@@ -1,7 +1,7 @@
 #include "cli/commands.h"
 
-#include "base/error.h"
 #include "cli/arguments.h"
+#include "cli/media_command.h"
 #include "cli/message_json.h"
 #include "cli/message_source.h"
 #include "cli/password.h"
@@ -67,14 +67,17 @@ void addShowCommand(CLI::App &app, Job &job)
             wrongUsage(QStringLiteral("CLASS: there is no \"%1\"").arg(name));
         if (!request.chats.empty() && dataClassOf(name) != DataClass::Messages)
             wrongUsage(QStringLiteral("--chat goes with messages alone"));
+        const std::optional<DataClass> dataClass = dataClassOf(name);
+        if (dataClass == DataClass::Files)
+            wrongUsage(QStringLiteral("CLASS: \"files\" is a command of its own"));
         job.run = [=](CommandContext &context) {
             if (chats)
                 return showChats(request, password, context);
-            if (dataClassOf(name) == DataClass::Messages)
-                return showMessages(request, password, context);
-            if (isPersonalClass(*dataClassOf(name)))
-                return showRecords(*dataClassOf(name), request.source, password, context);
-            throw Error(QStringLiteral("%1 can not be read by this version yet").arg(name));
+            if (isPersonalClass(*dataClass))
+                return showRecords(*dataClass, request.source, password, context);
+            if (isMediaClass(*dataClass))
+                return showMedia(*dataClass, request.source, password, context);
+            return showMessages(request, password, context);
         };
     });
 }

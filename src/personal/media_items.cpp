@@ -1,0 +1,179 @@
+#include "personal/media_items.h"
+
+#include "backup/backup_manifest.h"
+#include "base/apple_time.h"
+#include "base/error.h"
+#include "sqlite/sqlite3_db.h"
+
+#include <algorithm>
+
+namespace {
+const SourceFile voicemailFile{QStringLiteral("HomeDomain"),
+                               QStringLiteral("Library/Voicemail/voicemail.db")};
+
+/// One of the places where systems have kept their recordings.
+struct RecordingsPlace
+{
+    SourceFile database;
+    QString table;
+    QString audioFolder; // in the database's domain, where the audio is not found by its name alone
+};
+
+const QList<RecordingsPlace> &recordingsPlaces()
+{
+    static const QString media = QStringLiteral("MediaDomain");
+    static const QString shared = QStringLiteral("AppDomainGroup-group.com.apple.VoiceMemos.shared");
+    static const QList<RecordingsPlace> places{
+        {{media, QStringLiteral("Media/Recordings/Recordings.db")},
+         QStringLiteral("ZRECORDING"),
+         QStringLiteral("Media/Recordings/")},
+        {{media, QStringLiteral("Media/Recordings/CloudRecordings.db")},
+         QStringLiteral("ZCLOUDRECORDING"),
+         QStringLiteral("Media/Recordings/")},
+        {{shared, QStringLiteral("Recordings/CloudRecordings.db")},
+         QStringLiteral("ZCLOUDRECORDING"),
+         QStringLiteral("Recordings/")},
+    };
+    return places;
+}
+
+FileCatalogue::Index findFile(const BackupManifest &backup, const SourceFile &file)
+{
+    return backup.catalogue().find(file.domain.toUtf8(), file.relativePath.toUtf8());
+}
+
+bool isListed(const BackupManifest &backup, const SourceFile &file)
+{
+    return findFile(backup, file) != FileCatalogue::none;
+}
+
+FileCatalogue::Index audioOf(const BackupManifest &backup, const RecordingsPlace &place,
+                             const QString &storedPath)
+{
+    // The folders of a stored path are those of the device, not of the backup.
+    const QString name = storedPath.section(QLatin1Char('/'), -1);
+    if (name.isEmpty())
+        return FileCatalogue::none;
+    const auto &byName = backup.wellKnownGroup(WellKnownGroup::RecordingAudio);
+    const FileCatalogue::Index beside = findFile(backup, {place.database.domain, place.audioFolder + name});
+    return beside != FileCatalogue::none ? beside : byName.value(name.toUtf8(), FileCatalogue::none);
+}
+
+std::optional<QString> fetchRecordings(BackupManifest &backup, const RecordingsPlace &place)
+{
+    return isListed(backup, place.database) ? backup.fetchDatabase(place.database) : std::nullopt;
+}
+
+QList<RecordingItem> readPlace(BackupManifest &backup, const RecordingsPlace &place, const QString &path)
+{
+    Sqlite3DB db;
+    db.openThrow(path);
+    QList<RecordingItem> items;
+    if (!db.hasTable(place.table))
+        return items;
+    Sqlite3Cursor row = db.queryThrow(
+        QStringLiteral("select ZDATE,ZDURATION,ZPATH from %1 order by ZDATE desc").arg(place.table));
+    while (row.moveNext()) {
+        RecordingItem item;
+        item.date = QDateTime::fromSecsSinceEpoch(unixFromApple(row.getInt(0)), Qt::UTC);
+        item.duration = row.getInt(1);
+        item.file = audioOf(backup, place, row.getText(2));
+        items.append(item);
+    }
+    return items;
+}
+
+QString openVoicemail(BackupManifest &backup, Sqlite3DB &db)
+{
+    const auto path = backup.fetchDatabase(voicemailFile);
+    if (!path)
+        throw Error(QStringLiteral("Cannot find voicemail.db."));
+    db.openThrow(*path);
+    return *path;
+}
+
+bool isVideo(QByteArrayView path)
+{
+    static constexpr QByteArrayView endings[] = {".mov", ".mp4", ".m4v", ".3gp"};
+    const QByteArray lower = path.last(std::min<qsizetype>(path.size(), 4)).toByteArray().toLower();
+    return std::any_of(std::begin(endings), std::end(endings),
+                       [&](QByteArrayView ending) { return lower == ending; });
+}
+} // namespace
+
+bool hasVoicemail(const BackupManifest &backup)
+{
+    return isListed(backup, voicemailFile);
+}
+
+qint64 countVoicemail(BackupManifest &backup)
+{
+    Sqlite3DB db;
+    openVoicemail(backup, db);
+    Sqlite3Cursor row = db.queryThrow(QStringLiteral("select count(*) from voicemail"));
+    return row.moveNext() ? row.getInt64(0) : 0;
+}
+
+QList<VoicemailItem> readVoicemail(BackupManifest &backup)
+{
+    Sqlite3DB db;
+    openVoicemail(backup, db);
+    const auto &audio = backup.wellKnownGroup(WellKnownGroup::VoicemailAudio);
+    Sqlite3Cursor row = db.queryThrow(QStringLiteral("select * from voicemail"));
+    const int rowid = row.columnIndex(QStringLiteral("ROWID"));
+    const int date = row.columnIndex(QStringLiteral("date"));
+    const int sender = row.columnIndex(QStringLiteral("sender"));
+    const int duration = row.columnIndex(QStringLiteral("duration"));
+    QList<VoicemailItem> items;
+    while (row.moveNext()) {
+        VoicemailItem item;
+        item.rowid = row.getInt(rowid);
+        item.date = QDateTime::fromSecsSinceEpoch(row.getInt64(date), Qt::UTC);
+        item.sender = row.getText(sender);
+        item.duration = row.getInt(duration);
+        item.file = audio.value(QByteArray::number(item.rowid), FileCatalogue::none);
+        items.append(item);
+    }
+    return items;
+}
+
+bool hasRecordings(const BackupManifest &backup)
+{
+    const auto &places = recordingsPlaces();
+    return std::any_of(places.begin(), places.end(),
+                       [&](const RecordingsPlace &place) { return isListed(backup, place.database); });
+}
+
+QList<RecordingItem> readRecordings(BackupManifest &backup)
+{
+    bool found = false;
+    for (const RecordingsPlace &place : recordingsPlaces()) {
+        const auto path = fetchRecordings(backup, place);
+        found = found || path;
+        const QList<RecordingItem> items = path ? readPlace(backup, place, *path) : QList<RecordingItem>();
+        if (!items.isEmpty())
+            return items;
+    }
+    if (!found)
+        throw Error(QStringLiteral("Cannot find Recordings.db."));
+    return {};
+}
+
+qint64 countRecordings(BackupManifest &backup)
+{
+    return readRecordings(backup).size();
+}
+
+QList<FileCatalogue::Index> cameraRollItems(const BackupManifest &backup, CameraRollKind kind)
+{
+    const FileCatalogue &catalogue = backup.catalogue();
+    QList<FileCatalogue::Index> items;
+    for (const FileCatalogue::Index index : backup.wellKnownGroup(WellKnownGroup::CameraRoll))
+        if (isVideo(catalogue.relativePath(index)) == (kind == CameraRollKind::Video))
+            items.append(index);
+    std::sort(items.begin(), items.end(), [&](auto a, auto b) {
+        const int compared = catalogue.relativePath(a).compare(catalogue.relativePath(b));
+        return compared != 0 ? compared < 0 : a < b;
+    });
+    return items;
+}
