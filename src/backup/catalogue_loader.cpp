@@ -90,11 +90,23 @@ CatalogueLoss CatalogueLoader::loadDatabase(const QString &path, const QByteArra
     if (QFileInfo(path).size() == 0)
         throw Error(QStringLiteral("can not read %1. The file is empty.").arg(path));
     Sqlite3DB db;
-    db.openThrow(path, SqliteOpen::Immutable);
+    open(db, path);
     if (!db.hasTable(QStringLiteral("Files")))
         throw Error(QStringLiteral("can not read %1. It has no table Files.").arg(path));
     readRows(db, descriptorKey(db, password));
     return m_loss;
+}
+
+/// A file that was cut off is opened for what is left of it.
+void CatalogueLoader::open(Sqlite3DB &db, const QString &path)
+{
+    try {
+        db.openThrow(path, SqliteOpen::Immutable);
+    } catch (const Error &error) {
+        if (!db.open(path, SqliteOpen::Salvage))
+            throw;
+        m_loss.skip(error.sentence());
+    }
 }
 
 void CatalogueLoader::readRows(const Sqlite3DB &db, const QByteArray &descriptorKey)
@@ -162,7 +174,6 @@ void CatalogueLoader::endEarly(const Error &error)
 {
     if (m_catalogue.size() == 0)
         throw error;
-    ++m_loss.skippedRows;
-    m_loss.reason = error.sentence();
+    m_loss.skip(error.sentence());
     qWarning("The catalogue of the backup is damaged: %s", error.what());
 }

@@ -9,7 +9,7 @@
 struct CatalogueLoss
 {
     qint64 skippedRows = 0;
-    QString reason; // of the first one, or of reading's early end
+    QString reason; // of the first one
 
     void skip(const QString &why)
     {
@@ -43,6 +43,7 @@ private:
     CatalogueLoss m_loss;
     qint64 m_rows = 0;
 
+    void open(class Sqlite3DB &db, const QString &path);
     void readRows(const class Sqlite3DB &db, const QByteArray &descriptorKey);
     void insert(const FileRecord &record);
     void countRow();

@@ -85,6 +85,8 @@ FetchOutcome FileFetcher::fetch(Index index, const QString &destination, const C
         try {
             decryptFile(fileKey, path(index), destination, progress);
         } catch (const Error &error) {
+            if (error.sentence().contains(path(index)))
+                throw;
             throw error.withContext(displayPath(index));
         }
     }

@@ -18,6 +18,7 @@ int flagsOf(SqliteOpen mode)
     case SqliteOpen::ReadWriteCreate:
         return SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
     case SqliteOpen::Immutable:
+    case SqliteOpen::Salvage:
         return SQLITE_OPEN_READONLY | SQLITE_OPEN_URI;
     }
     return SQLITE_OPEN_READONLY;
@@ -25,7 +26,7 @@ int flagsOf(SqliteOpen mode)
 
 QByteArray fileNameFor(const QString &path, SqliteOpen mode)
 {
-    if (mode != SqliteOpen::Immutable)
+    if (mode != SqliteOpen::Immutable && mode != SqliteOpen::Salvage)
         return path.toUtf8();
     return QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath()).toEncoded() + "?immutable=1";
 }
@@ -36,10 +37,14 @@ int touchSchema(sqlite3 *db)
     return sqlite3_exec(db, "select count(*) from sqlite_master", nullptr, nullptr, nullptr);
 }
 
-// Databases come from backups: definitions in them must not call functions or change SQLite's own tables.
-void distrust(sqlite3 *db)
+// Databases come from backups: definitions in them must not call functions or change SQLite's own tables. Only
+// a connection that could change them opens a file that is shorter than its header says; one for salvage is
+// read-only all the same.
+void distrust(sqlite3 *db, SqliteOpen mode)
 {
-    sqlite3_db_config(db, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+    const int salvage = mode == SqliteOpen::Salvage ? 1 : 0;
+    sqlite3_db_config(db, SQLITE_DBCONFIG_DEFENSIVE, 1 - salvage, nullptr);
+    sqlite3_db_config(db, SQLITE_DBCONFIG_WRITABLE_SCHEMA, salvage, nullptr);
     sqlite3_db_config(db, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
 }
 } // namespace
@@ -55,7 +60,7 @@ bool Sqlite3DB::open(const QString &path, SqliteOpen mode)
     m_path = path;
     const int opened = sqlite3_open_v2(fileNameFor(path, mode).constData(), &m_db, flagsOf(mode), nullptr);
     if (m_db)
-        distrust(m_db);
+        distrust(m_db, mode);
     if (opened == SQLITE_OK && touchSchema(m_db) == SQLITE_OK)
         return true;
     m_lastError = m_db ? QString::fromUtf8(sqlite3_errmsg(m_db)) : QStringLiteral("out of memory");

@@ -14,6 +14,7 @@ enum class SqliteOpen {
     ReadWrite,       // must exist
     ReadWriteCreate, // made when missing
     Immutable,       // read as it stands, no companion is made or looked at
+    Salvage,         // as Immutable, also when the file was cut off: what is left can be read
 };
 
 /// One connection to one SQLite file, owned and used by one thread at a time. Closing is what the destructor

@@ -1,6 +1,13 @@
 #include "backup/backup_fixture.h"
 
+#include "backup/scratch_folder.h"
+#include "sqlite/sqlite3_db.h"
+
 #include <QTest>
+
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
 
 class TestBackupManifest : public QObject
 {
@@ -9,6 +16,17 @@ class TestBackupManifest : public QObject
 private slots:
     void opensEveryKind_data();
     void opensEveryKind();
+    void databaseWithItsLog_data();
+    void databaseWithItsLog();
+    void databaseThatCannotBeFetched();
+    void copiesForViewing();
+    void copiesVanish();
+    void leftoversVanish();
+    void noRecordIsNothing();
+    void oddContent_data();
+    void oddContent();
+    void devicePaths_data();
+    void devicePaths();
 };
 
 namespace {
@@ -16,6 +34,9 @@ FileCatalogue::Index indexOf(const BackupManifest &backup, const SampleFile &fil
 {
     return backup.catalogue().find(file.domain.toUtf8(), file.relativePath.toUtf8());
 }
+
+const SourceFile messages{u"HomeDomain"_s, u"Library/SMS/sms.db"_s};
+const SourceFile lockedFile{u"HomeDomain"_s, u"Library/Locked/only-on-this-device.bin"_s};
 } // namespace
 
 void TestBackupManifest::opensEveryKind_data()
@@ -75,6 +96,203 @@ void TestBackupManifest::opensEveryKind()
         }
     }
     QCOMPARE(fingerprint(fixture.folder()), before);
+}
+
+void TestBackupManifest::databaseWithItsLog_data()
+{
+    QTest::addColumn<QString>("password");
+    QTest::newRow("plain") << u""_s;
+    QTest::newRow("encrypted") << u"pw"_s;
+}
+
+void TestBackupManifest::databaseWithItsLog()
+{
+    QFETCH(QString, password);
+    SampleOptions options;
+    options.password = password;
+    options.walCompanion = true;
+    const BackupFixture fixture(options);
+    const auto backup = fixture.opened();
+    const auto messageRows = [&] {
+        Sqlite3DB db;
+        db.openThrow(*backup->fetchDatabase(messages), SqliteOpen::ReadOnly);
+        Sqlite3Cursor cursor = db.queryThrow(u"select count(*) from message"_s);
+        return cursor.moveNext() ? cursor.getInt(0) : -1;
+    };
+    QCOMPARE(messageRows(), fixture.summary.counts.messageRows);
+    const QString copy = *backup->fetchDatabase(messages);
+    QCOMPARE(QFileInfo(copy).fileName(), u"sms.db"_s);
+    QCOMPARE(*backup->fetchDatabase(messages), copy);
+    QVERIFY(!backup->fetchDatabase({u"HomeDomain"_s, u"Library/none.db"_s}));
+    QVERIFY(!backup->fetchDatabase({u"HomeDomain"_s, u"Library/SMS"_s}));
+
+    // Without its log the database opens all the same, with what it holds itself.
+    backup->close();
+    const auto log = backup->catalogue().find("HomeDomain", "Library/SMS/sms.db-wal");
+    QVERIFY(QFile::remove(backup->filePath(log)));
+    QVERIFY(messageRows() < fixture.summary.counts.messageRows && messageRows() >= 0);
+    backup->close();
+    writeFile(backup->filePath(log), "damaged"); // no whole block: cannot be decrypted
+    QVERIFY(messageRows() >= 0);
+}
+
+void TestBackupManifest::databaseThatCannotBeFetched()
+{
+    SampleOptions options;
+    options.password = u"pw"_s;
+    const BackupFixture fixture(options);
+    const auto backup = fixture.opened();
+    const auto index = backup->wellKnown(WellKnown::MessageDatabase);
+    QVERIFY(QFile::remove(backup->filePath(index)));
+    const QString sentence = errorOf([&] { backup->fetchDatabase(messages); });
+    QVERIFY2(sentence.startsWith(u"can not open "_s + backup->filePath(index)), qPrintable(sentence));
+    QVERIFY(errorOf([&] { backup->fetchDatabase(lockedFile); }).contains(lockedFile.relativePath));
+}
+
+void TestBackupManifest::copiesForViewing()
+{
+    SampleOptions options;
+    options.files = 0;
+    options.password = u"pw"_s;
+    options.extraRows = {{u"MediaDomain"_s, u"a/photo.jpg"_s, "one"},
+                         {u"MediaDomain"_s, u"b/photo.jpg"_s, "two"},
+                         {u"MediaDomain"_s, u"c/.."_s, "three"}};
+    const BackupFixture fixture(options);
+    const auto backup = fixture.opened();
+    const QString one = backup->fetchForViewing({u"MediaDomain"_s, u"a/photo.jpg"_s});
+    const QString two = backup->fetchForViewing({u"MediaDomain"_s, u"b/photo.jpg"_s});
+    QCOMPARE(contentOf(one), QByteArray("one"));
+    QCOMPARE(contentOf(two), QByteArray("two"));
+    QVERIFY(one.endsWith(u"/photo.jpg"_s) && two.endsWith(u"/photo.jpg"_s));
+    QCOMPARE(backup->fetchForViewing({u"MediaDomain"_s, u"a/photo.jpg"_s}), one);
+    QCOMPARE(contentOf(backup->fetchForViewing({u"MediaDomain"_s, u"c/.."_s})), QByteArray("three"));
+    QVERIFY(!errorOf([&] { backup->fetchForViewing({u"MediaDomain"_s, u"none"_s}); }).isEmpty());
+    QVERIFY(!errorOf([&] { backup->fetchForViewing({u"HomeDomain"_s, u"Library/SMS"_s}); }).isEmpty());
+    QVERIFY(!errorOf([&] { backup->fetchForViewing(lockedFile); }).isEmpty());
+}
+
+void TestBackupManifest::copiesVanish()
+{
+    const BackupFixture fixture;
+    auto backup = fixture.opened();
+    const QString first = *backup->fetchDatabase(messages);
+    backup->close();
+    QVERIFY(!QFile::exists(first));
+    const QString second = *backup->fetchDatabase(messages);
+    QVERIFY(QFile::exists(second));
+    QCOMPARE(int(QFileInfo(second).permissions() & (QFile::ReadGroup | QFile::ReadOther)), 0);
+    backup.reset();
+    QVERIFY(!QFile::exists(second));
+}
+
+void TestBackupManifest::leftoversVanish()
+{
+    const BackupFixture fixture;
+    const QString cache = cacheFolderOf(backupUid(fixture.folder()));
+    const QString killed = cache + u"/quillbarrow-scratch-killed"_s;
+    writeFile(killed + u"/databases/sms.db"_s, "plain");
+    QLockFile gone(killed + u"/.lock"_s);
+    writeFile(gone.fileName(), "999999999\nquillbarrow\n" + QSysInfo::machineHostName().toUtf8() + '\n');
+    const QString making = cache + u"/quillbarrow-scratch-making"_s;
+    writeFile(making + u"/x"_s, "x");
+    const auto other = fixture.opened();
+    const QString living = *other->fetchDatabase(messages);
+    const auto backup = fixture.opened();
+    QVERIFY(backup->fetchDatabase(messages));
+    QVERIFY(!QFile::exists(killed));
+    QVERIFY(QFile::exists(making));
+    QVERIFY(QFile::exists(living));
+    QDir(making).removeRecursively();
+}
+
+void TestBackupManifest::noRecordIsNothing()
+{
+    const BackupFixture fixture;
+    const auto backup = fixture.opened();
+    const QString copy = fixture.path(u"copy"_s);
+    backup->fetchFile(FileCatalogue::none, copy);
+    QVERIFY(!QFile::exists(copy));
+    const auto folder = backup->catalogue().find("HomeDomain", "Library/SMS");
+    const auto link = backup->catalogue().find("HomeDomain", "Library/Caches/current");
+    QVERIFY(errorOf([&] { backup->fetchFile(folder, copy); }).contains(u"folder"_s));
+    QVERIFY(errorOf([&] { backup->fetchFile(link, copy); }).contains(u"link"_s));
+    QVERIFY(!QFile::exists(copy));
+}
+
+void TestBackupManifest::oddContent_data()
+{
+    QTest::addColumn<QByteArray>("kind");
+    QTest::addColumn<QString>("password");
+    for (const char *password : {"", "pw"}) {
+        QTest::addRow("pipe %s", password) << QByteArray("pipe") << QString::fromLatin1(password);
+        QTest::addRow("folder %s", password) << QByteArray("folder") << QString::fromLatin1(password);
+    }
+    QTest::newRow("odd length") << QByteArray("odd length") << u"pw"_s;
+    QTest::newRow("no padding") << QByteArray("noise") << u"pw"_s;
+}
+
+// Neither waits for ever nor leaves half a file behind.
+void TestBackupManifest::oddContent()
+{
+    QFETCH(QByteArray, kind);
+    QFETCH(QString, password);
+    SampleOptions options;
+    options.password = password;
+    const BackupFixture fixture(options);
+    const auto backup = fixture.opened();
+    const auto index = backup->wellKnown(WellKnown::MessageDatabase);
+    const QString content = backup->filePath(index);
+    QByteArray bytes = contentOf(content);
+    QVERIFY(QFile::remove(content));
+    if (kind == "pipe")
+        QCOMPARE(mkfifo(QFile::encodeName(content).constData(), 0600), 0);
+    else if (kind == "folder")
+        QVERIFY(QDir().mkpath(content));
+    else if (kind == "odd length")
+        writeFile(content, bytes.chopped(1));
+    else
+        writeFile(content, bytes.chopped(16)); // the padding of this one stood in its last block
+    const QString copy = fixture.path(u"copy/sms.db"_s);
+    const QString sentence = errorOf([&] { backup->fetchFile(index, copy); });
+    QVERIFY2(sentence.contains(content) || sentence.contains(u"Library/SMS/sms.db"_s), qPrintable(sentence));
+    QVERIFY(listing(fixture.path(u"copy"_s)).isEmpty());
+    QCOMPARE(backup->hasContent(messages), kind != "pipe" && kind != "folder");
+}
+
+void TestBackupManifest::devicePaths_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<SourceFile>("expected");
+    const SourceFile home{u"HomeDomain"_s, u"Library/both"_s};
+    const SourceFile media{u"MediaDomain"_s, u"Library/SMS/Attachments/x.jpg"_s};
+    QTest::newRow("home folder") << u"~/Library/SMS/Attachments/x.jpg"_s << media;
+    QTest::newRow("absolute") << u"/var/mobile/Library/SMS/Attachments/x.jpg"_s << media;
+    QTest::newRow("without the first slash") << u"var/mobile/Library/SMS/Attachments/x.jpg"_s << media;
+    QTest::newRow("private") << u"/private/var/mobile/Library/SMS/Attachments/x.jpg"_s << media;
+    QTest::newRow("in both domains") << u"~/Library/both"_s << home;
+    QTest::newRow("listed in one, stored in the other")
+        << u"~/Library/gone"_s << SourceFile{u"MediaDomain"_s, u"Library/gone"_s};
+    QTest::newRow("not listed") << u"~/Library/none"_s << SourceFile();
+    QTest::newRow("elsewhere") << u"/var/root/Library/both"_s << SourceFile();
+    QTest::newRow("relative") << u"Library/both"_s << SourceFile();
+    QTest::newRow("the home folder itself") << u"/var/mobile/"_s << SourceFile();
+    QTest::newRow("empty") << QString() << SourceFile();
+}
+
+void TestBackupManifest::devicePaths()
+{
+    SampleOptions options;
+    options.files = 0;
+    options.extraRows = {{u"MediaDomain"_s, u"Library/SMS/Attachments/x.jpg"_s, "x"},
+                         {u"HomeDomain"_s, u"Library/both"_s, "h"},
+                         {u"MediaDomain"_s, u"Library/both"_s, "m"},
+                         {u"HomeDomain"_s, u"Library/gone"_s, "h"},
+                         {u"MediaDomain"_s, u"Library/gone"_s, "m"}};
+    const BackupFixture fixture(options);
+    const auto backup = fixture.opened();
+    QFile::remove(backup->filePath(backup->catalogue().find("HomeDomain", "Library/gone")));
+    QFETCH(QString, path);
+    QTEST(backup->fileOfDevicePath(path), "expected");
 }
 
 QTEST_GUILESS_MAIN(TestBackupManifest)

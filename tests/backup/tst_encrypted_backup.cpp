@@ -1,0 +1,302 @@
+#include "backup/backup_fixture.h"
+
+#include "backup/cf_type.h"
+#include "backup/scratch_folder.h"
+#include "backup/sqlite_header.h"
+#include "sqlite/sqlite3_db.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+/// Passwords, keybags, and where the plain catalogue lies while a backup is open.
+class TestEncryptedBackup : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void variants_data();
+    void variants();
+    void indexNeedsThePassword();
+    void threeFailures_data();
+    void threeFailures();
+    void encryptionNotDeclared();
+    void encryptionDeclaredInVain();
+    void descriptorsThatDoNotDecrypt();
+    void catalogueIsThereWhileOpen();
+    void leftoverIsReplaced_data();
+    void leftoverIsReplaced();
+    void placeThatCannotBeWritten();
+    void twoAtOnce();
+    void firstItem();
+};
+
+namespace {
+SampleOptions encrypted()
+{
+    SampleOptions options;
+    options.password = u"geheim"_s;
+    options.messages = 1;
+    options.files = 0;
+    return options;
+}
+
+QString decryptedIn(const BackupFixture &fixture)
+{
+    return fixture.folder() + u"/Manifest-decrypted.db"_s;
+}
+
+void changeManifest(const BackupFixture &fixture, const QString &key, const CFType &value)
+{
+    const QString path = fixture.folder() + u"/Manifest.plist"_s;
+    CFType manifest = CFType::parse(contentOf(path));
+    manifest.set(key, value);
+    writeFile(path, manifest.serialise(CFType::Format::Binary));
+}
+
+bool isPrivate(const QString &path)
+{
+    const auto others = QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther;
+    return (QFileInfo(path).permissions() & others) == QFile::Permissions();
+}
+
+/// Opens, lists and reads; throws what fails.
+void readWhole(const BackupFixture &fixture, BackupManifest &backup)
+{
+    NoProgress progress;
+    backup.buildIndex(progress);
+    const QString copy = fixture.path(u"copy"_s);
+    const SampleFile *file = fixture.summary.file(u"HomeDomain"_s, u"Library/SMS/sms.db"_s);
+    backup.fetchTo({file->domain, file->relativePath}, copy);
+    if (sha1Of(copy) != file->sha1)
+        throw Error(u"the message database differs"_s);
+}
+} // namespace
+
+void TestEncryptedBackup::variants_data()
+{
+    QTest::addColumn<SampleOptions>("options");
+    SampleOptions options = encrypted();
+    QTest::newRow("double protection") << options;
+    options.protection = SampleOptions::Protection::Single;
+    QTest::newRow("single protection, plain catalogue") << options;
+    options.saltedDescriptors = true;
+    QTest::newRow("salted descriptors") << options;
+    options = encrypted();
+    options.catalogueWithoutPadding = true;
+    QTest::newRow("catalogue without padding") << options;
+    options = encrypted();
+    options.layout = SampleOptions::Layout::Mbdb;
+    options.ios = 6;
+    QTest::newRow("older layout") << options;
+}
+
+void TestEncryptedBackup::variants()
+{
+    QFETCH(SampleOptions, options);
+    const BackupFixture fixture(options);
+    const QString before = fingerprint(fixture.folder());
+    {
+        const auto backup = fixture.opened();
+        QCOMPARE(int(backup->catalogue().size()), fixture.summary.counts.catalogueRows);
+        QCOMPARE(backup->skippedRows(), 0);
+        const auto index = backup->wellKnown(WellKnown::MessageDatabase);
+        QCOMPARE(qint64(backup->catalogue().lastModified(index)),
+                 fixture.summary.file(u"HomeDomain"_s, u"Library/SMS/sms.db"_s)->modified);
+        QCOMPARE(errorOf([&] { readWhole(fixture, *backup); }), QString());
+    }
+    QCOMPARE(fingerprint(fixture.folder()), before);
+}
+
+void TestEncryptedBackup::indexNeedsThePassword()
+{
+    const BackupFixture fixture(encrypted());
+    BackupManifest backup(fixture.folder());
+    backup.loadInfo();
+    NoProgress progress;
+    QVERIFY(errorOf([&] { backup.buildIndex(progress); }).contains(fixture.folder()));
+    QVERIFY(!backup.openEncrypted(u"Geheim"_s));
+    QVERIFY(!backup.openEncrypted(QString()));
+    QVERIFY(!QFile::exists(decryptedIn(fixture)));
+    QVERIFY(backup.openEncrypted(u"geheim"_s));
+    backup.buildIndex(progress);
+    QVERIFY(backup.hasIndex());
+}
+
+void TestEncryptedBackup::threeFailures_data()
+{
+    QTest::addColumn<QByteArray>("keybag");
+    QTest::addColumn<QByteArray>("manifestKey");
+    QTest::addColumn<QByteArray>("catalogue");
+    QTest::addColumn<QString>("named");
+    const QByteArray same = "same";
+    const QString plist = u"Manifest.plist"_s;
+    const QString db = u"Manifest.db"_s;
+    QTest::newRow("no keybag") << QByteArray() << same << same << plist;
+    QTest::newRow("keybag of noise") << QByteArray(100, '\x7F') << same << same << plist;
+    QTest::newRow("no catalogue key") << same << QByteArray() << same << plist;
+    QTest::newRow("short catalogue key") << same << QByteArray("\4\0\0\0", 4) << same << plist;
+    QTest::newRow("key that does not unwrap") << same << QByteArray(44, 'k') << same << plist;
+    QTest::newRow("catalogue of odd length") << same << same << QByteArray(1001, 'c') << db;
+    QTest::newRow("catalogue of noise") << same << same << QByteArray(1024, 'c') << db;
+    QTest::newRow("empty catalogue") << same << same << QByteArray() << db;
+}
+
+void TestEncryptedBackup::threeFailures()
+{
+    QFETCH(QByteArray, keybag);
+    QFETCH(QByteArray, manifestKey);
+    QFETCH(QByteArray, catalogue);
+    QFETCH(QString, named);
+    const BackupFixture fixture(encrypted());
+    if (keybag != "same")
+        changeManifest(fixture, u"BackupKeyBag"_s, CFType::fromByteArray(keybag));
+    if (manifestKey != "same")
+        changeManifest(fixture, u"ManifestKey"_s, CFType::fromByteArray(manifestKey));
+    if (catalogue != "same")
+        writeFile(fixture.folder() + u"/Manifest.db"_s, catalogue);
+    BackupManifest backup(fixture.folder());
+    backup.loadInfo();
+    const QString sentence = errorOf([&] { backup.openEncrypted(u"geheim"_s); });
+    QVERIFY2(sentence.contains(fixture.folder() + u'/' + named), qPrintable(sentence));
+    QVERIFY(!backup.isUnlocked());
+    QVERIFY(!QFile::exists(decryptedIn(fixture)));
+}
+
+void TestEncryptedBackup::encryptionNotDeclared()
+{
+    const BackupFixture fixture(encrypted());
+    changeManifest(fixture, u"IsEncrypted"_s, CFType::fromBool(false));
+    BackupManifest backup(fixture.folder());
+    backup.loadInfo();
+    QVERIFY(!backup.isUnlocked());
+    QVERIFY(backup.openEncrypted(u"geheim"_s));
+    QCOMPARE(errorOf([&] { readWhole(fixture, backup); }), QString());
+}
+
+// A plain backup that says otherwise, but for its keybag, is read with any password that its keybag takes.
+void TestEncryptedBackup::encryptionDeclaredInVain()
+{
+    SampleOptions options = encrypted();
+    const BackupFixture other(options);
+    options.password.clear();
+    const BackupFixture fixture(options);
+    BackupManifest keys(other.folder());
+    keys.loadInfo();
+    changeManifest(fixture, u"IsEncrypted"_s, CFType::fromBool(true));
+    changeManifest(fixture, u"BackupKeyBag"_s, CFType::fromByteArray(keys.info().keybag));
+    BackupManifest backup(fixture.folder());
+    backup.loadInfo();
+    QVERIFY(backup.openEncrypted(u"geheim"_s));
+    QVERIFY(!QFile::exists(decryptedIn(fixture)));
+    QCOMPARE(errorOf([&] { readWhole(fixture, backup); }), QString());
+}
+
+void TestEncryptedBackup::descriptorsThatDoNotDecrypt()
+{
+    SampleOptions options = encrypted();
+    options.protection = SampleOptions::Protection::Single;
+    options.saltedDescriptors = true;
+    const BackupFixture fixture(options);
+    {
+        Sqlite3DB db;
+        db.openThrow(fixture.folder() + u"/Manifest.db"_s, SqliteOpen::ReadWrite);
+        QVERIFY(db.exec(
+            u"insert into Files(fileID,domain,relativePath,flags,file) "
+            "values('a','HomeDomain','fifteen',1,zeroblob(15)),('b','HomeDomain','noise',1,zeroblob(32)),"
+            "('c','HomeDomain','nothing',1,zeroblob(0))"_s));
+    }
+    const auto backup = fixture.opened();
+    QCOMPARE(backup->catalogue().find("HomeDomain", "fifteen"), FileCatalogue::none);
+    QVERIFY(backup->catalogue().find("HomeDomain", "noise") != FileCatalogue::none);
+    QCOMPARE(backup->skippedRows(), 3);
+    QCOMPARE(backup->skippedReason(), u"MBDBParser::decryptFileDesc, size % 16 != 0."_s);
+}
+
+void TestEncryptedBackup::catalogueIsThereWhileOpen()
+{
+    const BackupFixture fixture(encrypted());
+    auto backup = fixture.unlocked();
+    QVERIFY(hasSqliteHeader(decryptedIn(fixture)));
+    QVERIFY(isPrivate(decryptedIn(fixture)));
+    backup->close();
+    QVERIFY(!QFile::exists(decryptedIn(fixture)));
+    QVERIFY(backup->openEncrypted(u"geheim"_s));
+    QVERIFY(QFile::exists(decryptedIn(fixture)));
+    backup.reset();
+    QVERIFY(!QFile::exists(decryptedIn(fixture)));
+}
+
+void TestEncryptedBackup::leftoverIsReplaced_data()
+{
+    QTest::addColumn<bool>("isLink");
+    QTest::newRow("file of a run that was killed") << false;
+    QTest::newRow("link that leads elsewhere") << true;
+}
+
+void TestEncryptedBackup::leftoverIsReplaced()
+{
+    QFETCH(bool, isLink);
+    const BackupFixture fixture(encrypted());
+    const QString precious = fixture.path(u"precious"_s);
+    writeFile(precious, "precious");
+    if (isLink)
+        QVERIFY(QFile::link(precious, decryptedIn(fixture)));
+    else
+        writeFile(decryptedIn(fixture), QByteArray(1 << 20, 'x'));
+    const auto backup = fixture.unlocked();
+    QVERIFY(hasSqliteHeader(decryptedIn(fixture)) && !QFileInfo(decryptedIn(fixture)).isSymLink());
+    QVERIFY(isPrivate(decryptedIn(fixture)));
+    QCOMPARE(errorOf([&] { readWhole(fixture, *backup); }), QString());
+    QCOMPARE(contentOf(precious), QByteArray("precious"));
+}
+
+// Permissions do not stop every user: a folder of that name does.
+void TestEncryptedBackup::placeThatCannotBeWritten()
+{
+    const BackupFixture fixture(encrypted());
+    writeFile(decryptedIn(fixture) + u"/in the way"_s, "x");
+    const QString before = fingerprint(fixture.folder());
+    const QString cached = cacheFolderOf(backupUid(fixture.folder())) + u"/Manifest-decrypted.db"_s;
+    auto backup = fixture.unlocked();
+    QVERIFY(hasSqliteHeader(cached) && isPrivate(cached));
+    QCOMPARE(errorOf([&] { readWhole(fixture, *backup); }), QString());
+    backup.reset();
+    QVERIFY(!QFile::exists(cached));
+    QCOMPARE(fingerprint(fixture.folder()), before);
+}
+
+void TestEncryptedBackup::twoAtOnce()
+{
+    const BackupFixture fixture(encrypted());
+    auto first = fixture.unlocked();
+    auto second = fixture.unlocked();
+    QCOMPARE(errorOf([&] { readWhole(fixture, *second); }), QString());
+    second.reset();
+    QVERIFY(QFile::exists(decryptedIn(fixture)));
+    second = fixture.unlocked();
+    QCOMPARE(errorOf([&] { readWhole(fixture, *first); }), QString());
+    first.reset();
+    QVERIFY(!QFile::exists(decryptedIn(fixture)));
+    QCOMPARE(errorOf([&] { readWhole(fixture, *second); }), QString());
+    first = fixture.unlocked();
+    QVERIFY(QFile::exists(decryptedIn(fixture)));
+}
+
+void TestEncryptedBackup::firstItem()
+{
+    const BackupFixture fixture(encrypted());
+    const auto backup = fixture.opened();
+    const auto first = backup->firstEncryptedItem();
+    for (FileCatalogue::Index i = 0; i <= first; ++i)
+        QCOMPARE(!backup->catalogue().encryptionKey(i).isEmpty() && !backup->isLocked(i), i == first);
+    SampleOptions plain = encrypted();
+    plain.password.clear();
+    const BackupFixture other(plain);
+    const auto unencrypted = other.opened();
+    QCOMPARE(errorOf([&] { unencrypted->firstEncryptedItem(); }),
+             u"BackupManifest::firstEncryptedItem, no valid keys"_s);
+}
+
+QTEST_GUILESS_MAIN(TestEncryptedBackup)
+#include "tst_encrypted_backup.moc"
