@@ -18,9 +18,19 @@ using Index = FileCatalogue::Index;
 
 constexpr qsizetype keyPrefixSize = 4;
 
+bool tellsEveryKind(const FileCatalogue &catalogue)
+{
+    for (Index i = 0; i < catalogue.size(); ++i)
+        if (catalogue.mode(i) == 0)
+            return false;
+    return true;
+}
+
 /// A record whose kind the catalogue does not tell is a folder when something lies below it.
 void tellFolders(FileCatalogue &catalogue, const FileTree &tree)
 {
+    if (tellsEveryKind(catalogue))
+        return;
     std::vector<FileTree::Node> open = {FileTree::root};
     while (!open.empty()) {
         const FileTree::Node node = open.back();
