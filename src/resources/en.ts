@@ -464,6 +464,370 @@
         <translation>Invalid password.</translation>
     </message>
     <message>
+        <source>IDS_%1_CONVERSATIONS</source>
+        <translation>%1 conversations</translation>
+    </message>
+    <message>
+        <source>IDS_ONE_CONVERSATION</source>
+        <translation>%1 conversation</translation>
+    </message>
+    <message>
+        <source>IDS_%1_FILES</source>
+        <translation>%1 files</translation>
+    </message>
+    <message>
+        <source>IDS_%1_MATCHES</source>
+        <translation>%1 found</translation>
+    </message>
+    <message>
+        <source>IDS_%1_MESSAGES</source>
+        <translation>%1 messages</translation>
+    </message>
+    <message>
+        <source>IDS_ONE_MESSAGE</source>
+        <translation>%1 message</translation>
+    </message>
+    <message>
+        <source>IDS_%1_SELECTED_%2</source>
+        <translation>%1, %2 selected</translation>
+    </message>
+    <message>
+        <source>IDS_ABOUT_TEXT</source>
+        <translation>Opens the backups that iTunes and Finder make of iPhones and iPads, shows what is in them and copies it out. Reading a backup never changes it.&lt;br/&gt;&lt;br/&gt;Free software under the GNU General Public License, version 3 or later.</translation>
+    </message>
+    <message>
+        <source>IDS_ACC_EXPORT_TARGET</source>
+        <translation>Where the export goes</translation>
+    </message>
+    <message>
+        <source>IDS_ACC_FIRST_DAY</source>
+        <translation>First day</translation>
+    </message>
+    <message>
+        <source>IDS_ACC_LAST_DAY</source>
+        <translation>Last day</translation>
+    </message>
+    <message>
+        <source>IDS_ACC_SOURCES</source>
+        <translation>Backups and local databases</translation>
+    </message>
+    <message>
+        <source>IDS_AND_%1_MORE</source>
+        <translation>and %1 more</translation>
+    </message>
+    <message>
+        <source>IDS_BROWSE</source>
+        <translation>Browse...</translation>
+    </message>
+    <message>
+        <source>IDS_CHECKING_PASSWORD</source>
+        <translation>Checking the password...</translation>
+    </message>
+    <message>
+        <source>IDS_CHOOSE_BACKUP_FOLDER</source>
+        <translation>Choose the folder of an iTunes Backup</translation>
+    </message>
+    <message>
+        <source>IDS_COL_CONVERSATION</source>
+        <translation>Conversation</translation>
+    </message>
+    <message>
+        <source>IDS_COL_FOLDER</source>
+        <translation>Folder</translation>
+    </message>
+    <message>
+        <source>IDS_COL_LAST</source>
+        <translation>Last</translation>
+    </message>
+    <message>
+        <source>IDS_COL_MESSAGES</source>
+        <translation>Messages</translation>
+    </message>
+    <message>
+        <source>IDS_COL_MODIFIED</source>
+        <translation>Modified</translation>
+    </message>
+    <message>
+        <source>IDS_COL_NAME</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>IDS_COL_SIZE</source>
+        <translation>Size</translation>
+    </message>
+    <message>
+        <source>IDS_COMMAND_LINE_LINK</source>
+        <translation>Quillbarrow for the command line</translation>
+    </message>
+    <message>
+        <source>IDS_CONFIRM_REPLACE_%1</source>
+        <translation>%1 exists already. Do you want to replace it?</translation>
+    </message>
+    <message>
+        <source>IDS_EXPORT</source>
+        <translation>Export</translation>
+    </message>
+    <message>
+        <source>IDS_EXPORT_%1_CONVERSATIONS</source>
+        <translation>Export %1 conversations</translation>
+    </message>
+    <message>
+        <source>IDS_EXPORT_ONE_CONVERSATION</source>
+        <translation>Export %1 conversation</translation>
+    </message>
+    <message>
+        <source>IDS_EXPORT_%1_ITEMS</source>
+        <translation>Export %1 items</translation>
+    </message>
+    <message>
+        <source>IDS_EXPORT_ONE_ITEM</source>
+        <translation>Export %1 item</translation>
+    </message>
+    <message>
+        <source>IDS_EXPORT_INTO_FILE</source>
+        <translation>Save as this file:</translation>
+    </message>
+    <message>
+        <source>IDS_EXPORT_INTO_FOLDER</source>
+        <translation>Save into this folder:</translation>
+    </message>
+    <message>
+        <source>IDS_EXPORT_NEEDS_TARGET</source>
+        <translation>Please choose where the export goes.</translation>
+    </message>
+    <message>
+        <source>IDS_EXPORT_TARGET_IS_FOLDER</source>
+        <translation>There is a folder of this name. Please choose a file name.</translation>
+    </message>
+    <message>
+        <source>IDS_FILE_SYSTEM</source>
+        <translation>File System</translation>
+    </message>
+    <message>
+        <source>IDS_FILTER_CONVERSATIONS</source>
+        <translation>Filter by name or number</translation>
+    </message>
+    <message>
+        <source>IDS_FILTER_FILES</source>
+        <translation>Filter by name</translation>
+    </message>
+    <message>
+        <source>IDS_FORMAT_CSV</source>
+        <translation>Table (CSV)</translation>
+    </message>
+    <message>
+        <source>IDS_FORMAT_CSV_HINT</source>
+        <translation>One line a message, for a spreadsheet.</translation>
+    </message>
+    <message>
+        <source>IDS_FORMAT_HTML</source>
+        <translation>Web pages (HTML)</translation>
+    </message>
+    <message>
+        <source>IDS_FORMAT_HTML_HINT</source>
+        <translation>One page a conversation, with pictures. Opens in any browser.</translation>
+    </message>
+    <message>
+        <source>IDS_FORMAT_TEXT</source>
+        <translation>Plain text</translation>
+    </message>
+    <message>
+        <source>IDS_FORMAT_TEXT_HINT</source>
+        <translation>All messages in one file, in the order of their dates.</translation>
+    </message>
+    <message>
+        <source>IDS_IOS_%1</source>
+        <translation>iOS %1</translation>
+    </message>
+    <message>
+        <source>IDS_LOADING_MESSAGES</source>
+        <translation>Loading messages...</translation>
+    </message>
+    <message>
+        <source>IDS_LOCKED_FILES_%1</source>
+        <translation>%1 files are locked to the device and were copied as they are. They cannot be read:</translation>
+    </message>
+    <message>
+        <source>IDS_MAKE_SAMPLE</source>
+        <translation>Make a sample backup</translation>
+    </message>
+    <message>
+        <source>IDS_MAKING_SAMPLE</source>
+        <translation>Making a sample backup...</translation>
+    </message>
+    <message>
+        <source>IDS_MESSAGES</source>
+        <translation>Messages</translation>
+    </message>
+    <message>
+        <source>IDS_MESSAGES_FAILED</source>
+        <translation>The messages could not be loaded.</translation>
+    </message>
+    <message>
+        <source>IDS_MISSING_ATTACHMENTS_%1</source>
+        <translation>%1 attachments are not in the backup and were left out:</translation>
+    </message>
+    <message>
+        <source>IDS_NEWEST_MESSAGES</source>
+        <translation>Newest messages</translation>
+    </message>
+    <message>
+        <source>IDS_NODE_SMS_%1</source>
+        <translation>SMS(%1)</translation>
+    </message>
+    <message>
+        <source>IDS_NOTHING_MATCHES</source>
+        <translation>Nothing matches.</translation>
+    </message>
+    <message>
+        <source>IDS_NO_BACKUP_FOUND</source>
+        <translation>No iTunes Backup was found.</translation>
+    </message>
+    <message>
+        <source>IDS_NO_BACKUP_FOUND_HINT</source>
+        <translation>If yours lies in another place, such as an external disk, import it by its folder. To see what Quillbarrow does, make a sample backup with invented people.</translation>
+    </message>
+    <message>
+        <source>IDS_NO_BACKUP_IN_FOLDER</source>
+        <translation>There is no iTunes Backup in this folder.</translation>
+    </message>
+    <message>
+        <source>IDS_NO_FILES</source>
+        <translation>This backup holds no files.</translation>
+    </message>
+    <message>
+        <source>IDS_NO_FILES_HINT</source>
+        <translation>Its list of files is empty. The backup may not have been finished.</translation>
+    </message>
+    <message>
+        <source>IDS_NO_FILE_NAMED_%1</source>
+        <translation>No file has "%1" in its name.</translation>
+    </message>
+    <message>
+        <source>IDS_NO_MESSAGES</source>
+        <translation>There are no messages in this backup.</translation>
+    </message>
+    <message>
+        <source>IDS_NO_MESSAGES_HINT</source>
+        <translation>Messages that are kept in iCloud are not part of a backup.</translation>
+    </message>
+    <message>
+        <source>IDS_ONLY_FROM</source>
+        <translation>Only from</translation>
+    </message>
+    <message>
+        <source>IDS_RANGE_TO</source>
+        <translation>to</translation>
+    </message>
+    <message>
+        <source>IDS_PRINT</source>
+        <translation>Print</translation>
+    </message>
+    <message>
+        <source>IDS_RELOAD</source>
+        <translation>Reload</translation>
+    </message>
+    <message>
+        <source>IDS_SAMPLE_FOLDER_NAME</source>
+        <translation>Sample backup</translation>
+    </message>
+    <message>
+        <source>IDS_SAVE_TO_DATABASE</source>
+        <translation>Save to Database</translation>
+    </message>
+    <message>
+        <source>IDS_SEARCH</source>
+        <translation>Search</translation>
+    </message>
+    <message>
+        <source>IDS_SELECT_CONVERSATION</source>
+        <translation>Select a conversation.</translation>
+    </message>
+    <message>
+        <source>IDS_SHOW_ALL_FILES</source>
+        <translation>Show all files</translation>
+    </message>
+    <message>
+        <source>IDS_SHOW_PASSWORD</source>
+        <translation>Show password</translation>
+    </message>
+    <message>
+        <source>IDS_START_HINT</source>
+        <translation>Load a backup to look at its messages and files. Quillbarrow reads backups and never changes them.</translation>
+    </message>
+    <message>
+        <source>IDS_START_TITLE</source>
+        <translation>What would you like to look at?</translation>
+    </message>
+    <message>
+        <source>IDS_TOOL_BAR</source>
+        <translation>Tool bar</translation>
+    </message>
+    <message>
+        <source>IDS_TRY_AGAIN</source>
+        <translation>Try again</translation>
+    </message>
+    <message>
+        <source>IDS_UNKNOWN_SENDER</source>
+        <translation>Unknown</translation>
+    </message>
+    <message>
+        <source>IDS_WHY_LOADING</source>
+        <translation>The messages are still being loaded.</translation>
+    </message>
+    <message>
+        <source>IDS_WHY_NOTHING_TO_EXPORT</source>
+        <translation>Select messages or files of a backup first.</translation>
+    </message>
+    <message>
+        <source>IDS_WHY_NOTHING_TO_SEARCH</source>
+        <translation>There is nothing to search here.</translation>
+    </message>
+    <message>
+        <source>IDS_WHY_NO_PRINT</source>
+        <translation>This version does not print. Export as web pages and print those.</translation>
+    </message>
+    <message>
+        <source>IDS_WHY_NO_REGISTRATION</source>
+        <translation>Quillbarrow is free and needs no registration.</translation>
+    </message>
+    <message>
+        <source>IDS_WHY_NO_SAVE</source>
+        <translation>This version does not save into local databases.</translation>
+    </message>
+    <message>
+        <source>IDS_WHY_NO_UPDATE_CHECK</source>
+        <translation>This version does not look for updates.</translation>
+    </message>
+    <message>
+        <source>IDS_WHY_SELECT_CONVERSATIONS</source>
+        <translation>Select one or more conversations first.</translation>
+    </message>
+    <message>
+        <source>IDS_WHY_SELECT_FILES</source>
+        <translation>Select one or more files first.</translation>
+    </message>
+    <message>
+        <source>IDS_SUC_COPIED_%1_FILES</source>
+        <translation>Successfully copied %1 files.</translation>
+    </message>
+    <message>
+        <source>IDS_%1_FILES_ALREADY_THERE</source>
+        <translation>%1 files were there already.</translation>
+    </message>
+    <message>
+        <source>IDS_FAILED_FILES_%1</source>
+        <translation>%1 files could not be copied:</translation>
+    </message>
+    <message>
+        <source>IDS_SKIPPED_FILES_%1</source>
+        <translation>%1 entries were skipped:</translation>
+    </message>
+    <message>
+        <source>IDS_SKIPPED_ROWS_%1_%2</source>
+        <translation>The backup is open, but %1 entries in its list of files could not be read and were left out. %2</translation>
+    </message>
+    <message>
         <source>IDS_FILTER_TEXT_FILES</source>
         <translation>Text Files(*.txt)</translation>
     </message>

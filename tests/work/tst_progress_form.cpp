@@ -2,40 +2,19 @@
 #include "base/texts.h"
 #include "resources/resources.h"
 #include "scripted_worker.h"
+#include "support/modal.h"
 #include "work/message_boxes.h"
 #include "work/progress_form.h"
 #include "work/run_job.h"
 
-#include <QApplication>
 #include <QLabel>
 #include <QMetaMethod>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
-#include <QTimer>
 
 namespace {
-/// Calls `answer` with the next message box that is shown.
-void onNextBox(std::function<void(MessageBox &)> answer)
-{
-    auto *timer = new QTimer(qApp);
-    QObject::connect(timer, &QTimer::timeout, qApp, [timer, answer] {
-        auto *box = qobject_cast<MessageBox *>(QApplication::activeModalWidget());
-        if (!box)
-            return;
-        timer->deleteLater();
-        timer->stop();
-        answer(*box);
-    });
-    timer->start(1);
-}
-
-void press(MessageBox &box, QMessageBox::StandardButton button)
-{
-    QTest::mouseClick(box.button(button), Qt::LeftButton);
-}
-
 QString textOf(const ProgressForm &form, const char *name)
 {
     return form.findChild<QLabel *>(QLatin1String(name))->text();
@@ -109,14 +88,9 @@ void TestProgressForm::cancelAnsweredNo()
     ProgressForm form({});
     QSignalSpy cancelled(&form, &ProgressForm::userCacel);
     form.show();
-    QString asked;
-    onNextBox([&](MessageBox &box) {
-        asked = box.text();
-        QCOMPARE(box.windowTitle(), QStringLiteral("Quillbarrow"));
-        press(box, QMessageBox::No);
-    });
+    const AnswerBox no(QMessageBox::No);
     QTest::mouseClick(cancelButton(form), Qt::LeftButton);
-    QCOMPARE(asked, QStringLiteral("Are You Sure You Want To Cancel?"));
+    QCOMPARE(no.text(), QStringLiteral("Are You Sure You Want To Cancel?"));
     QCOMPARE(cancelled.count(), 0);
     QVERIFY(!form.isCancelled());
     QVERIFY(form.isVisible());
@@ -128,7 +102,7 @@ void TestProgressForm::cancelAnsweredYes()
     QSignalSpy cancelled(&form, &ProgressForm::userCacel);
     QSignalSpy finished(&form, &QDialog::finished);
     form.show();
-    onNextBox([](MessageBox &box) { press(box, QMessageBox::Yes); });
+    const AnswerBox yes(QMessageBox::Yes);
     QTest::mouseClick(cancelButton(form), Qt::LeftButton);
     QCOMPARE(cancelled.count(), 1);
     QCOMPARE(finished.count(), 1);
@@ -143,8 +117,9 @@ void TestProgressForm::escapeAsksToo()
 {
     ProgressForm form({});
     form.show();
-    onNextBox([](MessageBox &box) { QTest::keyClick(&box, Qt::Key_Escape); });
+    const OnModal<MessageBox> escape([](MessageBox &box) { QTest::keyClick(&box, Qt::Key_Escape); });
     QTest::keyClick(&form, Qt::Key_Escape);
+    QVERIFY(escape.wasShown());
     QVERIFY(form.isVisible());
     QVERIFY(!form.isCancelled());
 }
@@ -153,7 +128,7 @@ void TestProgressForm::endWhileTheQuestionIsOpen()
 {
     ProgressForm form({});
     form.show();
-    onNextBox([&form](MessageBox &) { form.succeed({}); });
+    const OnModal<MessageBox> jobEnds([&form](MessageBox &) { form.succeed({}); });
     form.cancel();
     QCOMPARE(form.result(), 1);
     QVERIFY(!form.isCancelled());
@@ -163,29 +138,21 @@ void TestProgressForm::errorEndsCancelled()
 {
     ProgressForm form({});
     form.show();
-    bool shown = false;
-    onNextBox([&shown](MessageBox &box) {
-        shown = true;
-        QCOMPARE(box.icon(), QMessageBox::Critical);
-        press(box, QMessageBox::Ok);
-    });
+    const AnswerBox box;
     form.errorOccurred(QStringLiteral("the disk is full"));
-    QVERIFY(shown);
+    QVERIFY(box.text().contains(QStringLiteral("the disk is full")));
     QCOMPARE(form.result(), 0);
     QVERIFY(form.isCancelled());
 }
 
 void TestProgressForm::errorTextIsEscaped()
 {
-    QString text;
-    onNextBox([&text](MessageBox &box) {
-        text = box.text();
-        press(box, QMessageBox::Ok);
-    });
+    const AnswerBox box;
     showErrorBox(QStringLiteral("<b>a&b\nc"));
-    QCOMPARE(text, QStringLiteral("<nobr><b>Quillbarrow (x64) v3.1.36</b></nobr><br/><br/>An Error Occurred. "
-                                  "<br/><br/>&lt;b&gt;a&amp;b<br/>c<br/><br/> Or you can contact "
-                                  "support@quillbarrow.example for help."));
+    QCOMPARE(box.text(),
+             QStringLiteral("<nobr><b>Quillbarrow (x64) v3.1.36</b></nobr><br/><br/>An Error Occurred. "
+                            "<br/><br/>&lt;b&gt;a&amp;b<br/>c<br/><br/> Or you can contact "
+                            "support@quillbarrow.example for help."));
 }
 
 void TestProgressForm::successOffersTheResult()
@@ -194,9 +161,9 @@ void TestProgressForm::successOffersTheResult()
     form.setResultToOpen(QStringLiteral("/nowhere"));
     form.show();
     bool offered = false;
-    onNextBox([&offered](MessageBox &box) {
+    const OnModal<MessageBox> answer([&offered](MessageBox &box) {
         offered = box.findChild<QPushButton *>(QStringLiteral("btnOpenResult")) != nullptr;
-        press(box, QMessageBox::Ok);
+        QTest::mouseClick(box.button(QMessageBox::Ok), Qt::LeftButton);
     });
     form.succeed(QStringLiteral("Successfully extracted 3 Messages."));
     QVERIFY(offered);
@@ -209,7 +176,7 @@ void TestProgressForm::tipClearsItsFlag()
     ProgressForm form({});
     form.show();
     *form.link().tipPending = true;
-    onNextBox([](MessageBox &box) { press(box, QMessageBox::Ok); });
+    const AnswerBox ok;
     form.tipsWait(QStringLiteral("read me"));
     QVERIFY(!*form.link().tipPending);
     QVERIFY(form.isVisible());
@@ -229,7 +196,7 @@ void TestProgressForm::jobFails()
 {
     auto worker = std::make_unique<ScriptedWorker>(
         [](Progress &, ScriptedWorker &) -> QString { throw Error(QStringLiteral("no")); });
-    onNextBox([](MessageBox &box) { press(box, QMessageBox::Ok); });
+    const AnswerBox ok;
     QVERIFY(!runJob(QString(), worker, nullptr));
     QVERIFY(worker && worker->isFinished());
 }

@@ -1,0 +1,14 @@
+#include "work/load_messages_thread.h"
+
+LoadMessagesThread::LoadMessagesThread(OpenBackupPtr backup) : m_backup(std::move(backup)) {}
+
+QString LoadMessagesThread::work(Progress &progress)
+{
+    const BackupUse use(*m_backup, progress);
+    auto messages = openMessageDb(m_backup->manifest());
+    progress.check();
+    messages->loadChats();
+    messages->loadMessages(0, progress);
+    m_messages = std::move(messages);
+    return {};
+}

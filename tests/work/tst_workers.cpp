@@ -1,0 +1,175 @@
+#include "base/error.h"
+#include "base/texts.h"
+#include "messages/abs_message_db.h"
+#include "recording_receiver.h"
+#include "resources/resources.h"
+#include "support/sample_backup.h"
+#include "work/export_messages_thread.h"
+#include "work/load_bk_thread.h"
+#include "work/load_messages_thread.h"
+
+#include <QDirIterator>
+#include <QTest>
+
+namespace {
+/// Asks to stop at the n-th look at the flag.
+class StopAt : public NoProgress
+{
+public:
+    explicit StopAt(int looks) : m_left(looks) {}
+    bool isCancelled() const override { return --m_left <= 0; }
+
+private:
+    mutable int m_left;
+};
+
+QStringList filesBelow(const QString &folder)
+{
+    QStringList files;
+    QDirIterator walk(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (walk.hasNext())
+        files << walk.next();
+    return files;
+}
+
+QString contentPath(const SampleBackup &sample, const QString &relativePath)
+{
+    const QString id = sample.summary().file(QStringLiteral("HomeDomain"), relativePath)->fileId;
+    return QStringLiteral("%1/%2/%3").arg(sample.folder(), id.left(2), id);
+}
+} // namespace
+
+class TestWorkers : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void loadCountsMessages();
+    void loadSurvivesADamagedMessageDatabase();
+    void loadStops();
+    void loadMessagesFails();
+    void exportStopsWithoutHalfAFile_data();
+    void exportStopsWithoutHalfAFile();
+    void exportTextNamesWhatIsMissing();
+    void oneWorkerAtATimeUsesABackup();
+};
+
+void TestWorkers::initTestCase()
+{
+    initResources();
+    installTexts();
+}
+
+void TestWorkers::loadCountsMessages()
+{
+    const SampleBackup sample;
+    NoProgress nobody;
+    const OpenBackupPtr backup = sample.described();
+    const BackupCounts counts = loadBackup(*backup, nobody);
+    QCOMPARE(counts.messages, qint64(sample.summary().counts.joinedMessages));
+    QCOMPARE(counts.messagesProblem, QString());
+    QVERIFY(backup->manifest().hasIndex());
+}
+
+void TestWorkers::loadSurvivesADamagedMessageDatabase()
+{
+    const SampleBackup sample;
+    QFile database(contentPath(sample, QStringLiteral("Library/SMS/sms.db")));
+    QVERIFY(database.open(QIODevice::WriteOnly));
+    database.write(QByteArray(10000, 'x'));
+    database.close();
+    NoProgress nobody;
+    const BackupCounts counts = loadBackup(*sample.described(), nobody);
+    QCOMPARE(counts.messages, qint64(0));
+    QVERIFY(!counts.messagesProblem.isEmpty());
+}
+
+void TestWorkers::loadStops()
+{
+    const SampleBackup sample;
+    StopAt progress(1);
+    QVERIFY_EXCEPTION_THROWN(loadBackup(*sample.described(), progress), Cancelled);
+}
+
+void TestWorkers::loadMessagesFails()
+{
+    const SampleBackup sample;
+    const OpenBackupPtr backup = sample.opened();
+    QVERIFY(QFile::remove(contentPath(sample, QStringLiteral("Library/SMS/sms.db"))));
+    RecordingReceiver receiver;
+    LoadMessagesThread worker(backup);
+    ProgressLink link;
+    link.receiver = &receiver;
+    worker.setLink(link);
+    worker.start();
+    QTRY_VERIFY(receiver.ended());
+    QVERIFY(worker.wait());
+    QVERIFY(receiver.lines.constFirst().startsWith(QStringLiteral("error: ")));
+}
+
+void TestWorkers::exportStopsWithoutHalfAFile_data()
+{
+    QTest::addColumn<int>("format");
+    QTest::addColumn<int>("looks");
+    for (const int looks : {1, 2, 50}) {
+        const QByteArray at = QByteArray::number(looks);
+        QTest::addRow("text, at look %d", looks) << int(MessageFormat::Text) << looks;
+        QTest::addRow("csv, at look %d", looks) << int(MessageFormat::Csv) << looks;
+    }
+}
+
+void TestWorkers::exportStopsWithoutHalfAFile()
+{
+    QFETCH(int, format);
+    QFETCH(int, looks);
+    const SampleBackup sample;
+    const OpenBackupPtr backup = sample.opened();
+    const auto messages = openMessageDb(backup->manifest());
+    NoProgress nobody;
+    messages->loadChats();
+    messages->loadMessages(0, nobody);
+    QTemporaryDir target;
+    StopAt progress(looks);
+    QVERIFY_EXCEPTION_THROWN(
+        exportMessages(messages->select({}, INT64_MIN, INT64_MAX), static_cast<MessageFormat>(format),
+                       target.filePath(QStringLiteral("out")), &backup->manifest(), progress),
+        Cancelled);
+    QCOMPARE(filesBelow(target.path()), QStringList());
+}
+
+void TestWorkers::exportTextNamesWhatIsMissing()
+{
+    MessageExportSummary summary;
+    summary.written = 7;
+    QCOMPARE(messageExportText(summary), QStringLiteral("Successfully extracted 7 Messages."));
+    for (int i = 1; i <= 7; ++i)
+        summary.missingAttachments << QStringLiteral("IMG_%1.JPG: not in the backup").arg(i);
+    const QString text = messageExportText(summary);
+    QVERIFY(text.startsWith(QStringLiteral("Successfully extracted 7 Messages.\n\n7 ")));
+    QVERIFY(text.contains(QStringLiteral("IMG_5.JPG: not in the backup")));
+    QVERIFY(!text.contains(QStringLiteral("IMG_6.JPG")));
+    QVERIFY(text.endsWith(QStringLiteral("and 2 more")));
+}
+
+void TestWorkers::oneWorkerAtATimeUsesABackup()
+{
+    const SampleBackup sample;
+    const OpenBackupPtr backup = sample.opened();
+    NoProgress nobody;
+    auto turn = std::make_unique<BackupUse>(*backup, nobody);
+    RecordingReceiver receiver;
+    LoadMessagesThread worker(backup);
+    ProgressLink link;
+    link.receiver = &receiver;
+    worker.setLink(link);
+    worker.start();
+    QVERIFY2(!worker.wait(120), "it waits for its turn");
+    turn.reset();
+    QTRY_VERIFY(receiver.ended());
+    QVERIFY(worker.wait());
+    QVERIFY(worker.takeMessages() != nullptr);
+}
+
+QTEST_GUILESS_MAIN(TestWorkers)
+#include "tst_workers.moc"
