@@ -1,0 +1,150 @@
+#include "views/file_sys_main_form.h"
+
+#include "base/texts.h"
+#include "views/item_model_files.h"
+#include "views/roomy_delegate.h"
+#include "views/state_stack.h"
+#include "views/view_header.h"
+#include "work/export_bk_file_thread.h"
+#include "work/run_job.h"
+
+#include <QAction>
+#include <QFileDialog>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QLocale>
+#include <QStandardPaths>
+#include <QTimer>
+#include <QTreeView>
+#include <QVBoxLayout>
+
+namespace {
+constexpr int nameWidth = 320;
+constexpr int sizeWidth = 100;
+constexpr int dateWidth = 160;
+// Long enough that typing a word looks through a million names once, not for every letter.
+constexpr int filterDelayMs = 200;
+
+QString number(qint64 value)
+{
+    return QLocale::system().toString(value);
+}
+
+QString exportText(std::size_t count)
+{
+    return count == 0   ? textFor("IDS_EXPORT")
+           : count == 1 ? textFor("IDS_EXPORT_ONE_ITEM").arg(1)
+                        : textFor("IDS_EXPORT_%1_ITEMS").arg(number(static_cast<qint64>(count)));
+}
+} // namespace
+
+FileSysMainForm::FileSysMainForm(OpenBackupPtr backup, QWidget *parent)
+    : DataView(parent),
+      m_backup(std::move(backup)),
+      m_model(new ItemModelFiles(m_backup, this)),
+      m_header(new ViewHeader(textFor("IDS_FILE_SYSTEM"))),
+      m_filter(m_header->addFilter(textFor("IDS_FILTER_FILES"))),
+      m_tree(new QTreeView),
+      m_states(new StateStack(m_tree)),
+      m_filterDelay(new QTimer(this))
+{
+    m_header->addAction(exportAction());
+    buildTree();
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_header);
+    layout->addWidget(m_states, 1);
+
+    m_filterDelay->setSingleShot(true);
+    m_filterDelay->setInterval(filterDelayMs);
+    connect(m_filterDelay, &QTimer::timeout, this, &FileSysMainForm::applyFilter);
+    connect(m_filter, &QLineEdit::textChanged, m_filterDelay, qOverload<>(&QTimer::start));
+    connect(m_header, &ViewHeader::filterLeft, m_tree, [this] { m_tree->setFocus(); });
+    connect(m_states, &StateStack::actionRequested, m_filter, &QLineEdit::clear);
+    applyFilter();
+}
+
+void FileSysMainForm::buildTree()
+{
+    m_tree->setObjectName(QStringLiteral("treeFiles"));
+    m_tree->setAccessibleName(textFor("IDS_FILE_SYSTEM"));
+    m_tree->setModel(m_model);
+    m_tree->setUniformRowHeights(true);
+    m_tree->setItemDelegate(new RoomyDelegate(m_tree));
+    m_tree->setAllColumnsShowFocus(true);
+    m_tree->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    m_tree->setTextElideMode(Qt::ElideMiddle);
+    m_tree->setFrameShape(QFrame::NoFrame);
+    m_tree->setSortingEnabled(true);
+    m_tree->sortByColumn(ItemModelFiles::Name, Qt::AscendingOrder);
+    m_tree->setContextMenuPolicy(Qt::ActionsContextMenu);
+    m_tree->QWidget::addAction(exportAction());
+    m_tree->header()->resizeSection(ItemModelFiles::Name, nameWidth);
+    m_tree->header()->resizeSection(ItemModelFiles::Size, sizeWidth);
+    m_tree->header()->resizeSection(ItemModelFiles::Modified, dateWidth);
+    connect(m_tree->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &FileSysMainForm::refresh);
+    connect(m_model, &QAbstractItemModel::modelReset, this, &FileSysMainForm::refresh);
+}
+
+// The index of an opened backup does not change; only what was typed is taken back.
+void FileSysMainForm::reload()
+{
+    m_filter->clear();
+    applyFilter();
+}
+
+void FileSysMainForm::applyFilter()
+{
+    m_filterDelay->stop();
+    m_model->setFilter(m_filter->text());
+    m_tree->setRootIsDecorated(!m_model->isFiltered());
+    m_tree->setColumnHidden(ItemModelFiles::Folder, !m_model->isFiltered());
+    if (m_model->rowCount() > 0)
+        m_states->showContent();
+    else if (m_model->isFiltered())
+        m_states->showEmpty(textFor("IDS_NOTHING_MATCHES"),
+                            textFor("IDS_NO_FILE_NAMED_%1").arg(m_filter->text().trimmed()),
+                            textFor("IDS_SHOW_ALL_FILES"));
+    else
+        m_states->showEmpty(textFor("IDS_NO_FILES"), textFor("IDS_NO_FILES_HINT"));
+    m_header->setCount(m_model->isFiltered() ? textFor("IDS_%1_MATCHES").arg(number(m_model->rowCount()))
+                                             : textFor("IDS_%1_FILES").arg(number(m_model->fileCount())));
+    refresh();
+}
+
+std::vector<FileTree::Node> FileSysMainForm::selectedNodes() const
+{
+    std::vector<FileTree::Node> nodes;
+    const QModelIndexList rows = m_tree->selectionModel()->selectedRows();
+    for (const QModelIndex &row : rows)
+        nodes.push_back(m_model->node(row));
+    return nodes;
+}
+
+void FileSysMainForm::refresh()
+{
+    const std::size_t selected = selectedNodes().size();
+    setExportState(exportText(selected), selected == 0 ? textFor("IDS_WHY_SELECT_FILES") : QString());
+    setStatus(textFor("IDS_%1_SELECTED_%2")
+                  .arg(textFor("IDS_%1_FILES").arg(number(m_model->fileCount())),
+                       number(static_cast<qint64>(selected))));
+}
+
+void FileSysMainForm::exportSelection()
+{
+    const QString start = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    const QString folder = QFileDialog::getExistingDirectory(this, textFor("IDS_EXPORT_INTO_FOLDER"), start);
+    if (!folder.isEmpty())
+        exportTo(folder);
+}
+
+bool FileSysMainForm::exportTo(const QString &folder)
+{
+    std::vector<FileTree::Node> nodes = selectedNodes();
+    if (nodes.empty())
+        return false;
+    auto worker = std::make_unique<ExportBKFileThread>(m_backup, std::move(nodes), folder);
+    return runJob(exportAction()->text(), worker, this, folder);
+}

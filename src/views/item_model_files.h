@@ -1,0 +1,60 @@
+#pragma once
+
+#include "work/open_backup.h"
+
+#include <QAbstractItemModel>
+#include <QIcon>
+
+#include <unordered_map>
+#include <vector>
+
+/// The files of a backup as a tree whose folders are read when they are expanded, or as the flat list of
+/// those whose name holds a text. Needs a backup with an index.
+class ItemModelFiles : public QAbstractItemModel
+{
+    Q_OBJECT
+
+public:
+    enum Column { Name, Size, Modified, Folder, ColumnCount };
+
+    explicit ItemModelFiles(OpenBackupPtr backup, QObject *parent = nullptr);
+
+    QModelIndex index(int row, int column, const QModelIndex &parent = {}) const override;
+    QModelIndex parent(const QModelIndex &child) const override;
+    int rowCount(const QModelIndex &parent = {}) const override;
+    int columnCount(const QModelIndex &parent = {}) const override;
+    bool hasChildren(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+    void sort(int column, Qt::SortOrder order) override;
+
+    /// Shows the whole tree again when `text` is empty.
+    void setFilter(const QString &text);
+    bool isFiltered() const { return !m_filter.isEmpty(); }
+    /// Files, not folders, of the whole backup.
+    qint64 fileCount() const { return m_fileCount; }
+    FileTree::Node node(const QModelIndex &index) const;
+
+private:
+    const FileTree &tree() const { return m_backup->manifest().tree(); }
+    const FileCatalogue &catalogue() const { return m_backup->manifest().catalogue(); }
+    bool isFlat(FileTree::Node node) const { return isFiltered() && node != FileTree::root; }
+    const std::vector<FileTree::Node> &childrenOf(FileTree::Node parent) const;
+    void noteRows(const std::vector<FileTree::Node> &nodes) const;
+    void arrange(std::vector<FileTree::Node> &nodes) const;
+    std::vector<FileTree::Node> matches() const;
+    QString text(FileTree::Node node, int column) const;
+    qint64 sizeOf(FileTree::Node node) const;
+    qint64 modifiedOf(FileTree::Node node) const;
+
+    OpenBackupPtr m_backup;
+    // Of the folders looked into so far, which is done when a view first asks for their rows.
+    mutable std::unordered_map<FileTree::Node, std::vector<FileTree::Node>> m_children;
+    mutable std::unordered_map<FileTree::Node, int> m_rowOf; // within its parent
+    QString m_filter;
+    int m_sortColumn = Name;
+    Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
+    qint64 m_fileCount = 0;
+    QIcon m_folderIcon;
+    QIcon m_fileIcon;
+};

@@ -1,0 +1,164 @@
+#include "views/load_itunes_backup_dlg.h"
+
+#include "base/error.h"
+#include "base/file_names.h"
+#include "base/texts.h"
+#include "views/fonts.h"
+#include "views/item_model_backups.h"
+#include "views/state_stack.h"
+#include "views/two_line_delegate.h"
+#include "work/make_sample_thread.h"
+#include "work/message_boxes.h"
+#include "work/run_job.h"
+#include "work/win_movable.h"
+
+#include <QDir>
+#include <QFileDialog>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QListView>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace {
+constexpr QSize dialogSize(560, 440);
+}
+
+LoadItunesBackupDlg::LoadItunesBackupDlg(const QStringList &roots, const QSet<QString> &loaded,
+                                         QWidget *parent)
+    : QDialog(parent, Qt::Dialog | Qt::FramelessWindowHint),
+      m_roots(roots),
+      m_loaded(loaded),
+      m_model(new ItemModelBackups(this))
+{
+    setWindowTitle(textFor("IDS_MI_LOAD_BACKUP"));
+    buildWidgets();
+    new WinMovable(this);
+    m_model->setBackups(listBackups(m_roots));
+    refreshState();
+    select(0);
+    resize(dialogSize);
+}
+
+void LoadItunesBackupDlg::buildWidgets()
+{
+    auto *title = new QLabel(textFor("IDS_SELECT_BACKUP"));
+    title->setFont(titleFont(title->font()));
+    title->setWordWrap(true);
+    m_list = new QListView;
+    m_list->setObjectName(QStringLiteral("listBackups"));
+    m_list->setAccessibleName(textFor("IDS_ROOT_BK"));
+    m_list->setModel(m_model);
+    m_list->setItemDelegate(new TwoLineDelegate(ItemModelBackups::DescriptionRole, m_list));
+    m_list->setIconSize({24, 24});
+    m_list->setUniformItemSizes(true);
+    m_states = new StateStack(m_list);
+    m_addOther = new QLabel(textFor("IDS_ADD_OTHER_BACKUP"));
+    m_addOther->setObjectName(QStringLiteral("lbAddOther"));
+    m_addOther->setTextFormat(Qt::RichText);
+    m_addOther->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
+    m_addOther->setWordWrap(true);
+    m_load = new QPushButton(textFor("IDS_LOAD"));
+    m_load->setObjectName(QStringLiteral("btnLoad"));
+    m_load->setDefault(true);
+    m_cancel = new QPushButton(textFor("IDS_CANCEL"));
+    m_cancel->setObjectName(QStringLiteral("btnCancel"));
+
+    auto *buttons = new QHBoxLayout;
+    buttons->setSpacing(8);
+    buttons->addStretch();
+    buttons->addWidget(m_load);
+    buttons->addWidget(m_cancel);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(24, 24, 24, 16);
+    layout->setSpacing(8);
+    layout->addWidget(title);
+    layout->addSpacing(8);
+    layout->addWidget(m_states, 1);
+    layout->addWidget(m_addOther);
+    layout->addSpacing(8);
+    layout->addLayout(buttons);
+
+    connect(m_load, &QPushButton::clicked, this, &LoadItunesBackupDlg::btnLoadClicked);
+    connect(m_cancel, &QPushButton::clicked, this, &QDialog::reject);
+    connect(m_list, &QListView::doubleClicked, this, &LoadItunesBackupDlg::btnLoadClicked);
+    connect(m_addOther, &QLabel::linkActivated, this, &LoadItunesBackupDlg::btnAddOtherClicked);
+    connect(m_states, &StateStack::actionRequested, this, &LoadItunesBackupDlg::makeSample);
+}
+
+void LoadItunesBackupDlg::refreshState()
+{
+    if (m_model->rowCount() > 0)
+        m_states->showContent();
+    else
+        m_states->showEmpty(textFor("IDS_NO_BACKUP_FOUND"), textFor("IDS_NO_BACKUP_FOUND_HINT"),
+                            textFor("IDS_MAKE_SAMPLE"));
+}
+
+void LoadItunesBackupDlg::select(int row)
+{
+    m_list->setCurrentIndex(m_model->index(row, 0));
+}
+
+bool LoadItunesBackupDlg::isLoaded(const QString &folder) const
+{
+    return m_loaded.contains(backupUid(folder));
+}
+
+void LoadItunesBackupDlg::btnLoadClicked()
+{
+    const QModelIndex current = m_list->currentIndex();
+    if (!current.isValid()) {
+        showWarningBox(textFor("IDS_NEED_SELECT_BACKUP"));
+        return;
+    }
+    const QString folder = m_model->backup(current.row()).folder;
+    if (isLoaded(folder)) {
+        showWarningBox(textFor("IDS_BACKUP_ALREADY_LISTED"));
+        return;
+    }
+    m_selected = folder;
+    accept();
+}
+
+void LoadItunesBackupDlg::btnAddOtherClicked(QString)
+{
+    const QString folder =
+        QFileDialog::getExistingDirectory(this, textFor("IDS_CHOOSE_BACKUP_FOLDER"), QDir::homePath());
+    if (!folder.isEmpty())
+        addFolder(folder);
+}
+
+void LoadItunesBackupDlg::addFolder(const QString &folder)
+{
+    if (isLoaded(folder)) {
+        showWarningBox(textFor("IDS_BACKUP_ALREADY_LISTED"));
+        return;
+    }
+    QList<BackupInfo> found;
+    // People choose the folder that holds the backups as readily as one of them.
+    if (!isBackupFolder(folder))
+        found = listBackups({folder});
+    try {
+        if (found.isEmpty())
+            found << readBackupInfo(folder);
+    } catch (const Error &error) {
+        showWarningBox(textFor("IDS_NO_BACKUP_IN_FOLDER") + QStringLiteral("\n\n") + error.sentence());
+        return;
+    }
+    for (const BackupInfo &backup : std::as_const(found)) {
+        if (m_model->rowOf(backup.folder) < 0)
+            m_model->append(backup);
+    }
+    refreshState();
+    select(m_model->rowOf(found.constLast().folder));
+}
+
+void LoadItunesBackupDlg::makeSample()
+{
+    const QString folder =
+        freeFileName(QDir(sampleBackupsFolder()).filePath(textFor("IDS_SAMPLE_FOLDER_NAME")));
+    auto worker = std::make_unique<MakeSampleThread>(folder);
+    if (runJob(textFor("IDS_MAKING_SAMPLE"), worker, this))
+        addFolder(folder);
+}

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QStyledItemDelegate>
+
+/// Draws an item as two lines, the display text semi-bold above a quieter one, each shortened in the middle.
+class TwoLineDelegate : public QStyledItemDelegate
+{
+    Q_OBJECT
+
+public:
+    /// `secondLineRole` gives the text of the lower line.
+    explicit TwoLineDelegate(int secondLineRole, QObject *parent = nullptr);
+
+    void paint(QPainter *painter, const QStyleOptionViewItem &option,
+               const QModelIndex &index) const override;
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+
+private:
+    int m_secondLineRole;
+};

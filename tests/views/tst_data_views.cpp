@@ -1,0 +1,238 @@
+#include "base/texts.h"
+#include "resources/resources.h"
+#include "support/modal.h"
+#include "support/sample_backup.h"
+#include "views/bk_desc_form.h"
+#include "views/date_range_edit.h"
+#include "views/file_sys_main_form.h"
+#include "views/message_export_dlg.h"
+#include "views/sms_main_form.h"
+#include "views/state_stack.h"
+#include "work/progress_form.h"
+
+#include <QAction>
+#include <QDirIterator>
+#include <QLabel>
+#include <QLineEdit>
+#include <QTest>
+#include <QTreeView>
+
+namespace {
+QTreeView *listOf(const SMSMainForm &form)
+{
+    return form.findChild<QTreeView *>(QStringLiteral("listConversations"));
+}
+
+bool isLoaded(const SMSMainForm &form)
+{
+    return listOf(form)->isVisible();
+}
+
+QString labelText(const QWidget &form, const char *name)
+{
+    return form.findChild<QLabel *>(QLatin1String(name))->text();
+}
+
+QStringList filesBelow(const QString &folder)
+{
+    QStringList files;
+    QDirIterator walk(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (walk.hasNext())
+        files << walk.next();
+    return files;
+}
+} // namespace
+
+class TestDataViews : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void description();
+    void longNames_data();
+    void longNames();
+    void conversationsLoadAndFilter();
+    void conversationsExport();
+    void exportCancelledLeavesNothing();
+    void noMessages();
+    void messagesFailAndTryAgain();
+    void filesFilterAndStates();
+    void filesExport();
+};
+
+void TestDataViews::initTestCase()
+{
+    initResources();
+    installTexts();
+}
+
+void TestDataViews::description()
+{
+    BackupInfo info;
+    info.displayName = QStringLiteral("Ann's <iPhone>");
+    info.folder = QStringLiteral("/a & b");
+    info.productVersion = QStringLiteral("17.1");
+    const BKDescForm form(info);
+    QStringList texts;
+    for (const QLabel *label : form.findChildren<QLabel *>())
+        texts << label->text();
+    QVERIFY(texts.contains(QStringLiteral("<b style=\"font-style:italic;\">IOS Version:</b>")));
+    QVERIFY(texts.contains(QStringLiteral("17.1")));
+    QVERIFY(texts.contains(QStringLiteral("Normal")));
+    QCOMPARE(labelText(form, "lbPath"), QStringLiteral("<a href=\"/a &amp; b\">/a &amp; b</a>"));
+}
+
+void TestDataViews::longNames_data()
+{
+    QTest::addColumn<int>("length");
+    QTest::addColumn<int>("shown");
+    QTest::newRow("39") << 39 << 39;
+    QTest::newRow("40 are shown whole") << 40 << 40;
+    QTest::newRow("41 are cut") << 41 << 43;
+}
+
+void TestDataViews::longNames()
+{
+    QFETCH(int, length);
+    QFETCH(int, shown);
+    const QString name(length, QLatin1Char('n'));
+    const QString text = shortBackupName(name);
+    QCOMPARE(static_cast<int>(text.size()), shown);
+    QCOMPARE(text.endsWith(QStringLiteral("...")), length > 40);
+}
+
+void TestDataViews::conversationsLoadAndFilter()
+{
+    const SampleBackup sample;
+    SMSMainForm form(sample.opened());
+    form.show();
+    QVERIFY2(!form.exportAction()->isEnabled(), "nothing to export while it loads");
+    QVERIFY(!form.exportAction()->toolTip().isEmpty());
+    QTRY_VERIFY(isLoaded(form));
+    const int all = listOf(form)->model()->rowCount();
+    QVERIFY(all > 3);
+    QCOMPARE(form.exportAction()->text(), QStringLiteral("Export 1 conversation"));
+    QVERIFY(!labelText(form, "lbConversation").isEmpty());
+
+    listOf(form)->selectAll();
+    QCOMPARE(form.exportAction()->text(), QStringLiteral("Export %1 conversations").arg(all));
+    form.filterEdit()->setText(QStringLiteral("nobody is called this"));
+    QCOMPARE(listOf(form)->model()->rowCount(), 0);
+    QVERIFY(!form.exportAction()->isEnabled());
+    QTest::keyClick(form.filterEdit(), Qt::Key_Escape);
+    QCOMPARE(form.filterEdit()->text(), QString());
+    QCOMPARE(listOf(form)->model()->rowCount(), all);
+    form.findChild<DateRangeEdit *>()->setRange(QDate(1999, 1, 1), QDate(1999, 12, 31));
+    QCOMPARE(listOf(form)->model()->rowCount(), 0);
+}
+
+void TestDataViews::conversationsExport()
+{
+    const SampleBackup sample;
+    SMSMainForm form(sample.opened());
+    form.show();
+    QTRY_VERIFY(isLoaded(form));
+    QTemporaryDir target;
+    const AnswerBox done;
+    QVERIFY(form.exportTo({MessageFormat::Text, target.filePath(QStringLiteral("one.txt"))}));
+    QVERIFY(done.text().startsWith(QStringLiteral("Successfully extracted ")));
+    QCOMPARE(filesBelow(target.path()), QStringList(target.filePath(QStringLiteral("one.txt"))));
+}
+
+void TestDataViews::exportCancelledLeavesNothing()
+{
+    const SampleBackup sample;
+    const OpenBackupPtr backup = sample.opened();
+    SMSMainForm form(backup);
+    form.show();
+    QTRY_VERIFY(isLoaded(form));
+    QTemporaryDir target;
+    NoProgress nobody;
+    const BackupUse turn(*backup, nobody); // keeps the worker from being done before it is cancelled
+    const OnModal<ProgressForm> cancel([](ProgressForm &progress) {
+        const AnswerBox yes(QMessageBox::Yes);
+        progress.cancel();
+    });
+    QVERIFY(!form.exportTo({MessageFormat::Csv, target.filePath(QStringLiteral("one.csv"))}));
+    QVERIFY(cancel.wasShown());
+    QCOMPARE(filesBelow(target.path()), QStringList());
+}
+
+void TestDataViews::noMessages()
+{
+    SampleOptions options;
+    options.ios = 9;
+    const SampleBackup sample(options);
+    const OpenBackupPtr backup = sample.opened();
+    const QString id =
+        sample.summary().file(QStringLiteral("HomeDomain"), QStringLiteral("Library/SMS/sms.db"))->fileId;
+    // A database that lists no conversation.
+    QFile database(QStringLiteral("%1/%2/%3").arg(sample.folder(), id.left(2), id));
+    QVERIFY(database.remove());
+    makeMessageDatabase(database.fileName(), 9, 0, 0, 1);
+    SMSMainForm form(backup);
+    form.show();
+    auto *states = form.findChild<StateStack *>();
+    QTRY_VERIFY(form.status() != QStringLiteral("Loading messages..."));
+    if (listOf(form)->model()->rowCount() == 0)
+        QCOMPARE(labelText(*states, "lbStateTitle"), QStringLiteral("There are no messages in this backup."));
+}
+
+void TestDataViews::messagesFailAndTryAgain()
+{
+    const SampleBackup sample;
+    const OpenBackupPtr backup = sample.opened();
+    const QString id =
+        sample.summary().file(QStringLiteral("HomeDomain"), QStringLiteral("Library/SMS/sms.db"))->fileId;
+    const QString path = QStringLiteral("%1/%2/%3").arg(sample.folder(), id.left(2), id);
+    QVERIFY(QFile::rename(path, path + QStringLiteral("x")));
+    SMSMainForm form(backup);
+    form.show();
+    auto *states = form.findChild<StateStack *>();
+    QTRY_COMPARE(labelText(*states, "lbStateTitle"), QStringLiteral("The messages could not be loaded."));
+    QVERIFY(!labelText(*states, "lbStateText").isEmpty());
+    QVERIFY(!form.exportAction()->isEnabled());
+    QVERIFY(QFile::rename(path + QStringLiteral("x"), path));
+    emit states->actionRequested();
+    QTRY_VERIFY(isLoaded(form));
+}
+
+void TestDataViews::filesFilterAndStates()
+{
+    const SampleBackup sample;
+    FileSysMainForm form(sample.opened());
+    form.show();
+    auto *tree = form.findChild<QTreeView *>(QStringLiteral("treeFiles"));
+    QVERIFY(tree->isVisible());
+    QVERIFY(!form.exportAction()->isEnabled());
+    form.filterEdit()->setText(QStringLiteral("no such file at all"));
+    QTRY_VERIFY(!tree->isVisible());
+    QCOMPARE(labelText(form, "lbStateTitle"), QStringLiteral("Nothing matches."));
+    form.filterEdit()->setText(QStringLiteral("sms.db"));
+    QTRY_VERIFY(tree->isVisible());
+    tree->selectAll();
+    QVERIFY(form.exportAction()->isEnabled());
+}
+
+void TestDataViews::filesExport()
+{
+    const SampleBackup sample;
+    FileSysMainForm form(sample.opened());
+    form.show();
+    auto *tree = form.findChild<QTreeView *>(QStringLiteral("treeFiles"));
+    form.filterEdit()->setText(QStringLiteral("sms.db"));
+    QTRY_VERIFY(labelText(form, "lbCount").endsWith(QStringLiteral("found")));
+    for (int row = 0; row < tree->model()->rowCount(); ++row) {
+        if (tree->model()->index(row, 0).data() == QStringLiteral("sms.db"))
+            tree->setCurrentIndex(tree->model()->index(row, 0));
+    }
+    QTemporaryDir target;
+    const AnswerBox done;
+    QVERIFY(form.exportTo(target.path()));
+    QCOMPARE(done.text(), QStringLiteral("Successfully copied 1 files."));
+    QCOMPARE(filesBelow(target.path()), QStringList(target.filePath(QStringLiteral("sms.db"))));
+}
+
+QTEST_MAIN(TestDataViews)
+#include "tst_data_views.moc"
