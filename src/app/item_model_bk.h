@@ -1,0 +1,74 @@
+#pragma once
+
+#include "app/abs_tree_item_model.h"
+#include "work/load_bk_thread.h"
+
+#include <QSet>
+
+/// What a node of the data-source tree stands for. The numbers are fixed.
+enum class NodeKind {
+    BackupsRoot = 1,
+    LocalDatabasesRoot = 2,
+    Backup = 3,
+    LocalDatabase = 4,
+    Messages = 5,
+    FileSystem = 13
+};
+
+/// A node of the data-source tree.
+class BkNode : public TreeNode
+{
+public:
+    BkNode(NodeKind kind, QString label) : m_kind(kind), m_label(std::move(label)) {}
+
+    QVariant data(int role) const override;
+    NodeKind kind() const { return m_kind; }
+    const QString &label() const { return m_label; }
+
+    /// Of a Backup node; null otherwise.
+    const OpenBackupPtr &backup() const { return m_backup; }
+    /// Of a LocalDatabase node: its folder.
+    const QString &folder() const { return m_folder; }
+
+private:
+    friend class ItemModelBK;
+
+    NodeKind m_kind;
+    QString m_label;
+    OpenBackupPtr m_backup;
+    QString m_folder;
+};
+
+/// What a selection in the tree belongs to: at most one of the two is set.
+struct DataSource
+{
+    BkNode *backup = nullptr;
+    BkNode *localDatabase = nullptr;
+};
+
+/// The tree of data sources: the opened backups and the local databases, each with its classes of data.
+class ItemModelBK : public AbsTreeItemModel
+{
+    Q_OBJECT
+
+public:
+    explicit ItemModelBK(QObject *parent = nullptr);
+
+    BkNode *addBackup(const OpenBackupPtr &backup, const BackupCounts &counts);
+    BkNode *addLocalDatabase(const QString &folder);
+    void removeNode(BkNode *node) { remove(node); }
+
+    BkNode *bkNode(const QModelIndex &index) const { return static_cast<BkNode *>(node(index)); }
+    /// A backup or local database itself, or what a class of data is below of.
+    DataSource sourceOf(BkNode *node) const;
+    BkNode *backupsRoot() const { return m_backups; }
+    BkNode *localDatabasesRoot() const { return m_localDatabases; }
+    /// The uids of the opened backups.
+    QSet<QString> backupUids() const;
+
+private:
+    BkNode *add(BkNode *parent, NodeKind kind, const QString &label);
+
+    BkNode *m_backups;
+    BkNode *m_localDatabases;
+};

@@ -1,0 +1,220 @@
+#include "app/main_window.h"
+
+#include "app/item_model_bk.h"
+#include "app/load_backup.h"
+#include "app/my_tree_view.h"
+#include "app/view_stack.h"
+#include "app/web_pages.h"
+#include "base/app_folders.h"
+#include "base/file_names.h"
+#include "base/shell.h"
+#include "base/texts.h"
+#include "views/data_view.h"
+#include "views/load_itunes_backup_dlg.h"
+#include "work/make_sample_thread.h"
+#include "work/message_boxes.h"
+#include "work/run_job.h"
+
+#include <QAction>
+#include <QFileInfo>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+
+namespace {
+constexpr QSize firstSize(1080, 700);
+}
+
+MainWindow::MainWindow(const QStringList &roots, QWidget *parent)
+    : QMainWindow(parent), m_roots(roots), m_model(new ItemModelBK(this))
+{
+    setWindowTitle(applicationTitle());
+    buildActions();
+    buildMenus();
+    buildToolBar();
+    buildCentre();
+    buildStatusBar();
+    resize(firstSize);
+
+    connect(m_tree, &QAbstractItemView::clicked, this, &MainWindow::bkSelected);
+    connect(m_tree, &MyTreeView::createContextMenu, this, &MainWindow::mainTreeContext);
+    connect(m_tree, &MyTreeView::onSelectionChanged, this, &MainWindow::mainTreeSelected);
+    listLocalDatabases();
+    m_tree->expandAll();
+    m_tree->setCurrentIndex(m_model->indexOf(m_model->backupsRoot()));
+}
+
+MainWindow::~MainWindow() = default;
+
+void MainWindow::listLocalDatabases()
+{
+    const QDir folder = localDatabasesFolder();
+    const QStringList names = folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Unsorted);
+    for (const QString &name : names)
+        m_model->addLocalDatabase(folder.filePath(name));
+}
+
+BkNode *MainWindow::currentNode() const
+{
+    return m_model->bkNode(m_tree->currentIndex());
+}
+
+void MainWindow::miLoadiTunesBackup()
+{
+    LoadItunesBackupDlg dialog(m_roots, m_model->backupUids(), this);
+    if (dialog.exec() == QDialog::Accepted)
+        loadBackup(dialog.selectedFolder());
+}
+
+bool MainWindow::loadBackup(const QString &folder)
+{
+    if (m_model->backupUids().contains(backupUid(folder))) {
+        showWarningBox(textFor("IDS_BACKUP_ALREADY_LISTED"));
+        return false;
+    }
+    const std::optional<LoadedBackup> loaded = openBackupForUser(folder, this);
+    if (!loaded)
+        return false;
+    const BkNode *node = m_model->addBackup(loaded->backup, loaded->counts);
+    m_tree->expandAll();
+    m_tree->setCurrentIndex(m_model->indexOf(node));
+    m_tree->setFocus();
+    return true;
+}
+
+void MainWindow::makeSample()
+{
+    const QString folder =
+        freeFileName(QDir(sampleBackupsFolder()).filePath(textFor("IDS_SAMPLE_FOLDER_NAME")));
+    auto worker = std::make_unique<MakeSampleThread>(folder);
+    if (runJob(textFor("IDS_MAKING_SAMPLE"), worker, this))
+        loadBackup(folder);
+}
+
+void MainWindow::bkSelected(const QModelIndex &index)
+{
+    BkNode *node = m_model->bkNode(index);
+    m_views->showNode(node, m_model->sourceOf(node).backup);
+    syncWithView();
+}
+
+void MainWindow::mainTreeSelected(const QItemSelection &, const QItemSelection &)
+{
+    bkSelected(m_tree->currentIndex());
+}
+
+// The window's own actions follow those of the view that is shown.
+void MainWindow::syncWithView()
+{
+    disconnect(m_viewExport);
+    disconnect(m_viewStatus);
+    DataView *view = m_views->currentDataView();
+    BkNode *node = currentNode();
+    const DataSource source = m_model->sourceOf(node);
+    m_unmount->setEnabled(source.backup != nullptr);
+    m_removeLocalDb->setEnabled(source.localDatabase != nullptr);
+    m_search->setEnabled(view != nullptr);
+    m_search->setToolTip(textFor(view ? "IDS_SEARCH" : "IDS_WHY_NOTHING_TO_SEARCH"));
+    m_reload->setEnabled(view != nullptr);
+    if (!view) {
+        m_export->setEnabled(false);
+        m_export->setToolTip(textFor("IDS_WHY_NOTHING_TO_EXPORT"));
+        m_status->setText(source.backup ? source.backup->label() : QString());
+        return;
+    }
+    const auto follow = [this, view] {
+        m_export->setEnabled(view->exportAction()->isEnabled());
+        m_export->setToolTip(view->exportAction()->toolTip());
+    };
+    follow();
+    m_viewExport = connect(view->exportAction(), &QAction::changed, this, follow);
+    const QString name = source.backup->label();
+    const auto showStatus = [this, name](const QString &text) {
+        m_status->setText(QStringLiteral("%1: %2").arg(name, text));
+    };
+    showStatus(view->status());
+    m_viewStatus = connect(view, &DataView::statusChanged, this, showStatus);
+}
+
+void MainWindow::focusFilter()
+{
+    DataView *view = m_views->currentDataView();
+    if (!view)
+        return;
+    view->filterEdit()->setFocus(Qt::ShortcutFocusReason);
+    view->filterEdit()->selectAll();
+}
+
+void MainWindow::mainTreeContext()
+{
+    const DataSource source = m_model->sourceOf(currentNode());
+    QMenu menu(this);
+    if (source.backup)
+        menu.addAction(m_unmount);
+    else if (source.localDatabase)
+        menu.addAction(m_removeLocalDb);
+    else
+        menu.addAction(m_load);
+    menu.exec(QCursor::pos());
+}
+
+void MainWindow::miUnmountBackup()
+{
+    BkNode *backup = m_model->sourceOf(currentNode()).backup;
+    if (!backup)
+        return;
+    for (const auto &child : backup->children())
+        m_views->forget(static_cast<const BkNode *>(child.get()));
+    m_views->forget(backup);
+    m_model->removeNode(backup);
+    bkSelected(m_tree->currentIndex());
+}
+
+void MainWindow::miRemoveLocalDb()
+{
+    BkNode *database = m_model->sourceOf(currentNode()).localDatabase;
+    if (!database || !askQuestion(textFor("IDS_CONFIRM_REMOVE_LOCAL_DB")))
+        return;
+    removeFolderTree(database->folder());
+    if (QFileInfo::exists(database->folder())) {
+        showErrorBox(textFor("IDS_CANT_DEL_LOCAL_DB"));
+        return;
+    }
+    showInformationBox(textFor("IDS_REMOVE_LOCALDB_SUC"));
+    m_model->removeNode(database);
+}
+
+void MainWindow::miOpenAppFolder()
+{
+    openFolderInShell(localDatabasesFolder().path());
+}
+
+void MainWindow::miClearCaches()
+{
+    removeFolderTree(appDataFolder().filePath(QStringLiteral("itunes_cache")));
+    showInformationBox(textFor("IDS_CLEAR_CACHES_SUC"));
+}
+
+void MainWindow::miHelp()
+{
+    openInShell(helpPage());
+}
+
+void MainWindow::miFeedback()
+{
+    openInShell(feedbackPage());
+}
+
+void MainWindow::miHome()
+{
+    openInShell(homePage());
+}
+
+void MainWindow::miAboutUs()
+{
+    MessageBox box(BoxIcon::Information,
+                   QStringLiteral("<b>%1</b><p>%2</p>").arg(applicationTitle(), textFor("IDS_ABOUT_TEXT")),
+                   BoxButton::Ok, this, Qt::RichText);
+    box.setIconPixmap(windowIcon().pixmap(64));
+    box.ask();
+}

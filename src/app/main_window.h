@@ -1,0 +1,81 @@
+#pragma once
+
+#include <QMainWindow>
+
+class BkNode;
+class ItemModelBK;
+class MyTreeView;
+class QItemSelection;
+class QLabel;
+class QModelIndex;
+class ViewStack;
+
+/// The program's one window: the data sources on the left, the view of what is selected there on the right,
+/// and what can be done with it above.
+class MainWindow : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    /// `roots` are searched for backups.
+    explicit MainWindow(const QStringList &roots, QWidget *parent = nullptr);
+    ~MainWindow() override;
+
+    /// Opens the backup in a folder and shows it. False when that failed, the user stopped, or it is open.
+    bool loadBackup(const QString &folder);
+
+public slots:
+    void miLoadiTunesBackup();
+    void miOpenAppFolder();
+    void miClearCaches();
+    void miHelp();
+    void miFeedback();
+    void miAboutUs();
+    void miHome();
+
+private slots:
+    void bkSelected(const QModelIndex &index);
+    void mainTreeContext();
+    void mainTreeSelected(const QItemSelection &selected, const QItemSelection &deselected);
+    void miUnmountBackup();
+    void miRemoveLocalDb();
+    void makeSample();
+
+private:
+    void buildActions();
+    void buildMenus();
+    void buildToolBar();
+    void buildCentre();
+    void buildStatusBar();
+    QAction *newAction(const char *text, const char *icon, void (MainWindow::*slot)());
+    QAction *addUnavailable(const char *text, const char *icon, const char *why);
+    void listLocalDatabases();
+    BkNode *currentNode() const;
+    void syncWithView();
+    void focusFilter();
+
+    QStringList m_roots;
+    ItemModelBK *m_model;
+    MyTreeView *m_tree = nullptr;
+    ViewStack *m_views = nullptr;
+    QLabel *m_status = nullptr;
+    QMetaObject::Connection m_viewExport;
+    QMetaObject::Connection m_viewStatus;
+    QAction *m_load = nullptr;
+    QAction *m_openFolder = nullptr;
+    QAction *m_exit = nullptr;
+    QAction *m_checkUpdate = nullptr;
+    QAction *m_register = nullptr;
+    QAction *m_clearCaches = nullptr;
+    QAction *m_help = nullptr;
+    QAction *m_feedback = nullptr;
+    QAction *m_about = nullptr;
+    QAction *m_home = nullptr;
+    QAction *m_save = nullptr;
+    QAction *m_export = nullptr;
+    QAction *m_print = nullptr;
+    QAction *m_search = nullptr;
+    QAction *m_reload = nullptr;
+    QAction *m_unmount = nullptr;
+    QAction *m_removeLocalDb = nullptr;
+};

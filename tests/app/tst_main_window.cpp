@@ -1,0 +1,255 @@
+#include "app/item_model_bk.h"
+#include "app/main_window.h"
+#include "base/app_folders.h"
+#include "base/texts.h"
+#include "resources/resources.h"
+#include "support/modal.h"
+#include "support/sample_backup.h"
+#include "views/load_itunes_backup_dlg.h"
+#include "views/message_export_dlg.h"
+#include "views/passcode_dlg.h"
+#include "views/sms_main_form.h"
+
+#include <QAction>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QTest>
+#include <QTreeView>
+
+namespace {
+QTreeView *treeOf(const MainWindow &window)
+{
+    return window.findChild<QTreeView *>(QStringLiteral("treeSources"));
+}
+
+QModelIndex backupsRoot(const MainWindow &window)
+{
+    return treeOf(window)->model()->index(0, 0);
+}
+
+int backupCount(const MainWindow &window)
+{
+    return treeOf(window)->model()->rowCount(backupsRoot(window));
+}
+
+QModelIndex backupNode(const MainWindow &window, int row = 0)
+{
+    return treeOf(window)->model()->index(row, 0, backupsRoot(window));
+}
+
+QAction *action(const MainWindow &window, const char *name)
+{
+    return window.findChild<QAction *>(QLatin1String(name));
+}
+} // namespace
+
+class TestMainWindow : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void menus();
+    void loadThroughTheDialog();
+    void encryptedBackup();
+    void failedLoadLeavesNothing();
+    void sameBackupTwice();
+    void exportAConversation();
+    void unlist();
+    void sampleFromTheStartPage();
+    void localDatabases();
+
+private:
+    std::unique_ptr<QTemporaryDir> m_home;
+};
+
+void TestMainWindow::initTestCase()
+{
+    initResources();
+    installTexts();
+}
+
+void TestMainWindow::init()
+{
+    m_home = std::make_unique<QTemporaryDir>();
+    qputenv("HOME", m_home->path().toUtf8());
+    forgetAppDataFolder();
+}
+
+void TestMainWindow::menus()
+{
+    const MainWindow window({});
+    QStringList menus;
+    QStringList items;
+    for (const QAction *menu : window.menuBar()->actions()) {
+        menus << menu->text();
+        for (const QAction *item : menu->menu()->actions()) {
+            if (item->isSeparator())
+                continue;
+            items << item->text();
+            QVERIFY2(item->isEnabled() || item->toolTip() != item->text(), qPrintable(item->text()));
+        }
+    }
+    QCOMPARE(menus, QStringList({QStringLiteral("Menu"), QStringLiteral("Tools"), QStringLiteral("Help")}));
+    QCOMPARE(items.join(QLatin1Char('|')),
+             QStringLiteral("Load iTunes Backup|Open Database Folder|Exit|Check for Update|Registration|"
+                            "Clear Cache files|Help|Feedback and Support|About"));
+}
+
+void TestMainWindow::loadThroughTheDialog()
+{
+    const SampleBackup sample;
+    MainWindow window({sample.parentFolder()});
+    window.show();
+    const OnModal<LoadItunesBackupDlg> choose([](LoadItunesBackupDlg &dialog) { dialog.btnLoadClicked(); });
+    action(window, "IDS_MI_LOAD_BACKUP")->trigger();
+    QVERIFY(choose.wasShown());
+    QCOMPARE(backupCount(window), 1);
+    const QModelIndex node = backupNode(window);
+    QCOMPARE(treeOf(window)->currentIndex(), node);
+    QCOMPARE(treeOf(window)->model()->index(0, 0, node).data().toString(),
+             QStringLiteral("SMS(%1)").arg(sample.summary().counts.joinedMessages));
+    QVERIFY(window.findChild<QLabel *>(QStringLiteral("lbBKName"))->isVisible());
+}
+
+void TestMainWindow::encryptedBackup()
+{
+    SampleOptions options;
+    options.password = QStringLiteral("open sesame");
+    options.dpic = 50;
+    options.iter = 20;
+    const SampleBackup sample(options);
+    MainWindow window({});
+    window.show();
+    {
+        const OnModal<PasscodeDlg> giveUp([](PasscodeDlg &dialog) { dialog.reject(); });
+        QVERIFY(!window.loadBackup(sample.folder()));
+        QCOMPARE(backupCount(window), 0);
+    }
+    const OnModal<PasscodeDlg> unlock([](PasscodeDlg &dialog) {
+        dialog.findChild<QLineEdit *>(QStringLiteral("edPassword"))->setText(QStringLiteral("open sesame"));
+        dialog.btnOKPressed();
+    });
+    QVERIFY(window.loadBackup(sample.folder()));
+    QCOMPARE(backupCount(window), 1);
+}
+
+void TestMainWindow::failedLoadLeavesNothing()
+{
+    const SampleBackup sample;
+    QFile catalogue(sample.folder() + QStringLiteral("/Manifest.db"));
+    QVERIFY(catalogue.open(QIODevice::WriteOnly));
+    catalogue.write(QByteArray(5000, 'x'));
+    catalogue.close();
+    MainWindow window({});
+    window.show();
+    const AnswerBox error;
+    QVERIFY(!window.loadBackup(sample.folder()));
+    QVERIFY(error.text().contains(QStringLiteral("An Error Occurred.")));
+    QVERIFY(error.text().contains(QStringLiteral("Manifest.db")));
+    QCOMPARE(backupCount(window), 0);
+
+    const AnswerBox absent;
+    QVERIFY(!window.loadBackup(QStringLiteral("/nowhere")));
+    QVERIFY(absent.text().contains(QStringLiteral("Cannot find /nowhere/Manifest.plist")));
+}
+
+void TestMainWindow::sameBackupTwice()
+{
+    const SampleBackup sample;
+    MainWindow window({});
+    window.show();
+    QVERIFY(window.loadBackup(sample.folder()));
+    const AnswerBox refused;
+    QVERIFY(!window.loadBackup(sample.folder() + QStringLiteral("/.")));
+    QCOMPARE(refused.text(), QStringLiteral("This iTunes Backup has been listed on the left."));
+    QCOMPARE(backupCount(window), 1);
+}
+
+void TestMainWindow::exportAConversation()
+{
+    const SampleBackup sample;
+    MainWindow window({});
+    window.show();
+    QVERIFY(window.loadBackup(sample.folder()));
+    QAction *exporting = action(window, "IDS_EXPORT");
+    QVERIFY(!exporting->isEnabled());
+    treeOf(window)->setCurrentIndex(treeOf(window)->model()->index(0, 0, backupNode(window)));
+    QTRY_VERIFY(exporting->isEnabled());
+    QCOMPARE(exporting->toolTip(), QStringLiteral("Export 1 conversation"));
+
+    QTemporaryDir target;
+    std::unique_ptr<AnswerBox> done;
+    const OnModal<MessageExportDlg> choose([&](MessageExportDlg &dialog) {
+        dialog.setChoice({MessageFormat::Html, target.filePath(QStringLiteral("pages"))});
+        done = std::make_unique<AnswerBox>();
+        dialog.accept();
+    });
+    exporting->trigger();
+    QVERIFY(done && done->text().startsWith(QStringLiteral("Successfully extracted ")));
+    const QDir pages(target.filePath(QStringLiteral("pages")));
+    QCOMPARE(pages.entryList({QStringLiteral("*.html")}, QDir::Files).size(), 1);
+    QVERIFY(pages.exists(QStringLiteral("files/style.css")));
+}
+
+void TestMainWindow::unlist()
+{
+    const SampleBackup sample;
+    const SampleBackup other;
+    MainWindow window({});
+    window.show();
+    QVERIFY(window.loadBackup(sample.folder()));
+    treeOf(window)->setCurrentIndex(treeOf(window)->model()->index(0, 0, backupNode(window)));
+    QVERIFY(window.loadBackup(other.folder()));
+    treeOf(window)->setCurrentIndex(treeOf(window)->model()->index(0, 0, backupNode(window)));
+    QPointer<SMSMainForm> view = window.findChild<SMSMainForm *>();
+    QVERIFY(view);
+    action(window, "IDS_MI_UNMOUNT_BACKUP")->trigger();
+    QVERIFY2(!view, "the view of a backup goes with it");
+    QCOMPARE(backupCount(window), 1);
+    QVERIFY(backupNode(window).data(Qt::ToolTipRole).toString().contains(other.folder()));
+    QVERIFY2(window.loadBackup(sample.folder()), "it can be opened again");
+}
+
+void TestMainWindow::sampleFromTheStartPage()
+{
+    MainWindow window({QStringLiteral("/nowhere")});
+    window.show();
+    auto *offer = window.findChild<QPushButton *>(QStringLiteral("btnStartSample"));
+    QVERIFY(offer->isVisible());
+    QTest::mouseClick(offer, Qt::LeftButton);
+    QCOMPARE(backupCount(window), 1);
+}
+
+void TestMainWindow::localDatabases()
+{
+    const QString family = localDatabasesFolder().filePath(QStringLiteral("Family"));
+    QVERIFY(QDir().mkpath(family + QStringLiteral("/attachments")));
+    MainWindow window({});
+    window.show();
+    const QModelIndex root = treeOf(window)->model()->index(1, 0);
+    QCOMPARE(treeOf(window)->model()->rowCount(root), 1);
+    treeOf(window)->setCurrentIndex(treeOf(window)->model()->index(0, 0, root));
+    QAction *remove = action(window, "IDS_MI_REMVOE_LOCALDB");
+    {
+        const AnswerBox no(QMessageBox::No);
+        remove->trigger();
+        QCOMPARE(no.text(), QStringLiteral("Confirm to delete local Database?"));
+        QVERIFY(QFile::exists(family));
+    }
+    std::unique_ptr<AnswerBox> done;
+    const OnModal<MessageBox> yes([&done](MessageBox &box) {
+        done = std::make_unique<AnswerBox>();
+        QTest::mouseClick(box.button(QMessageBox::Yes), Qt::LeftButton);
+    });
+    remove->trigger();
+    QVERIFY(!QFile::exists(family));
+    QVERIFY(done && done->text() == QStringLiteral("Successfully deleted local Database."));
+    QCOMPARE(treeOf(window)->model()->rowCount(root), 0);
+}
+
+QTEST_MAIN(TestMainWindow)
+#include "tst_main_window.moc"
