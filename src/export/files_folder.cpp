@@ -124,39 +124,44 @@ FilesFolder::Held &FilesFolder::hold(const _MsgAttachment &attachment)
 QString FilesFolder::fetch(const _MsgAttachment &attachment)
 {
     const QString wanted = fileNameOf(attachment);
+    const bool isLocal = !attachment.local_path.isEmpty() && QFileInfo(attachment.local_path).isFile();
+    if (!isLocal && (!m_source || attachment.source.isNull()))
+        return missing(wanted, QStringLiteral("The backup does not list the file."));
+    if (!isLocal && !m_source->hasContent(attachment.source))
+        return missing(wanted, QStringLiteral("The backup lists the file but does not hold it."));
+
     const QString name = m_names.take(wanted);
+    const QString target = pathOf(name);
+    const CopyProgress stopWhenAsked = [this](std::uint64_t, std::uint64_t) { m_progress.check(); };
     try {
-        fetchTo(attachment, pathOf(name));
+        if (isLocal)
+            copyWithTime(attachment.local_path, target, stopWhenAsked);
+        else
+            m_source->fetchTo(attachment.source, target, stopWhenAsked);
     } catch (const Error &error) {
         m_names.release(name);
-        requireTargetWorks(attachment.total_bytes);
-        m_summary.missingAttachments += QStringLiteral("%1: %2").arg(wanted, error.sentence());
-        return {};
+        // The sentence names the file that could not be written or the one that could not be read.
+        if (error.sentence().contains(target))
+            requireTargetWorks(attachment.total_bytes);
+        return missing(wanted, error.sentence());
     }
+    if (!isLocal && m_source->isLocked(attachment.source))
+        m_summary.lockedFiles += name;
     ++m_summary.attachmentsCopied;
     return name;
 }
 
-void FilesFolder::fetchTo(const _MsgAttachment &attachment, const QString &target)
+QString FilesFolder::missing(const QString &name, const QString &reason)
 {
-    const CopyProgress stopWhenAsked = [this](std::uint64_t, std::uint64_t) { m_progress.check(); };
-    if (!attachment.local_path.isEmpty() && QFileInfo(attachment.local_path).isFile()) {
-        copyWithTime(attachment.local_path, target, stopWhenAsked);
-        return;
-    }
-    if (!m_source || attachment.source.isNull())
-        throw Error(QStringLiteral("The backup does not list the file."));
-    if (!m_source->hasContent(attachment.source))
-        throw Error(QStringLiteral("The backup lists the file but does not hold it."));
-    m_source->fetchTo(attachment.source, target, stopWhenAsked);
-    if (m_source->isLocked(attachment.source))
-        m_summary.lockedFiles += QFileInfo(target).fileName();
+    m_summary.missingAttachments += QStringLiteral("%1: %2").arg(name, reason);
+    return {};
 }
 
-/// A fetch has failed. When that is because of the target, every other one would fail too.
+/// A file could not be written. When that lies in the folder and not in the file, every other one would fail
+/// too.
 void FilesFolder::requireTargetWorks(qint64 neededBytes) const
 {
-    const QString probe = pathOf(QStringLiteral(".quillbarrow-probe"));
+    const QString probe = pathOf(QStringLiteral(".probe"));
     writeWholeFile(probe, QByteArray(probeBytes, '\0'));
     QFile::remove(probe);
     const QStorageInfo disk(m_folder);

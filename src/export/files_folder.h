@@ -46,7 +46,7 @@ private:
     void copyBubblePieces();
     Held &hold(const _MsgAttachment &attachment);
     QString fetch(const _MsgAttachment &attachment);
-    void fetchTo(const _MsgAttachment &attachment, const QString &target);
+    QString missing(const QString &name, const QString &reason);
     void requireTargetWorks(qint64 neededBytes) const;
     QByteArray makePicture(const _MsgAttachment &attachment, const Held &held);
 };
