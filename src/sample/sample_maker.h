@@ -84,6 +84,7 @@ struct SampleCounts
     int joinedMessages =
         0; ///< join rows to a message whose item_type is not 4, their conversation missing or not
     int listedMessages = 0; ///< distinct messages in a conversation that are no system items
+    int unreadableBodies = 0;   ///< listed messages without text whose attributedBody is damaged
     int attachments = 0;
     int contacts = 0;
     int calls = 0;
