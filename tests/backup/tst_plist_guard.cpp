@@ -32,6 +32,14 @@ QByteArray xmlArrays(int depth)
            "</plist>";
 }
 
+QByteArray manyKeys(int count)
+{
+    QByteArray xml = "<plist><dict>";
+    for (int i = 0; i < count; ++i)
+        xml += "<key>" + QByteArray::number(i) + "</key><true/>";
+    return xml + "</dict></plist>";
+}
+
 template <typename Change>
 QByteArray lie(Change change)
 {
@@ -134,6 +142,13 @@ void TestPlistGuard::xml_data()
         << QByteArray("<!DOCTYPE plist [<!ENTITY a \"xx\"><!ENTITY b \"&a;&a;\">]><plist><string>&b;</string>"
                       "</plist>")
         << false;
+    QTest::newRow("tags hidden by an end inside quotes")
+        << "<!DOCTYPE plist \"><!--\"><plist>" + QByteArray("<array>").repeated(600) + "<!-- -->" << false;
+    QTest::newRow("a text of ten thousand entities")
+        << "<plist><string>" + QByteArray("&amp;").repeated(10'000) + "</string></plist>" << true;
+    QTest::newRow("a text of a million entities")
+        << "<plist><string>" + QByteArray("&amp;").repeated(1'000'000) + "</string></plist>" << false;
+    QTest::newRow("many keys in one dictionary") << manyKeys(1'000'000) << false;
     QTest::newRow("a NUL") << QByteArray("<plist><string>a\0b</string></plist>", 35) << false;
     QTest::newRow("a tag without an end") << QByteArray("<plist><string") << false;
     QTest::newRow("a comment without an end")
