@@ -1,6 +1,7 @@
 #include "messages/ios6_message_db.h"
 
 #include "base/error.h"
+#include "messages/device_database.h"
 #include "messages/device_path.h"
 #include "messages/message_columns.h"
 #include "messages/typed_stream.h"
@@ -59,7 +60,8 @@ IOS6MessageDb::IOS6MessageDb(const QString &path, FileSource *source, ContactNam
       m_names(names),
       m_normalise([](const QString &number, const QString &) { return CountryLibDb::normalise(number, {}); })
 {
-    m_db.openThrow(path);
+    if (const QString damage = openDeviceDatabase(m_db, path); !damage.isEmpty())
+        m_damageOfFile.append(damage);
     Sqlite3Cursor cursor = m_db.queryThrow(QStringLiteral("select * from sqlite_master where type='table'"));
     const int name = cursor.columnIndex(QStringLiteral("name"));
     const int sql = cursor.columnIndex(QStringLiteral("sql"));
@@ -147,7 +149,7 @@ void IOS6MessageDb::clear()
     m_attachments.clear();
     m_skippedRows = 0;
     m_unreadableTexts = 0;
-    m_warnings.clear();
+    m_warnings = m_damageOfFile;
 }
 
 void IOS6MessageDb::loadChats()
