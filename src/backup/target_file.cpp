@@ -71,14 +71,8 @@ void TargetFile::failWriting(const QString &reason) const
 
 void TargetFile::write(const char *bytes, qint64 size)
 {
-    // A disk that fills up takes a part first, without an error; only the next attempt says why.
-    while (size > 0) {
-        const qint64 written = m_file.write(bytes, size);
-        if (written <= 0)
-            failWriting(m_file.errorString());
-        bytes += written;
-        size -= written;
-    }
+    if (m_file.write(bytes, size) != size)
+        failWriting(m_file.errorString());
 }
 
 void TargetFile::commit()

@@ -107,14 +107,12 @@ void tellFiles(const QString &heading, const QStringList &files, qsizetype most,
         context.tell(QStringLiteral("  and %1 more").arg(files.size() - most));
 }
 
-void tellSummary(const MessageExportSummary &summary, qint64 skippedRows, CommandContext &context)
+void tellSummary(const MessageExportSummary &summary, CommandContext &context)
 {
     context.tell(QStringLiteral("%1 messages written, %2 files, %3 attachments")
                      .arg(summary.written)
                      .arg(summary.files.size())
                      .arg(summary.attachmentsCopied));
-    if (skippedRows > 0)
-        context.tell(QStringLiteral("%1 rows of the database could not be read").arg(skippedRows));
     tellFiles(QStringLiteral("%1 attachments are missing:"), summary.missingAttachments, mostNamedFiles,
               context);
     tellFiles(QStringLiteral("%1 files are copied still encrypted, the password does not unlock them:"),
@@ -136,8 +134,8 @@ ExitStatus exportMessagesOf(const ExportRequest &request, const PasswordOption &
         messages.database->select(request.chats, request.dates.from, request.dates.to);
     const MessageExportSummary summary =
         exportMessages(selected, *format, target, messages.source.get(), context.progress);
-    tellSummary(summary, messages.database->skippedRows(), context);
-    return ExitStatus::Done;
+    tellSummary(summary, context);
+    return tellWhatWasLost(messages, request.source, context);
 }
 
 struct ExportArguments

@@ -6,6 +6,8 @@
 #include <memory>
 
 class PasswordOption;
+struct CommandContext;
+enum class ExitStatus;
 
 /// The messages of a source, and the source that keeps their attachments. The database goes before the source
 /// that it reads from.
@@ -23,3 +25,7 @@ OpenMessages openMessages(const QString &source, const PasswordOption &password,
 /// conversation that is not there.
 void loadMessagesOf(OpenMessages &messages, const std::vector<qint64> &chats, const QString &source,
                     Progress &progress);
+
+/// Tells what of a database could not be read. A database that broke off is a failure, whatever was read
+/// before; single rows are not.
+ExitStatus tellWhatWasLost(const OpenMessages &messages, const QString &source, CommandContext &context);

@@ -2,9 +2,10 @@
 
 #include "base/error.h"
 #include "cli/stop_signal.h"
+#include "cli/terminal.h"
 
+#include <algorithm>
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 
 namespace {
@@ -12,8 +13,6 @@ constexpr qsizetype bufferBytes = 128 * 1024;
 
 [[noreturn]] void throwWriteError(int code)
 {
-    if (code == EINTR && stopRequested())
-        throw Cancelled();
     throw Error(
         QStringLiteral("can not write standard output. %1").arg(QString::fromLocal8Bit(std::strerror(code))));
 }
@@ -28,22 +27,19 @@ void Output::write(QByteArrayView bytes)
 {
     m_pending.append(bytes);
     if (m_pending.size() >= bufferBytes)
-        flushPending();
+        finish();
 }
 
 void Output::finish()
 {
-    flushPending();
-    errno = 0;
-    if (std::fflush(stdout) != 0)
-        throwWriteError(errno);
-}
-
-void Output::flushPending()
-{
-    errno = 0;
-    const std::size_t size = static_cast<std::size_t>(m_pending.size());
-    if (std::fwrite(m_pending.constData(), 1, size, stdout) != size)
-        throwWriteError(errno);
+    QByteArrayView rest = m_pending;
+    while (!rest.isEmpty()) {
+        const qint64 written = writeSome(rest);
+        if (stopRequested())
+            throw Cancelled();
+        if (written < 0 && errno != EINTR)
+            throwWriteError(errno);
+        rest = rest.sliced(std::max<qint64>(written, 0));
+    }
     m_pending.resize(0);
 }

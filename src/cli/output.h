@@ -17,6 +17,4 @@ public:
 
 private:
     QByteArray m_pending;
-
-    void flushPending();
 };

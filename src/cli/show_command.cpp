@@ -30,7 +30,7 @@ ExitStatus showChats(const ShowRequest &request, const PasswordOption &password,
         appendChatLine(line, *chat, count == counts.end() ? 0 : count->second);
         context.out.write(line);
     }
-    return ExitStatus::Done;
+    return tellWhatWasLost(messages, request.source, context);
 }
 
 ExitStatus showMessages(const ShowRequest &request, const PasswordOption &password, CommandContext &context)
@@ -45,7 +45,7 @@ ExitStatus showMessages(const ShowRequest &request, const PasswordOption &passwo
         appendMessageLine(line, ref, *messages.source);
         context.out.write(line);
     }
-    return ExitStatus::Done;
+    return tellWhatWasLost(messages, request.source, context);
 }
 } // namespace
 

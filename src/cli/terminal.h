@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArrayView>
 #include <QString>
 #include <QStringList>
 
@@ -17,6 +18,10 @@ void prepareStandardStreams();
 void onStopSignals(void (*handler)(int));
 
 bool errorStreamIsTerminal();
+
+/// Writes to standard output what it takes at once, and gives how many bytes that were; -1, with errno set,
+/// when it takes none. A stop lets go of a writer that waits for room.
+qint64 writeSome(QByteArrayView bytes);
 
 /// Asks on the terminal without showing what is typed. Nothing when there is no terminal to ask on, or the
 /// input ends. Throws Cancelled on a stop.

@@ -76,6 +76,11 @@ bool errorStreamIsTerminal()
     return isatty(STDERR_FILENO) == 1;
 }
 
+qint64 writeSome(QByteArrayView bytes)
+{
+    return write(STDOUT_FILENO, bytes.data(), static_cast<std::size_t>(bytes.size()));
+}
+
 std::optional<QString> askHidden(const QString &prompt)
 {
     if (isatty(STDIN_FILENO) != 1)

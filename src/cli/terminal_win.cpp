@@ -41,6 +41,11 @@ bool errorStreamIsTerminal()
     return _isatty(_fileno(stderr)) != 0;
 }
 
+qint64 writeSome(QByteArrayView bytes)
+{
+    return _write(_fileno(stdout), bytes.data(), static_cast<unsigned>(bytes.size()));
+}
+
 std::optional<QString> askHidden(const QString &prompt)
 {
     const HANDLE console = GetStdHandle(STD_INPUT_HANDLE);

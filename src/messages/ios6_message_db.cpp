@@ -1,7 +1,6 @@
 #include "messages/ios6_message_db.h"
 
 #include "base/error.h"
-#include "messages/device_database.h"
 #include "messages/device_path.h"
 #include "messages/message_columns.h"
 #include "messages/typed_stream.h"
@@ -60,8 +59,7 @@ IOS6MessageDb::IOS6MessageDb(const QString &path, FileSource *source, ContactNam
       m_names(names),
       m_normalise([](const QString &number, const QString &) { return CountryLibDb::normalise(number, {}); })
 {
-    if (const QString damage = openDeviceDatabase(m_db, path); !damage.isEmpty())
-        m_damageOfFile.append(damage);
+    m_db.openThrow(path);
     Sqlite3Cursor cursor = m_db.queryThrow(QStringLiteral("select * from sqlite_master where type='table'"));
     const int name = cursor.columnIndex(QStringLiteral("name"));
     const int sql = cursor.columnIndex(QStringLiteral("sql"));
@@ -149,7 +147,7 @@ void IOS6MessageDb::clear()
     m_attachments.clear();
     m_skippedRows = 0;
     m_unreadableTexts = 0;
-    m_warnings = m_damageOfFile;
+    m_warnings.clear();
 }
 
 void IOS6MessageDb::loadChats()

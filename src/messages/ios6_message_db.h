@@ -56,7 +56,6 @@ private:
     void sortMessages(qint64 chatId);
 
     Sqlite3DB m_db;
-    QStringList m_damageOfFile;
     FileSource *m_source;
     ContactNames m_names;
     NumberNormaliser m_normalise;

@@ -1,7 +1,6 @@
 #include "messages/abs_message_db.h"
 
 #include "base/error.h"
-#include "messages/device_database.h"
 #include "messages/ios6_message_db.h"
 #include "personal/country_lib_db.h"
 
@@ -11,7 +10,7 @@ namespace {
 QSet<QString> tableNames(const QString &path)
 {
     Sqlite3DB db;
-    openDeviceDatabase(db, path);
+    db.openThrow(path);
     QSet<QString> names;
     Sqlite3Cursor cursor = db.queryThrow(QStringLiteral("select * from sqlite_master where type='table'"));
     const int name = cursor.columnIndex(QStringLiteral("name"));

@@ -107,7 +107,6 @@ void MessageContent::addUnreadableBodies()
         MessageRow row = message(Unnamed, QByteArray());
         row.attributedBody = cut;
         say(Unnamed, row);
-        ++m_counts.unreadableBodies;
     }
 }
 
