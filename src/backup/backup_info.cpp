@@ -28,7 +28,7 @@ CFType readManifest(const QString &path)
         throw Error(QStringLiteral("can not open %1. %2").arg(path, file.errorString()));
     if (file.size() > largestManifest)
         throw Error(QStringLiteral("can not read %1. It is too large to be a property list.").arg(path));
-    const CFType manifest = CFType::parse(file.readAll());
+    CFType manifest = CFType::parse(file.readAll());
     if (!manifest.isDictionary())
         throw Error(QStringLiteral("can not read %1. It is no property list.").arg(path));
     return manifest;

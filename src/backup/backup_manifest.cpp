@@ -18,6 +18,14 @@ using Index = FileCatalogue::Index;
 
 constexpr qsizetype keyPrefixSize = 4;
 
+/// The key of an encrypted "Manifest.db"; empty when there is none, or no class unwraps it.
+QByteArray catalogueKey(const BackupInfo &info, const Keybag &keybag)
+{
+    if (info.manifestKey.size() <= keyPrefixSize)
+        return {};
+    return keybag.unwrapWithAnyClass(QByteArrayView(info.manifestKey).sliced(keyPrefixSize));
+}
+
 bool tellsEveryKind(const FileCatalogue &catalogue)
 {
     for (Index i = 0; i < catalogue.size(); ++i)
@@ -123,14 +131,12 @@ bool BackupManifest::openEncrypted(const QString &password)
         throw error.withContext(manifest);
     }
     if (m_info.layout == BackupLayout::Modern && !hasSqliteHeader(catalogue)) {
-        if (!QFileInfo(catalogue).isFile() || QFileInfo(catalogue).size() == 0)
-            throw Error(QStringLiteral("can not read %1. The file is empty.").arg(catalogue));
-        const QByteArray key = m_info.manifestKey.size() > keyPrefixSize
-                                   ? keybag.unwrapWithAnyClass(QByteArrayView(m_info.manifestKey).sliced(4))
-                                   : QByteArray();
+        const QByteArray key = catalogueKey(m_info, keybag);
         if (key.isEmpty())
             throw Error(
                 QStringLiteral("%1: the key that opens Manifest.db is missing or damaged.").arg(manifest));
+        if (QFileInfo(catalogue).size() == 0)
+            throw Error(QStringLiteral("can not read %1. The file is empty.").arg(catalogue));
         d->decrypted.make(m_info.folder, key, d->scratch);
     }
     d->keybag = std::move(keybag);

@@ -39,13 +39,13 @@ QString PrivateCopies::fetch(Index index, const char *kind, std::uint64_t spareB
 
 QString PrivateCopies::database(Index index)
 {
-    if (const QString made = m_databases.value(index); QFileInfo::exists(made))
+    if (QString made = m_databases.value(index); QFileInfo::exists(made))
         return made;
     const QByteArray logPath = m_catalogue.relativePath(index).toByteArray() + "-wal";
     const Index log = m_catalogue.find(m_catalogue.domain(index), logPath);
     const bool hasLog = log != FileCatalogue::none && m_fetcher.hasContent(log);
     const qint64 logSize = hasLog ? QFileInfo(m_fetcher.path(log)).size() : 0;
-    const QString copy = fetch(index, "databases", static_cast<std::uint64_t>(logSize));
+    QString copy = fetch(index, "databases", static_cast<std::uint64_t>(logSize));
     if (logSize > 0)
         fetchLog(log, copy);
     m_databases.insert(index, copy);

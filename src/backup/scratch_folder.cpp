@@ -63,7 +63,7 @@ void removeLeftoversOfAllBackups()
 
 QString cacheFolderOf(const QString &backupUid)
 {
-    const QString folder = appDataFolder().filePath(QStringLiteral("itunes_cache/") + backupUid);
+    QString folder = appDataFolder().filePath(QStringLiteral("itunes_cache/") + backupUid);
     if (!QFileInfo::exists(folder) && QDir().mkpath(folder))
         QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     return folder;
