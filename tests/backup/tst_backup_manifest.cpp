@@ -27,6 +27,11 @@ private slots:
     void oddContent();
     void devicePaths_data();
     void devicePaths();
+    void cleanupTestCase() { m_backup.reset(); }
+
+private:
+    std::unique_ptr<BackupFixture> m_fixture; // of all rows of one test
+    std::unique_ptr<BackupManifest> m_backup;
 };
 
 namespace {
@@ -261,6 +266,16 @@ void TestBackupManifest::oddContent()
 
 void TestBackupManifest::devicePaths_data()
 {
+    SampleOptions options;
+    options.files = 0;
+    options.extraRows = {{u"MediaDomain"_s, u"Library/SMS/Attachments/x.jpg"_s, "x"},
+                         {u"HomeDomain"_s, u"Library/both"_s, "h"},
+                         {u"MediaDomain"_s, u"Library/both"_s, "m"},
+                         {u"HomeDomain"_s, u"Library/gone"_s, "h"},
+                         {u"MediaDomain"_s, u"Library/gone"_s, "m"}};
+    m_fixture = std::make_unique<BackupFixture>(options);
+    m_backup = m_fixture->opened();
+    QFile::remove(m_backup->filePath(m_backup->catalogue().find("HomeDomain", "Library/gone")));
     QTest::addColumn<QString>("path");
     QTest::addColumn<SourceFile>("expected");
     const SourceFile home{u"HomeDomain"_s, u"Library/both"_s};
@@ -281,18 +296,8 @@ void TestBackupManifest::devicePaths_data()
 
 void TestBackupManifest::devicePaths()
 {
-    SampleOptions options;
-    options.files = 0;
-    options.extraRows = {{u"MediaDomain"_s, u"Library/SMS/Attachments/x.jpg"_s, "x"},
-                         {u"HomeDomain"_s, u"Library/both"_s, "h"},
-                         {u"MediaDomain"_s, u"Library/both"_s, "m"},
-                         {u"HomeDomain"_s, u"Library/gone"_s, "h"},
-                         {u"MediaDomain"_s, u"Library/gone"_s, "m"}};
-    const BackupFixture fixture(options);
-    const auto backup = fixture.opened();
-    QFile::remove(backup->filePath(backup->catalogue().find("HomeDomain", "Library/gone")));
     QFETCH(QString, path);
-    QTEST(backup->fileOfDevicePath(path), "expected");
+    QTEST(m_backup->fileOfDevicePath(path), "expected");
 }
 
 QTEST_GUILESS_MAIN(TestBackupManifest)

@@ -28,6 +28,9 @@ private slots:
     void cancelLeavesNothingHalf();
     void fullDiskEndsTheJob();
     void badTargets();
+
+private:
+    std::unique_ptr<BackupFixture> m_fixture; // of all rows of one test
 };
 
 namespace {
@@ -70,6 +73,11 @@ private:
 
 void TestExtract::landings_data()
 {
+    m_fixture = std::make_unique<BackupFixture>(small({{u"Odd"_s, u"a/b/c.txt"_s, "c"},
+                                                       {u"Odd"_s, u"a/d"_s, "d"},
+                                                       {u"Odd"_s, u"a.b"_s, "not below a"},
+                                                       {u"Odd"_s, u"e"_s, "e"},
+                                                       {u"Other"_s, u"a/b/x"_s, "x"}}));
     QTest::addColumn<QList<ExtractRequest>>("requests");
     QTest::addColumn<QStringList>("expected");
     const auto row = [](const char *name, const QList<ExtractRequest> &requests,
@@ -85,14 +93,10 @@ void TestExtract::landings_data()
 void TestExtract::landings()
 {
     QFETCH(QList<ExtractRequest>, requests);
-    const BackupFixture fixture(small({{u"Odd"_s, u"a/b/c.txt"_s, "c"},
-                                       {u"Odd"_s, u"a/d"_s, "d"},
-                                       {u"Odd"_s, u"a.b"_s, "not below a"},
-                                       {u"Odd"_s, u"e"_s, "e"},
-                                       {u"Other"_s, u"a/b/x"_s, "x"}}));
-    const ExtractSummary summary = extractAll(fixture, requests);
+    QDir(m_fixture->path(u"target"_s)).removeRecursively();
+    const ExtractSummary summary = extractAll(*m_fixture, requests);
     QVERIFY(summary.failed.isEmpty() && summary.skipped.isEmpty());
-    QTEST(listing(fixture.path(u"target"_s)), "expected");
+    QTEST(listing(m_fixture->path(u"target"_s)), "expected");
 }
 
 void TestExtract::everyContent_data()
@@ -195,34 +199,40 @@ void TestExtract::hostileRows_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<bool>("isSkipped");
-    QTest::newRow("climbs") << u"../outside.txt"_s << true;
-    QTest::newRow("climbs in the middle") << u"a/../../outside.txt"_s << true;
-    QTest::newRow("climbs and comes back") << u"a/../inside.txt"_s << true;
-    QTest::newRow("absolute") << u"/tmp/quillbarrow-outside.txt"_s << true;
-    QTest::newRow("drive letter") << u"C:/outside.txt"_s << true;
-    QTest::newRow("NUL character") << u"a"_s + QChar(0) + u".txt"_s << true;
-    QTest::newRow("device name") << u"a/con.txt"_s << true;
-    QTest::newRow("empty name") << u"a//b"_s << true;
-    QTest::newRow("name of 256 bytes") << QString(256, u'n') << false;
-    QTest::newRow("folder name of 256 bytes") << QString(256, u'n') + u"/x"_s << false;
+    std::vector<SampleRow> rows = {{u"Odd"_s, u"good"_s, "good"}};
+    const auto row = [&](const char *name, const QString &path, bool isSkipped) {
+        QTest::newRow(name) << path << isSkipped;
+        rows.push_back({u"Odd"_s, path, "hostile"});
+    };
+    row("climbs", u"../outside.txt"_s, true);
+    row("climbs in the middle", u"a/../../outside.txt"_s, true);
+    row("climbs and comes back", u"a/../inside.txt"_s, true);
+    row("absolute", u"/tmp/quillbarrow-outside.txt"_s, true);
+    row("drive letter", u"C:/outside.txt"_s, true);
+    row("NUL character", u"a"_s + QChar(0) + u".txt"_s, true);
+    row("device name", u"a/con.txt"_s, true);
+    row("empty name", u"a//b"_s, true);
+    row("name of 256 bytes", QString(256, u'n'), false);
+    row("folder name of 256 bytes", QString(256, u'm') + u"/x"_s, false);
+    m_fixture = std::make_unique<BackupFixture>(small(rows));
 }
 
 void TestExtract::hostileRows()
 {
     QFETCH(QString, path);
     QFETCH(bool, isSkipped);
-    const BackupFixture fixture(small({{u"Odd"_s, path, "hostile"}, {u"Odd"_s, u"good"_s, "good"}}));
-    const ExtractSummary summary = extractAll(fixture, {{"Odd", ""}, {"Odd", "good"}});
+    const ExtractSummary summary = extractAll(*m_fixture, {{"Odd", ""}});
     const QList<ExtractNote> &notes = isSkipped ? summary.skipped : summary.failed;
     const auto note = std::find_if(notes.begin(), notes.end(),
                                    [&](const ExtractNote &each) { return each.relativePath == path; });
     QVERIFY(note != notes.end());
     QVERIFY(!note->reason.isEmpty());
-    const ExtractSummary alone = extractAll(fixture, {{"Odd", path.toUtf8()}});
-    QCOMPARE(alone.copied, path.startsWith(u"nnn"_s) && path.contains(u'/') ? 1 : 0);
-    QVERIFY(listing(fixture.path(u"target"_s)).contains(u"good"_s));
-    QVERIFY(!listing(fixture.path(u"target"_s)).join(u' ').contains(u".part"_s));
-    QCOMPARE(QDir(fixture.path(u"."_s)).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+    const ExtractSummary alone = extractAll(*m_fixture, {{"Odd", path.toUtf8()}});
+    QCOMPARE(alone.copied + alone.alreadyThere, path.startsWith(u"mmm"_s) ? 1 : 0);
+    const QStringList there = listing(m_fixture->path(u"target"_s));
+    QVERIFY(there.contains(u"good"_s) && there.filter(u".part"_s).isEmpty());
+    QVERIFY(there.filter(u"side.txt"_s).isEmpty());
+    QCOMPARE(QDir(m_fixture->path(u"."_s)).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
              QStringList({u"backup"_s, u"target"_s}));
     QVERIFY(!QFile::exists(u"/tmp/quillbarrow-outside.txt"_s));
 }
