@@ -1,14 +1,11 @@
 #include "base/texts.h"
 #include "export/message_export.h"
+#include "read_back.h"
 #include "resources/resources.h"
 #include "sample_messages.h"
 
 #include <QBuffer>
 #include <QImage>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -25,25 +22,6 @@ QByteArray png(int side)
     buffer.open(QIODevice::WriteOnly);
     image.save(&buffer, "PNG");
     return bytes;
-}
-
-/// What an independent reader makes of a file.
-QJsonDocument readWith(const char *script, const QString &path)
-{
-    QProcess python;
-    python.start(qEnvironmentVariable("PYTHON"),
-                 {QStringLiteral(TEST_TOOLS "/") + QLatin1String(script), path});
-    if (!python.waitForFinished() || python.exitCode() != 0)
-        qWarning("%s", python.readAllStandardError().constData());
-    return QJsonDocument::fromJson(python.readAllStandardOutput());
-}
-
-QStringList strings(const QJsonValue &array)
-{
-    QStringList result;
-    for (const QJsonValue &value : array.toArray())
-        result += value.toString();
-    return result;
 }
 
 QStringList bubbleTexts(const QJsonObject &page)
@@ -139,7 +117,10 @@ private:
         NoProgress progress;
         return exportMessages(m_sample.refs, format, target, &m_source, progress);
     }
-    QJsonObject page(const QString &name) const { return readWith("read_page.py", path(name)).object(); }
+    QJsonObject page(const QString &name) const
+    {
+        return readWith("read_page.py", {path(name)}).array().first().toObject();
+    }
     void fillWithEverything();
 };
 
@@ -232,7 +213,7 @@ void TestMessageExport::csvComesBackAsItWas()
         QJsonArray{"2012-01-01 12:02:00", "0", "", "", "x"},
         QJsonArray{"2012-01-01 12:03:00", "0", "", "", "y"},
     };
-    QCOMPARE(readWith("read_csv.py", path("out.csv")).array(), expected);
+    QCOMPARE(readWith("read_csv.py", {path("out.csv")}).array(), expected);
 }
 
 void TestMessageExport::textAndCsvAreSortedAnew()
@@ -246,7 +227,7 @@ void TestMessageExport::textAndCsvAreSortedAnew()
     m_sample.message(&second, QStringLiteral("3"));
     run(MessageFormat::Csv, path("out.csv"));
     QStringList contents;
-    for (const QJsonValue &row : readWith("read_csv.py", path("out.csv")).array())
+    for (const QJsonValue &row : readWith("read_csv.py", {path("out.csv")}).array())
         contents += row.toArray().last().toString();
     QCOMPARE(contents, (QStringList{"content", "1", "2", "3", "4"}));
 }

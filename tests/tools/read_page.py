@@ -1,6 +1,6 @@
-"""Reads an exported page with a parser of its own and prints what is in it as JSON.
+"""Reads exported pages with a parser of its own and prints what is in them as JSON.
 
-read_page.py PAGE: {"tags": {...}, "attributes": [...], "links": [...], "pictures": [...], "missing": [...],
+read_page.py PAGE...: a list with one object for each, {"tags": {...}, "attributes": [...], "links": [...], "pictures": [...], "missing": [...],
 "bubbles": [[class, text], ...], "dates": [...], "labels": [...], "system": [...]}. Addresses are decoded; "missing" are
 those that do not lead to a file beside the page ("#" leads nowhere by intention).
 """
@@ -65,14 +65,13 @@ def leads_to_a_file(page, address):
     return (page.parent / urllib.parse.unquote(parts.path)).is_file()
 
 
-def main():
-    path = pathlib.Path(sys.argv[1])
+def read(path):
     page = Page()
     page.feed(path.read_text(encoding="utf-8"))
     page.close()
     assert not page.open, f"left open: {page.open}"
     addresses = [a for a in page.links + page.pictures if a != "#"]
-    print(json.dumps({
+    return {
         "tags": page.tags,
         "attributes": sorted(page.attributes),
         "links": [urllib.parse.unquote(a) for a in page.links],
@@ -82,8 +81,8 @@ def main():
         "dates": page.texts["dt"],
         "labels": page.texts["ct_left"],
         "system": page.texts["sysif"],
-    }))
+    }
 
 
 if __name__ == "__main__":
-    main()
+    print(json.dumps([read(pathlib.Path(name)) for name in sys.argv[1:]]))
