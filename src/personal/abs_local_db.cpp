@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QScopeGuard>
 
 AbsLocalDb::AbsLocalDb(const QString &folder, const QString &fileName, const QString &script)
     : m_path(QDir(folder).filePath(fileName)), m_script(script)
@@ -31,19 +32,27 @@ bool AbsLocalDb::openExisting()
 void AbsLocalDb::openFile()
 {
     m_db.openThrow(m_path, SqliteOpen::ReadWriteCreate);
+    auto closeOnFailure = qScopeGuard([this] { m_db.close(); });
+    prepare();
     Sqlite3Transaction transaction(m_db);
-    bool isNew = false;
-    {
-        Sqlite3Cursor tables = m_db.queryThrow(QStringLiteral("select count(*) from sqlite_master"));
-        isNew = tables.moveNext() && tables.getInt(0) == 0;
-    }
-    if (isNew) {
-        QFile script(m_script);
-        if (!script.open(QIODevice::ReadOnly))
-            throw Error(QStringLiteral("can not open %1. %2").arg(m_script, script.errorString()));
-        if (!m_db.exec(QString::fromUtf8(script.readAll())))
-            throw Error(QStringLiteral("can not create %1. %2").arg(m_path, m_db.lastError()));
-    }
+    if (isEmpty())
+        createTables();
     upgrade();
     transaction.commit();
+    closeOnFailure.dismiss();
+}
+
+bool AbsLocalDb::isEmpty() const
+{
+    Sqlite3Cursor tables = m_db.queryThrow(QStringLiteral("select count(*) from sqlite_master"));
+    return tables.moveNext() && tables.getInt(0) == 0;
+}
+
+void AbsLocalDb::createTables()
+{
+    QFile script(m_script);
+    if (!script.open(QIODevice::ReadOnly))
+        throw Error(QStringLiteral("can not open %1. %2").arg(m_script, script.errorString()));
+    if (!m_db.exec(QString::fromUtf8(script.readAll())))
+        throw Error(QStringLiteral("can not create %1. %2").arg(m_path, m_db.lastError()));
 }

@@ -30,8 +30,14 @@ protected:
     /// `folder` is the local database's folder, `script` the resource with the tables of a new store.
     AbsLocalDb(const QString &folder, const QString &fileName, const QString &script);
 
-    /// Brings a store of an earlier version up to date. Called inside a transaction of its own.
+    /// What a connection needs before its first transaction.
+    virtual void prepare() {}
+    /// Makes the tables of a new store by running the script. Called inside a transaction.
+    virtual void createTables();
+    /// Brings a store of an earlier version up to date. Called inside the same transaction.
     virtual void upgrade() {}
+
+    const QString &script() const { return m_script; }
 
     Sqlite3DB m_db;
 
@@ -40,4 +46,5 @@ private:
     QString m_script;
 
     void openFile();
+    bool isEmpty() const;
 };

@@ -40,8 +40,55 @@ bool Sqlite3Cursor::moveNext()
         return true;
     if (result == SQLITE_DONE)
         return false;
+    fail();
+}
+
+void Sqlite3Cursor::fail() const
+{
     sqlite3 *db = sqlite3_db_handle(m_statement);
     throw Error(QStringLiteral("can not read %1. %2").arg(m_path, QString::fromUtf8(sqlite3_errmsg(db))));
+}
+
+void Sqlite3Cursor::bindInt64(int position, qint64 value)
+{
+    sqlite3_bind_int64(m_statement, position, value);
+}
+
+void Sqlite3Cursor::bindText(int position, const QString &value)
+{
+    const QByteArray utf8 = value.toUtf8();
+    sqlite3_bind_text64(m_statement, position, utf8.constData(), static_cast<sqlite3_uint64>(utf8.size()),
+                        SQLITE_TRANSIENT, SQLITE_UTF8);
+}
+
+void Sqlite3Cursor::bindBlob(int position, const QByteArray &value)
+{
+    sqlite3_bind_blob64(m_statement, position, value.isNull() ? "" : value.constData(),
+                        static_cast<sqlite3_uint64>(value.size()), SQLITE_TRANSIENT);
+}
+
+void Sqlite3Cursor::bindNull(int position)
+{
+    sqlite3_bind_null(m_statement, position);
+}
+
+void Sqlite3Cursor::execute()
+{
+    while (moveNext()) {
+    }
+    reset();
+}
+
+bool Sqlite3Cursor::executeUnlessTaken()
+{
+    int result = SQLITE_ROW;
+    while (result == SQLITE_ROW)
+        result = sqlite3_step(m_statement);
+    const int code = sqlite3_extended_errcode(sqlite3_db_handle(m_statement));
+    if (result != SQLITE_DONE && code != SQLITE_CONSTRAINT_UNIQUE && code != SQLITE_CONSTRAINT_PRIMARYKEY)
+        fail();
+    reset();
+    return result == SQLITE_DONE;
 }
 
 void Sqlite3Cursor::reset()

@@ -28,6 +28,18 @@ public:
     void reset();
     /// The same with other values.
     void rebind(const Sqlite3Sql &values);
+
+    /// Binds one value in place, counted from 1, for the statements of a big loop; a position that the
+    /// statement does not have is passed over.
+    void bindInt64(int position, qint64 value);
+    void bindText(int position, const QString &value);
+    void bindBlob(int position, const QByteArray &value);
+    void bindNull(int position);
+    /// Runs to the end and stands ready for other values. Throws Error when the database fails.
+    void execute();
+    /// The same, but false when the row is refused because a value that must be unique is there already.
+    bool executeUnlessTaken();
+
     /// Number of columns.
     int count() const;
     QString columnName(int column) const;
@@ -59,6 +71,7 @@ private:
     Sqlite3Cursor(sqlite3_stmt *statement, QString path);
 
     bool has(int column) const;
+    [[noreturn]] void fail() const;
 
     sqlite3_stmt *m_statement = nullptr;
     QString m_path;
