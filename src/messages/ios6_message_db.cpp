@@ -1,86 +1,22 @@
 #include "messages/ios6_message_db.h"
 
-#include "base/error.h"
-#include "messages/device_path.h"
 #include "messages/message_columns.h"
 #include "messages/typed_stream.h"
-#include "personal/country_lib_db.h"
 #include "personal/ios_contacts_mem_db.h"
 
 #include <QScopeGuard>
 
-#include <algorithm>
-
 namespace {
-constexpr int rowsBetweenChecks = 256;
-
-// Counts rows and asks now and then whether the user wants to stop.
-class RowWatch
-{
-public:
-    explicit RowWatch(Progress &progress) : m_progress(progress) {}
-    void row()
-    {
-        if (++m_rows % rowsBetweenChecks == 0)
-            m_progress.check();
-    }
-
-private:
-    Progress &m_progress;
-    int m_rows = 0;
-};
-
 // The statement's name for the conversation a listing is restricted to; empty for all.
 QString onlyChat(const QString &column, qint64 chatId)
 {
     return chatId > 0 ? QStringLiteral(" and %1=%2").arg(column).arg(chatId) : QString();
 }
-
-template <typename Record>
-void sortUnique(std::vector<Record *> &records)
-{
-    const auto before = [](const Record *a, const Record *b) { return a->rowid < b->rowid; };
-    if (!std::is_sorted(records.begin(), records.end(), before))
-        std::sort(records.begin(), records.end(), before);
-    records.erase(std::unique(records.begin(), records.end()), records.end());
-}
-// Handles stand in the order of their row ids as decimal texts: 1, 10, 2.
-void sortByDecimalText(std::vector<const _MsgHandle *> &handles)
-{
-    std::sort(handles.begin(), handles.end(), [](const _MsgHandle *a, const _MsgHandle *b) {
-        return std::to_string(a->rowid) < std::to_string(b->rowid);
-    });
-    handles.erase(std::unique(handles.begin(), handles.end()), handles.end());
-}
 } // namespace
 
 IOS6MessageDb::IOS6MessageDb(const QString &path, FileSource *source, ContactNames names)
-    : m_source(source),
-      m_names(names),
-      m_normalise([](const QString &number, const QString &) { return CountryLibDb::normalise(number, {}); })
+    : AbsIOSMessageDb(path, source, names)
 {
-    m_db.openThrow(path);
-    Sqlite3Cursor cursor = m_db.queryThrow(QStringLiteral("select * from sqlite_master where type='table'"));
-    const int name = cursor.columnIndex(QStringLiteral("name"));
-    const int sql = cursor.columnIndex(QStringLiteral("sql"));
-    while (cursor.moveNext())
-        m_createTexts.insert(cursor.getText(name).toLower(), cursor.getText(sql));
-}
-
-void IOS6MessageDb::setNumbers(NumberNormaliser normalise, const QString &defaultCountry)
-{
-    m_normalise = std::move(normalise);
-    m_defaultCountry = defaultCountry.toLower();
-}
-
-bool IOS6MessageDb::hasTable(const QString &table) const
-{
-    return m_createTexts.contains(table);
-}
-
-bool IOS6MessageDb::hasColumn(const QString &table, const QString &column) const
-{
-    return m_createTexts.value(table).contains(column, Qt::CaseInsensitive);
 }
 
 // From iOS 11 on the dates of messages count nanoseconds.
@@ -99,25 +35,6 @@ QString IOS6MessageDb::listedMessages() const
     return sql;
 }
 
-// Runs a listing. Damage ends it early and keeps what was read before; when nothing at all can be read, that
-// is a failure of a listing without which there is nothing to show. `prepare` resolves the columns and gives
-// what is to be done for each row.
-template <typename Prepare>
-void IOS6MessageDb::forEachRow(Listing listing, const QString &sql, Prepare prepare)
-{
-    qint64 rows = 0;
-    try {
-        Sqlite3Cursor cursor = m_db.queryThrow(sql);
-        auto takeRow = prepare(cursor);
-        for (; cursor.moveNext(); ++rows)
-            takeRow();
-    } catch (const Error &error) {
-        if (rows == 0 && listing == Listing::Essential)
-            throw;
-        m_warnings.append(error.sentence());
-    }
-}
-
 qint64 IOS6MessageDb::countMessages()
 {
     Sqlite3Cursor cursor = m_db.queryThrow(QStringLiteral("select count(*) from ") + listedMessages());
@@ -134,22 +51,6 @@ std::unordered_map<qint64, qint64> IOS6MessageDb::countMessagesByChat()
     return counts;
 }
 
-void IOS6MessageDb::clear()
-{
-    m_chatById.clear();
-    m_chatList.clear();
-    m_handleById.clear();
-    m_messageById.clear();
-    m_attachmentById.clear();
-    m_chats.clear();
-    m_handles.clear();
-    m_messages.clear();
-    m_attachments.clear();
-    m_skippedRows = 0;
-    m_unreadableTexts = 0;
-    m_warnings.clear();
-}
-
 void IOS6MessageDb::loadChats()
 {
     clear();
@@ -157,6 +58,7 @@ void IOS6MessageDb::loadChats()
     if (!hasColumn(QStringLiteral("chat"), QStringLiteral("_last INTEGER")))
         computeLastDates();
     readHandles();
+    sortChats();
 }
 
 void IOS6MessageDb::readChats()
@@ -172,7 +74,6 @@ void IOS6MessageDb::readChats()
             m_chatList.push_back(&chat);
         };
     });
-    sortUnique(m_chatList);
 }
 
 void IOS6MessageDb::computeLastDates()
@@ -192,9 +93,7 @@ void IOS6MessageDb::readHandles()
 {
     static const QString sql = QStringLiteral(
         "select j.chat_id, h.* from chat_handle_join as j inner join handle as h on j.handle_id = h.rowid");
-    std::unique_ptr<IOSContactsMemDb> contacts;
-    if (m_source && m_names == ContactNames::FromAddressBook)
-        contacts = std::make_unique<IOSContactsMemDb>(*m_source, m_normalise);
+    const std::unique_ptr<IOSContactsMemDb> contacts = openContacts();
     forEachRow(Listing::Extra, sql, [&](const Sqlite3Cursor &cursor) {
         return [&, columns = handleColumns(cursor),
                 rowid = cursor.columnIndex(QStringLiteral("rowid"))]() mutable {
@@ -208,20 +107,24 @@ void IOS6MessageDb::readHandles()
                 known->handles.push_back(handle);
         };
     });
-    for (_MsgChat &chat : m_chats)
-        sortByDecimalText(chat.handles);
+    if (m_names == ContactNames::AsStored)
+        readSenders();
 }
 
-void IOS6MessageDb::nameHandle(_MsgHandle &handle, const IOSContactsMemDb *contacts) const
+// A store may hold the messages of somebody who has left the conversation, without any conversation of
+// theirs.
+void IOS6MessageDb::readSenders()
 {
-    handle.id = m_normalise(handle.id, handle.country);
-    if (handle.country.isEmpty())
-        handle.country = m_defaultCountry;
-    const std::optional<ContactName> contact = contacts ? contacts->find(handle.id) : std::nullopt;
-    if (!contact)
-        return;
-    handle._ct_name = contact->name;
-    handle._photo = contact->photo;
+    forEachRow(Listing::Extra, QStringLiteral("select * from handle"), [this](const Sqlite3Cursor &cursor) {
+        return [this, &cursor, columns = handleColumns(cursor),
+                rowid = cursor.columnIndex(QStringLiteral("rowid"))]() mutable {
+            _MsgHandle *&handle = m_handleById[cursor.getInt64(rowid)];
+            if (handle)
+                return;
+            handle = &m_handles.emplace_back();
+            columns.fill(*handle);
+        };
+    });
 }
 
 void IOS6MessageDb::loadMessages(qint64 chatId, Progress &progress)
@@ -293,20 +196,9 @@ void IOS6MessageDb::readAttachments(qint64 chatId, Progress &progress)
             if (!attachment) {
                 attachment = &m_attachments.emplace_back();
                 columns.fill(*attachment);
-                if (m_source && !attachment->filename.isEmpty())
-                    attachment->source = m_source->fileOfDevicePath(devicePathOf(attachment->filename));
+                placeAttachment(*attachment);
             }
             (*message)->attachments.push_back(attachment);
         };
     });
-}
-
-void IOS6MessageDb::sortMessages(qint64 chatId)
-{
-    for (_MsgChat &chat : m_chats)
-        if (chatId <= 0 || chat.rowid == chatId)
-            sortUnique(chat.messages);
-    for (_MsgMessage &message : m_messages)
-        if (message.attachments.size() > 1)
-            sortUnique(message.attachments);
 }

@@ -1,12 +1,14 @@
 #include "messages/message_columns.h"
 
-RecordColumns<_MsgChat> chatColumns(const Sqlite3Cursor &cursor)
+// Reading and writing share these lists: `columns` is what resolves them in the one direction or the other.
+namespace {
+template <typename Columns>
+Columns describeChat(Columns columns)
 {
     using Chat = _MsgChat;
-    RecordColumns<Chat> columns(cursor);
     columns.bigNumbers({{"rowid", &Chat::rowid}});
-    columns.texts({{"guid", &Chat::guid},
-                   {"chat_identifier", &Chat::chat_identifier},
+    columns.requiredTexts({{"guid", &Chat::guid}});
+    columns.texts({{"chat_identifier", &Chat::chat_identifier},
                    {"room_name", &Chat::room_name},
                    {"display_name", &Chat::display_name},
                    {"group_id", &Chat::group_id}});
@@ -20,25 +22,25 @@ RecordColumns<_MsgChat> chatColumns(const Sqlite3Cursor &cursor)
     return columns;
 }
 
-RecordColumns<_MsgHandle> handleColumns(const Sqlite3Cursor &cursor)
+template <typename Columns>
+Columns describeHandle(Columns columns)
 {
     using Handle = _MsgHandle;
-    RecordColumns<Handle> columns(cursor);
     columns.bigNumbers({{"rowid", &Handle::rowid}});
-    columns.texts({{"id", &Handle::id},
-                   {"uncanonicalized_id", &Handle::uncanonicalized_id},
-                   {"_ct_name", &Handle::_ct_name}});
-    columns.repeatedTexts({{"country", &Handle::country}, {"service", &Handle::service}});
+    columns.requiredTexts({{"id", &Handle::id}, {"service", &Handle::service}});
+    columns.texts({{"uncanonicalized_id", &Handle::uncanonicalized_id}, {"_ct_name", &Handle::_ct_name}});
+    columns.repeatedTexts({{"country", &Handle::country}});
     columns.bytes({{"_photo", &Handle::_photo}});
     return columns;
 }
 
-RecordColumns<_MsgMessage> messageColumns(const Sqlite3Cursor &cursor, DateUnit unit)
+template <typename Columns>
+Columns describeMessage(Columns columns, DateUnit unit)
 {
     using Message = _MsgMessage;
-    RecordColumns<Message> columns(cursor);
     columns.bigNumbers({{"rowid", &Message::rowid}, {"handle_id", &Message::handle_id}});
-    columns.texts({{"guid", &Message::guid}, {"text", &Message::text}});
+    columns.requiredTexts({{"guid", &Message::guid}});
+    columns.texts({{"text", &Message::text}});
     columns.repeatedTexts({{"service_center", &Message::service_center},
                            {"subject", &Message::subject},
                            {"country", &Message::country},
@@ -89,14 +91,13 @@ RecordColumns<_MsgMessage> messageColumns(const Sqlite3Cursor &cursor, DateUnit 
     return columns;
 }
 
-RecordColumns<_MsgAttachment> attachmentColumns(const Sqlite3Cursor &cursor)
+template <typename Columns>
+Columns describeAttachment(Columns columns)
 {
     using Attachment = _MsgAttachment;
-    RecordColumns<Attachment> columns(cursor);
     columns.bigNumbers({{"attachment_id", &Attachment::rowid}, {"total_bytes", &Attachment::total_bytes}});
-    columns.texts({{"guid", &Attachment::guid},
-                   {"filename", &Attachment::filename},
-                   {"transfer_name", &Attachment::transfer_name}});
+    columns.requiredTexts({{"guid", &Attachment::guid}});
+    columns.texts({{"filename", &Attachment::filename}, {"transfer_name", &Attachment::transfer_name}});
     columns.repeatedTexts({{"uti", &Attachment::uti}, {"mime_type", &Attachment::mime_type}});
     columns.bytes({{"user_info", &Attachment::user_info}});
     columns.dates({{"created_date", &Attachment::created_date}, {"start_date", &Attachment::start_date}},
@@ -104,4 +105,45 @@ RecordColumns<_MsgAttachment> attachmentColumns(const Sqlite3Cursor &cursor)
     columns.numbers(
         {{"transfer_state", &Attachment::transfer_state}, {"is_outgoing", &Attachment::is_outgoing}});
     return columns;
+}
+} // namespace
+
+RecordColumns<_MsgChat> chatColumns(const Sqlite3Cursor &cursor)
+{
+    return describeChat(RecordColumns<_MsgChat>(cursor));
+}
+
+RecordColumns<_MsgHandle> handleColumns(const Sqlite3Cursor &cursor)
+{
+    return describeHandle(RecordColumns<_MsgHandle>(cursor));
+}
+
+RecordColumns<_MsgMessage> messageColumns(const Sqlite3Cursor &cursor, DateUnit unit)
+{
+    return describeMessage(RecordColumns<_MsgMessage>(cursor), unit);
+}
+
+RecordColumns<_MsgAttachment> attachmentColumns(const Sqlite3Cursor &cursor)
+{
+    return describeAttachment(RecordColumns<_MsgAttachment>(cursor));
+}
+
+RecordInsert<_MsgChat> chatInsert(Sqlite3DB &db)
+{
+    return describeChat(RecordInsert<_MsgChat>(db, "chat"));
+}
+
+RecordInsert<_MsgHandle> handleInsert(Sqlite3DB &db)
+{
+    return describeHandle(RecordInsert<_MsgHandle>(db, "handle"));
+}
+
+RecordInsert<_MsgMessage> messageInsert(Sqlite3DB &db, DateUnit unit)
+{
+    return describeMessage(RecordInsert<_MsgMessage>(db, "message"), unit);
+}
+
+RecordInsert<_MsgAttachment> attachmentInsert(Sqlite3DB &db)
+{
+    return describeAttachment(RecordInsert<_MsgAttachment>(db, "attachment"));
 }

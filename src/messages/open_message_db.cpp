@@ -2,9 +2,6 @@
 
 #include "base/error.h"
 #include "messages/ios6_message_db.h"
-#include "personal/country_lib_db.h"
-
-#include <QDebug>
 
 namespace {
 QSet<QString> tableNames(const QString &path)
@@ -17,22 +14,6 @@ QSet<QString> tableNames(const QString &path)
     while (cursor.moveNext())
         names.insert(cursor.getText(name).toLower());
     return names;
-}
-
-// Without the countries data numbers are still cleaned of punctuation, which is no reason to show no
-// messages.
-void useCountries(IOS6MessageDb &db)
-{
-    const auto countries = std::make_shared<CountryLibDb>();
-    try {
-        countries->open();
-    } catch (const Error &error) {
-        qWarning().noquote() << error.sentence();
-        return;
-    }
-    db.setNumbers([countries](const QString &number,
-                              const QString &isoCode) { return countries->normaliseFor(number, isoCode); },
-                  countries->defaultCountry().sn);
 }
 } // namespace
 

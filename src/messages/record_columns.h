@@ -1,10 +1,10 @@
 #pragma once
 
+#include "messages/column_list.h"
 #include "messages/record_date.h"
 #include "messages/string_pool.h"
 #include "sqlite/sqlite3_cursor.h"
 
-#include <initializer_list>
 #include <vector>
 
 /// Which columns of a statement fill which fields of a record: resolved once, before its rows are walked. A
@@ -14,19 +14,14 @@ class RecordColumns
 {
 public:
     template <typename Field>
-    struct Named
-    {
-        const char *column;
-        Field Record::*field;
-    };
-    template <typename Field>
-    using List = std::initializer_list<Named<Field>>;
+    using List = ColumnList<Record, Field>;
 
     explicit RecordColumns(const Sqlite3Cursor &cursor) : m_cursor(&cursor) {}
 
     void numbers(List<int> fields) { resolve(fields, m_numbers); }
     void bigNumbers(List<qint64> fields) { resolve(fields, m_bigNumbers); }
     void texts(List<QString> fields) { resolve(fields, m_texts); }
+    void requiredTexts(List<QString> fields) { texts(fields); }
     /// Texts of which there are few: equal ones share their memory.
     void repeatedTexts(List<QString> fields) { resolve(fields, m_repeatedTexts); }
     void bytes(List<QByteArray> fields) { resolve(fields, m_bytes); }

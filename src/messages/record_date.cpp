@@ -12,3 +12,9 @@ int recordDate(qint64 stored, DateUnit unit)
     return static_cast<int>(
         std::clamp<qint64>(value, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
 }
+
+qint64 storedDate(int value, DateUnit unit)
+{
+    constexpr qint64 nanosecondsPerSecond = 1'000'000'000;
+    return unit == DateUnit::Nanoseconds ? value * nanosecondsPerSecond : value;
+}

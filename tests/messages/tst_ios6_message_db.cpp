@@ -353,7 +353,7 @@ void TestIos6MessageDb::attachmentsAreOnlyLookedUp()
         "(8, 'g8', '~/Library/SMS/Attachments/a.jpg', 'image/jpeg', 5000000000), (3, 'g3', '~/gone.mov', "
         "'video/quicktime', 1), (5, 'g5', NULL, NULL, NULL);"
         "insert into message_attachment_join values(1, 8), (1, 3), (2, 5), (1, 8), (2, 8)"));
-    IOS6MessageDb &db = load(ContactNames::AsStored, &source);
+    IOS6MessageDb &db = load(ContactNames::None, &source);
     const auto &attachments = db.chat(1)->messages.at(0)->attachments;
     QCOMPARE(attachments.size(), 2u);
     QCOMPARE(attachments.at(0)->rowid, 3);

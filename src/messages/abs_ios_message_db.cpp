@@ -1,0 +1,149 @@
+#include "messages/abs_ios_message_db.h"
+
+#include "messages/device_path.h"
+#include "messages/stored_attachments.h"
+#include "personal/country_lib_db.h"
+#include "personal/ios_contacts_mem_db.h"
+
+#include <QDebug>
+
+#include <algorithm>
+
+namespace {
+constexpr int rowsBetweenChecks = 256;
+
+template <typename Record>
+void sortUnique(std::vector<Record *> &records)
+{
+    const auto before = [](const Record *a, const Record *b) { return a->rowid < b->rowid; };
+    if (!std::is_sorted(records.begin(), records.end(), before))
+        std::sort(records.begin(), records.end(), before);
+    records.erase(std::unique(records.begin(), records.end()), records.end());
+}
+
+// Handles stand in the order of their row ids as decimal texts: 1, 10, 2.
+void sortByDecimalText(std::vector<const _MsgHandle *> &handles)
+{
+    std::sort(handles.begin(), handles.end(), [](const _MsgHandle *a, const _MsgHandle *b) {
+        return std::to_string(a->rowid) < std::to_string(b->rowid);
+    });
+    handles.erase(std::unique(handles.begin(), handles.end()), handles.end());
+}
+} // namespace
+
+void AbsIOSMessageDb::RowWatch::row()
+{
+    if (++m_rows % rowsBetweenChecks == 0)
+        m_progress.check();
+}
+
+AbsIOSMessageDb::AbsIOSMessageDb(const QString &path, FileSource *source, ContactNames names)
+    : m_source(source),
+      m_names(names),
+      m_normalise([](const QString &number, const QString &) { return CountryLibDb::normalise(number, {}); })
+{
+    m_db.openThrow(path);
+    Sqlite3Cursor cursor = m_db.queryThrow(QStringLiteral("select * from sqlite_master where type='table'"));
+    const int name = cursor.columnIndex(QStringLiteral("name"));
+    const int sql = cursor.columnIndex(QStringLiteral("sql"));
+    while (cursor.moveNext())
+        m_createTexts.insert(cursor.getText(name).toLower(), cursor.getText(sql));
+}
+
+AbsIOSMessageDb::~AbsIOSMessageDb() = default;
+
+void AbsIOSMessageDb::setNumbers(NumberNormaliser normalise, const QString &defaultCountry)
+{
+    m_normalise = std::move(normalise);
+    m_defaultCountry = defaultCountry.toLower();
+}
+
+bool AbsIOSMessageDb::hasTable(const QString &table) const
+{
+    return m_createTexts.contains(table);
+}
+
+bool AbsIOSMessageDb::hasColumn(const QString &table, const QString &column) const
+{
+    return m_createTexts.value(table).contains(column, Qt::CaseInsensitive);
+}
+
+void AbsIOSMessageDb::clear()
+{
+    m_chatById.clear();
+    m_chatList.clear();
+    m_handleById.clear();
+    m_messageById.clear();
+    m_attachmentById.clear();
+    m_chats.clear();
+    m_handles.clear();
+    m_messages.clear();
+    m_attachments.clear();
+    m_skippedRows = 0;
+    m_unreadableTexts = 0;
+    m_warnings.clear();
+}
+
+void AbsIOSMessageDb::sortChats()
+{
+    sortUnique(m_chatList);
+    for (_MsgChat &chat : m_chats)
+        sortByDecimalText(chat.handles);
+}
+
+void AbsIOSMessageDb::sortMessages(qint64 chatId)
+{
+    for (_MsgChat &chat : m_chats)
+        if (chatId <= 0 || chat.rowid == chatId)
+            sortUnique(chat.messages);
+    for (_MsgMessage &message : m_messages)
+        if (message.attachments.size() > 1)
+            sortUnique(message.attachments);
+}
+
+std::unique_ptr<IOSContactsMemDb> AbsIOSMessageDb::openContacts() const
+{
+    return m_source && m_names == ContactNames::FromAddressBook
+               ? std::make_unique<IOSContactsMemDb>(*m_source, m_normalise)
+               : nullptr;
+}
+
+QString AbsIOSMessageDb::normalised(const QString &address, const QString &country) const
+{
+    return m_normalise(address, country);
+}
+
+void AbsIOSMessageDb::nameHandle(_MsgHandle &handle, const IOSContactsMemDb *contacts) const
+{
+    handle.id = m_normalise(handle.id, handle.country);
+    if (handle.country.isEmpty())
+        handle.country = m_defaultCountry;
+    const std::optional<ContactName> contact = contacts ? contacts->find(handle.id) : std::nullopt;
+    if (!contact)
+        return;
+    handle._ct_name = contact->name;
+    handle._photo = contact->photo;
+}
+
+void AbsIOSMessageDb::placeAttachment(_MsgAttachment &attachment) const
+{
+    if (!m_source || attachment.filename.isEmpty())
+        return;
+    attachment.source = m_names == ContactNames::AsStored
+                            ? StoredAttachments::placeOf(attachment)
+                            : m_source->fileOfDevicePath(devicePathOf(attachment.filename));
+}
+
+void useCountries(AbsIOSMessageDb &db)
+{
+    const auto countries = std::make_shared<CountryLibDb>();
+    try {
+        countries->open();
+    } catch (const Error &error) {
+        qWarning().noquote() << error.sentence();
+        return;
+    }
+    db.setNumbers([countries](const QString &number,
+                              const QString &isoCode) { return countries->normaliseFor(number, isoCode); },
+                  countries->defaultCountry().sn);
+}

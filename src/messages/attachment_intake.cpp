@@ -1,0 +1,119 @@
+#include "messages/attachment_intake.h"
+
+#include "base/contained_path.h"
+#include "base/error.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QStorageInfo>
+#include <QUrl>
+
+namespace {
+constexpr qint64 fullDiskBytes = 1 << 20;
+
+bool isDiskFull(const QString &folder, qint64 neededBytes)
+{
+    const qint64 available = QStorageInfo(folder).bytesAvailable();
+    return available >= 0 && available < std::max(neededBytes, fullDiskBytes);
+}
+} // namespace
+
+AttachmentIntake::AttachmentIntake(const QString &folder, FileSource *source)
+    : m_store(folder),
+      m_source(source),
+      m_journal(QDir(folder).filePath(QStringLiteral("Attachments/.incoming")))
+{
+}
+
+AttachmentIntake::~AttachmentIntake()
+{
+    for (const SourceFile &place : m_taken)
+        removeFile(place);
+    removeJournal();
+}
+
+void AttachmentIntake::keep()
+{
+    m_taken.clear();
+    removeJournal();
+}
+
+void AttachmentIntake::removeJournal()
+{
+    if (!m_journal.isOpen())
+        return;
+    m_journal.close();
+    m_journal.remove();
+    QDir(m_store.folder()).rmdir(QStringLiteral("Attachments")); // stays unless it is empty
+}
+
+void AttachmentIntake::removeLeftovers(const QString &folder,
+                                       const std::function<bool(const QString &)> &isKnown)
+{
+    AttachmentIntake killed(folder, nullptr);
+    if (!killed.m_journal.open(QIODevice::ReadOnly))
+        return;
+    while (!killed.m_journal.atEnd()) {
+        const QList<QByteArray> words = killed.m_journal.readLine().trimmed().split(' ');
+        if (words.size() == 2 && !isKnown(QUrl::fromPercentEncoding(words[0])))
+            killed.m_taken.push_back({QString(), QUrl::fromPercentEncoding(words[1])});
+    }
+}
+
+// Says what is about to come before it comes, so that it can be found after the process was killed.
+void AttachmentIntake::note(const QString &guid, const SourceFile &place)
+{
+    if (!m_journal.isOpen() &&
+        (!QDir().mkpath(QFileInfo(m_journal).path()) || !m_journal.open(QIODevice::WriteOnly)))
+        throw Error(
+            QStringLiteral("can not write %1. %2").arg(m_journal.fileName(), m_journal.errorString()));
+    m_journal.write(QUrl::toPercentEncoding(guid) + ' ' + QUrl::toPercentEncoding(place.relativePath) + '\n');
+    if (!m_journal.flush())
+        throw Error(
+            QStringLiteral("can not write %1. %2").arg(m_journal.fileName(), m_journal.errorString()));
+    m_taken.push_back(place);
+}
+
+void AttachmentIntake::take(const _MsgAttachment &attachment, const QString &guid, const SourceFile &place)
+{
+    if (attachment.filename.isEmpty() || m_store.hasContent(place))
+        return;
+    const auto leaveOut = [&](const QString &reason) {
+        m_missing.append(QStringLiteral("%1: %2").arg(attachment.displayName(), reason));
+    };
+    if (!m_source || attachment.source.isNull() || !m_source->hasContent(attachment.source))
+        return leaveOut(QStringLiteral("its file is not in the source."));
+    if (m_source->isLocked(attachment.source))
+        return leaveOut(QStringLiteral("its file is of a class that the password does not unlock."));
+    const std::optional<QString> destination = containedPath(m_store.folder(), place.relativePath);
+    if (!destination || !staysBelow(m_store.folder(), *destination))
+        return leaveOut(QStringLiteral("its file has no place in %1.").arg(m_store.folder()));
+    note(guid, place);
+    try {
+        m_source->fetchTo(attachment.source, *destination);
+        ++m_copied;
+    } catch (const Error &error) {
+        if (isDiskFull(m_store.folder(), attachment.total_bytes))
+            throw;
+        leaveOut(error.sentence());
+    }
+}
+
+void AttachmentIntake::removeFile(const SourceFile &file)
+{
+    const std::optional<QString> path = containedPath(m_store.folder(), file.relativePath);
+    if (!path || !staysBelow(m_store.folder(), *path))
+        return;
+    QFile::remove(*path);
+    // What a killed process had half written.
+    QDir place = QFileInfo(*path).dir();
+    const QStringList halves = place.entryList({QStringLiteral(".*.part")}, QDir::Files | QDir::Hidden);
+    for (const QString &half : halves)
+        place.remove(half);
+    // The folders that it stood in, as far as they are empty now.
+    for (QDir dir = QFileInfo(*path).dir(); dir.path() != m_store.folder() && dir.isEmpty();) {
+        const QString name = dir.dirName();
+        if (!dir.cdUp() || !dir.rmdir(name))
+            break;
+    }
+}

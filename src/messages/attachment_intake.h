@@ -1,0 +1,50 @@
+#pragma once
+
+#include "messages/stored_attachments.h"
+
+#include <QFile>
+#include <QStringList>
+
+#include <functional>
+#include <vector>
+
+/// Copies attachment files into a store during one job. What the job brought is taken away again when this
+/// object goes without keep(); what a killed process left behind is taken away by the next job.
+class AttachmentIntake
+{
+public:
+    /// `source` may be null. Make it inside the job's transaction, so that no other job is at work.
+    AttachmentIntake(const QString &folder, FileSource *source);
+    ~AttachmentIntake();
+    AttachmentIntake(const AttachmentIntake &) = delete;
+    AttachmentIntake &operator=(const AttachmentIntake &) = delete;
+
+    /// Removes the files of an earlier job that never ended. `isKnown` tells whether the store has an
+    /// attachment of that GUID. Call it inside a transaction, too.
+    static void removeLeftovers(const QString &folder,
+                                const std::function<bool(const QString &guid)> &isKnown);
+
+    /// Brings the file of an attachment to its place, unless it is there. `guid` and `place` are those of the
+    /// store. A file that the source does not have or cannot read is noted and left out. Throws Error when it
+    /// cannot be written.
+    void take(const _MsgAttachment &attachment, const QString &guid, const SourceFile &place);
+
+    /// The job has ended well.
+    void keep();
+
+    qint64 copied() const { return m_copied; }
+    /// "name: reason", one for each file that was left out.
+    const QStringList &missing() const { return m_missing; }
+
+private:
+    void note(const QString &guid, const SourceFile &place);
+    void removeFile(const SourceFile &file);
+    void removeJournal();
+
+    StoredAttachments m_store;
+    FileSource *m_source;
+    QFile m_journal;
+    std::vector<SourceFile> m_taken;
+    qint64 m_copied = 0;
+    QStringList m_missing;
+};

@@ -1,0 +1,117 @@
+#include "messages/message_source.h"
+
+#include "base/error.h"
+#include "messages/ios6_message_db.h"
+#include "messages/local_message_store.h"
+#include "messages/mac_messaging_db.h"
+#include "messages/stored_attachments.h"
+
+#include <QDebug>
+#include <QDir>
+#include <QFileInfo>
+
+namespace {
+const QString chatDb = QStringLiteral("chat.db");
+const QString deviceFolder = QStringLiteral("var/mobile/Library/SMS");
+
+// Lets the store take back what a killed process left half done, and bring itself up to date. A store that
+// cannot be written, or that another process is writing, may still be readable.
+void prepareStore(MessageStoreFile &&store)
+{
+    if (!QFileInfo::exists(store.path()))
+        throw Error(QStringLiteral("There is no message store %1.").arg(store.path()));
+    try {
+        store.open();
+    } catch (const Error &error) {
+        qWarning().noquote() << error.sentence();
+    }
+}
+
+MessageSource openStore(const QString &folder, const QString &path)
+{
+    MessageSource opened;
+    opened.files = std::make_unique<StoredAttachments>(folder);
+    opened.database = std::make_unique<IOS6MessageDb>(path, opened.files.get(), ContactNames::AsStored);
+    return opened;
+}
+
+bool hasColumn(const Sqlite3DB &db, const char *table, const char *column)
+{
+    return db.tbCols(QLatin1String(table)).contains(QLatin1String(column));
+}
+
+bool isFromMac(const Sqlite3DB &db)
+{
+    return hasColumn(db, "attachment", "filename") &&
+           db.queryThrow(QStringLiteral("select 1 from attachment where filename like '~/Library/Messages/%' "
+                                        "limit 1"))
+               .moveNext();
+}
+
+enum class Kind { Store, Mac, Device };
+
+Kind kindOf(const QString &database)
+{
+    Sqlite3DB db;
+    db.openThrow(database);
+    if (hasColumn(db, "chat", "_last"))
+        return Kind::Store;
+    return isFromMac(db) ? Kind::Mac : Kind::Device;
+}
+
+MessageSource openMac(const QString &folder, const QString &path)
+{
+    auto files = std::make_unique<MacMessageFiles>(folder, QDir::homePath());
+    const QString copy = files->copyOf(path);
+    auto database = std::make_unique<MacMessagingDb>(copy, *files);
+    useCountries(*database);
+    return {std::move(files), std::move(database)};
+}
+} // namespace
+
+bool hasLocalMessages(const QString &folder)
+{
+    return QFileInfo(LocalMessageStore::pathIn(folder)).isFile();
+}
+
+MessageSource openLocalMessages(const QString &folder)
+{
+    prepareStore(LocalMessageStore(folder));
+    return openStore(folder, LocalMessageStore::pathIn(folder));
+}
+
+MessageSource openRecycledMessages(const QString &folder)
+{
+    prepareStore(MessageRecycleDb(folder));
+    return openStore(folder, MessageRecycleDb::pathIn(folder));
+}
+
+bool isMessageFile(const QString &path)
+{
+    const QFileInfo info(path);
+    return info.isFile() || (info.isDir() && QFileInfo(QDir(path).filePath(chatDb)).isFile());
+}
+
+MessageSource openMessageFile(const QString &path)
+{
+    const QString file = QFileInfo(path).isDir() ? QDir(path).filePath(chatDb) : path;
+    const QString folder = QFileInfo(file).absolutePath();
+    if (!QFileInfo(file).isFile())
+        throw Error(QStringLiteral("can not open %1. There is no such file.").arg(file));
+    if (QFileInfo(file).fileName() == chatDb)
+        return openMac(folder, file);
+    auto files = std::make_unique<LooseDatabaseSource>(folder, deviceFolder);
+    const QString copy = files->copyOf(file);
+    std::unique_ptr<AbsMessageDb> database;
+    switch (kindOf(copy)) {
+    case Kind::Store:
+        database = std::make_unique<IOS6MessageDb>(copy, files.get(), ContactNames::AsStored);
+        return {std::move(files), std::move(database)};
+    case Kind::Mac:
+        return openMac(folder, file);
+    case Kind::Device:
+        break;
+    }
+    database = openMessageDbFile(copy, files.get());
+    return {std::move(files), std::move(database)};
+}

@@ -1,0 +1,494 @@
+#include "made_messages.h"
+#include "messages/logic_hash.h"
+#include "messages/message_source.h"
+#include "messages/save_messages.h"
+#include "resources/resources.h"
+#include "store_folder.h"
+
+#include <QCryptographicHash>
+#include <QTest>
+
+namespace {
+// Stops the job before its item of a number.
+class StopAt : public Progress
+{
+public:
+    explicit StopAt(int item) : m_left(item) {}
+    void report(const QString &, int, const QString &) override {}
+    bool isCancelled() const override { return m_left-- == 0; }
+
+private:
+    mutable int m_left;
+};
+
+MessageSaveSummary save(const MadeMessages &made, const StoreFolder &folder, FileSource *files = nullptr)
+{
+    NoProgress progress;
+    return saveMessages(made.refs, files, folder.path(), QString(), progress);
+}
+
+QString md5(const QByteArray &bytes)
+{
+    return QString::fromLatin1(QCryptographicHash::hash(bytes, QCryptographicHash::Md5).toHex());
+}
+} // namespace
+
+class TestMessageStore : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { initResources(); }
+    void hash_data();
+    void hash();
+    void everyFieldComesBack();
+    void savingAgainAddsNothing();
+    void sameMessages_data();
+    void sameMessages();
+    void takenGuidIsSkipped();
+    void recordsWithoutGuid();
+    void messageInTwoConversations();
+    void messageWithoutConversation();
+    void senderWhoLeft();
+    void laterNamesAreTaken();
+    void newestDateNeverFalls();
+    void oldStoreIsBroughtUpToDate();
+    void triggers_data();
+    void triggers();
+    void stoppedJobLeavesNothing();
+    void brokenStoreIsReported();
+};
+
+void TestMessageStore::hash_data()
+{
+    QTest::addColumn<QString>("sender");
+    QTest::addColumn<int>("date");
+    QTest::addColumn<int>("fromMe");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QStringList>("files");
+    QTest::addColumn<int>("itemType");
+    QTest::addColumn<QString>("expected");
+    const QByteArray date("\x00\xd4\xaf\x14", 4); // 347067392, little-endian
+    QTest::newRow("incoming") << "Bo@Example.org" << 347067392 << 0 << "Hi" << QStringList() << 0
+                              << md5("bo@example.org" + date + QByteArray(1, 0) + "Hi");
+    QTest::newRow("outgoing to nobody")
+        << "" << 347067392 << 1 << "Hi" << QStringList() << 0 << md5(date + QByteArray(1, 1) + "Hi");
+    QTest::newRow("before 2001") << "" << -1 << 0 << "" << QStringList() << 0
+                                 << md5(QByteArray("\xff\xff\xff\xff", 4) + QByteArray(1, 0));
+    QTest::newRow("marks of attachments") << "" << 0 << 0 << u"\uFFFCa\uFFFC\u00e9"_qs << QStringList() << 0
+                                          << md5(QByteArray(5, 0) + "a\xc3\xa9");
+    QTest::newRow("names sorted in lower case")
+        << "" << 0 << 0 << "x" << QStringLiteral("~/a/Z.JPG||/b/a.Mov|c").split(u'|') << 0
+        << md5(QByteArray(5, 0) + "xa.movcz.jpg");
+    QTest::newRow("system item") << "bo" << 5 << 1 << "x" << QStringList() << 2 << md5("G-1");
+}
+
+void TestMessageStore::hash()
+{
+    QFETCH(QString, sender);
+    QFETCH(int, date);
+    QFETCH(int, fromMe);
+    QFETCH(QString, text);
+    QFETCH(QStringList, files);
+    QFETCH(int, itemType);
+    _MsgHandle handle;
+    handle.id = sender;
+    _MsgMessage message;
+    message.guid = QStringLiteral("G-1");
+    message.handle = sender.isEmpty() ? nullptr : &handle;
+    message.date = date;
+    message.is_from_me = fromMe;
+    message.text = text;
+    message.item_type = itemType;
+    std::deque<_MsgAttachment> attachments;
+    for (const QString &file : files) {
+        attachments.emplace_back().filename = file;
+        message.attachments.push_back(&attachments.back());
+    }
+    QTEST(logicHash(message), "expected");
+}
+
+void TestMessageStore::everyFieldComesBack()
+{
+    MadeMessages made;
+    auto *bo = made.handle(QStringLiteral("+491711234567"), QStringLiteral("SMS"));
+    bo->_ct_name = QStringLiteral("Bo 'B' \u00d6");
+    bo->_photo = QByteArray("\x89PNG\0x", 6);
+    bo->country = QStringLiteral("de");
+    bo->uncanonicalized_id = QStringLiteral("0171 1234567");
+    _MsgChat *chat =
+        made.chat(QStringLiteral("SMS;+;chat1"), {bo, made.handle(QStringLiteral("ann@example.org"))});
+    chat->account_id = QStringLiteral("account");
+    chat->properties = QByteArray("bplist00\0", 9);
+    chat->room_name = QStringLiteral("room");
+    chat->account_login = QStringLiteral("E:");
+    chat->is_archived = 1;
+    chat->last_addressed_handle = QStringLiteral("+49");
+    chat->display_name = QStringLiteral("Garden");
+    chat->group_id = QStringLiteral("group");
+    chat->state = 3;
+    _MsgMessage *full = made.message(chat, QStringLiteral("line one\nline \U0001F33B two \uFFFC"), 500);
+    int number = 2;
+    using M = _MsgMessage;
+    for (const auto field : {&M::replace,
+                             &M::version,
+                             &M::type,
+                             &M::error,
+                             &M::date_read,
+                             &M::date_delivered,
+                             &M::is_delivered,
+                             &M::is_finished,
+                             &M::is_emote,
+                             &M::is_from_me,
+                             &M::is_empty,
+                             &M::is_delayed,
+                             &M::is_auto_reply,
+                             &M::is_prepared,
+                             &M::is_read,
+                             &M::is_system_message,
+                             &M::is_sent,
+                             &M::has_dd_results,
+                             &M::is_service_message,
+                             &M::is_forward,
+                             &M::was_downgraded,
+                             &M::is_archive,
+                             &M::was_data_detected,
+                             &M::was_deduplicated,
+                             &M::is_audio_message,
+                             &M::is_played,
+                             &M::date_played,
+                             &M::group_action_type,
+                             &M::share_status,
+                             &M::share_direction,
+                             &M::is_expirable,
+                             &M::expire_state,
+                             &M::message_action_type})
+        full->*field = number++;
+    for (const auto field : {&M::service_center, &M::subject, &M::country, &M::account, &M::account_guid,
+                             &M::cache_roomnames, &M::group_title})
+        full->*field = QStringLiteral("text %1").arg(number++);
+    full->attributedBody = QByteArray("\x04\x0bstreamtyped\0", 14);
+    full->otherHandle = chat->handles.back();
+    full->other_handle_id = 2;
+    _MsgAttachment *photo = made.attachment(full, QStringLiteral("AB12-F"), QStringLiteral("Rose 'x'.JPG"));
+    photo->created_date = 11;
+    photo->start_date = 12;
+    photo->uti = QStringLiteral("public.jpeg");
+    photo->mime_type = QStringLiteral("image/jpeg");
+    photo->is_outgoing = 1;
+    photo->user_info = QByteArray("\0info", 5);
+    photo->total_bytes = 5'000'000'000;
+    made.attachment(full, QStringLiteral("CD34-F"), QStringLiteral("b.mov"));
+    made.message(chat, QString(1'000'000, u'\u00e4'), std::numeric_limits<int>::max())->handle = nullptr;
+    made.message(chat, QString(), std::numeric_limits<int>::min())->handle = nullptr;
+
+    StoreFolder folder;
+    const MessageSaveSummary summary = save(made, folder);
+    QCOMPARE(summary.added, 3);
+    QCOMPARE(summary.handled(), 3);
+    QStringList expected;
+    for (const MessageRef &ref : made.refs)
+        expected << described(ref);
+    expected.sort();
+    const MessageSource source = openLocalMessages(folder.path());
+    QCOMPARE(describedMessages(*source.database), expected);
+    QCOMPARE(source.database->countMessages(), 3);
+    QCOMPARE(source.database->chats().front()->_last, std::numeric_limits<int>::max());
+    QCOMPARE(folder.faults(folder.store()), QStringLiteral("ok"));
+}
+
+void TestMessageStore::savingAgainAddsNothing()
+{
+    MadeMessages made;
+    MadeFiles files;
+    for (int i = 0; i < 3; ++i) {
+        _MsgChat *chat = made.chat(QStringLiteral("SMS;-;%1").arg(i), {made.handle(QString::number(i))});
+        for (int j = 0; j < 10; ++j) {
+            _MsgMessage *message = made.message(chat, QStringLiteral("%1").arg(j), j);
+            const auto *attachment = made.attachment(message, QStringLiteral("GUIDGUID-%1-%2").arg(i).arg(j),
+                                                     QStringLiteral("a.jpg"));
+            files.contents[attachment->source.relativePath] = "content";
+        }
+    }
+    StoreFolder folder;
+    QCOMPARE(save(made, folder, &files).attachmentsCopied, 30);
+    const QStringList first = folder.content();
+    const MessageSaveSummary again = save(made, folder, &files);
+    QCOMPARE(again.added, 0);
+    QCOMPARE(again.merged, 30);
+    QCOMPARE(again.attachmentsCopied, 0);
+    QCOMPARE(folder.content(), first);
+    QCOMPARE(folder.files().size(), 30);
+}
+
+void TestMessageStore::sameMessages_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<int>("date");
+    QTest::addColumn<int>("fromMe");
+    QTest::addColumn<int>("added");
+    QTest::newRow("another GUID") << "Hi"
+                                  << "IMG.jpg" << 7 << 0 << 1;
+    QTest::newRow("a mark in the text") << u"\uFFFCHi"_qs << "IMG.jpg" << 7 << 0 << 1;
+    QTest::newRow("a file name in other letters") << "Hi"
+                                                  << "img.JPG" << 7 << 0 << 1;
+    QTest::newRow("another file") << "Hi"
+                                  << "IMG2.jpg" << 7 << 0 << 2;
+    QTest::newRow("another second") << "Hi"
+                                    << "IMG.jpg" << 8 << 0 << 2;
+    QTest::newRow("the other direction") << "Hi"
+                                         << "IMG.jpg" << 7 << 1 << 2;
+    QTest::newRow("other letters in the text") << "hi"
+                                               << "IMG.jpg" << 7 << 0 << 2;
+}
+
+void TestMessageStore::sameMessages()
+{
+    QFETCH(QString, text);
+    QFETCH(QString, file);
+    QFETCH(int, date);
+    QFETCH(int, fromMe);
+    StoreFolder folder;
+    MadeMessages first;
+    _MsgChat *chat = first.chat(QStringLiteral("SMS;-;1"), {first.handle(QStringLiteral("Bo@Example.org"))});
+    first.attachment(first.message(chat, QStringLiteral("Hi"), 7), QStringLiteral("A-1"),
+                     QStringLiteral("IMG.jpg"));
+    save(first, folder);
+    MadeMessages second;
+    chat = second.chat(QStringLiteral("SMS;-;1"), {second.handle(QStringLiteral("bo@example.org"))});
+    _MsgMessage *message = second.message(chat, text, date);
+    message->guid = QStringLiteral("another");
+    message->is_from_me = fromMe;
+    second.attachment(message, QStringLiteral("A-2"), file);
+    save(second, folder);
+    QTEST(folder.value(QStringLiteral("select count(*) from message")).toInt(), "added");
+}
+
+void TestMessageStore::takenGuidIsSkipped()
+{
+    MadeMessages made;
+    _MsgChat *chat = made.chat(QStringLiteral("SMS;-;1"), {made.handle(QStringLiteral("1"))});
+    made.message(chat, QStringLiteral("as sent"), 1);
+    made.message(chat, QStringLiteral("as edited"), 1)->guid = QStringLiteral("GUID-1");
+    made.message(made.chat(QStringLiteral("SMS;-;2"), {}), QStringLiteral("alone"), 1)->guid =
+        QStringLiteral("GUID-1");
+    made.message(chat, QStringLiteral("after"), 2);
+    StoreFolder folder;
+    const MessageSaveSummary summary = save(made, folder);
+    QCOMPARE(summary.added, 2);
+    QCOMPARE(summary.refused.size(), 2);
+    QVERIFY(summary.refused.first().startsWith(QStringLiteral("GUID-1: ")));
+    QCOMPARE(folder.value(QStringLiteral("select group_concat(text, ',') from message")),
+             QStringLiteral("as sent,after"));
+    QCOMPARE(folder.value(QStringLiteral("select count(*) from chat")), QStringLiteral("1"));
+}
+
+void TestMessageStore::recordsWithoutGuid()
+{
+    MadeMessages made;
+    for (const char *identifier : {"1", "2"}) {
+        _MsgChat *chat = made.chat(QStringLiteral("SMS;-;") + QLatin1String(identifier), {});
+        chat->guid.clear();
+        _MsgMessage *message = made.message(chat, QLatin1String(identifier), 1);
+        message->guid.clear();
+        made.attachment(message, QString(), QStringLiteral("a.jpg"));
+    }
+    StoreFolder folder;
+    QCOMPARE(save(made, folder).added, 2);
+    QCOMPARE(save(made, folder).added, 0);
+    QCOMPARE(folder.value(QStringLiteral("select count(distinct guid) from message")), QStringLiteral("2"));
+    QCOMPARE(folder.value(QStringLiteral("select count(distinct guid) from chat")), QStringLiteral("2"));
+    QCOMPARE(folder.value(QStringLiteral("select count(distinct guid) from attachment")),
+             QStringLiteral("2"));
+}
+
+void TestMessageStore::messageInTwoConversations()
+{
+    MadeMessages made;
+    auto *bo = made.handle(QStringLiteral("1"));
+    _MsgChat *first = made.chat(QStringLiteral("SMS;-;1"), {bo});
+    _MsgChat *second = made.chat(QStringLiteral("SMS;+;2"), {bo, made.handle(QStringLiteral("2"))});
+    _MsgMessage *message = made.message(first, QStringLiteral("both"), 1);
+    made.refs.push_back({second, message});
+    StoreFolder folder;
+    for (const int added : {1, 0}) {
+        const MessageSaveSummary summary = save(made, folder);
+        QCOMPARE(summary.added, added);
+        QCOMPARE(summary.handled(), 1);
+        QCOMPARE(folder.value(QStringLiteral("select count(*) from message")), QStringLiteral("1"));
+        QCOMPARE(folder.value(QStringLiteral("select count(*) from chat_message_join")), QStringLiteral("2"));
+    }
+}
+
+void TestMessageStore::messageWithoutConversation()
+{
+    MadeMessages made;
+    made.message(nullptr, QStringLiteral("lost"), 1);
+    StoreFolder folder;
+    QCOMPARE(save(made, folder).added, 1);
+    const MessageSource source = openLocalMessages(folder.path());
+    QCOMPARE(describedMessages(*source.database).size(), 1);
+    QCOMPARE(chatName(*source.database->chats().front(), Addresses::With), QStringLiteral("Unknown"));
+    QCOMPARE(folder.faults(folder.store()), QStringLiteral("ok"));
+}
+
+void TestMessageStore::senderWhoLeft()
+{
+    MadeMessages made;
+    _MsgChat *chat = made.chat(QStringLiteral("SMS;+;1"),
+                               {made.handle(QStringLiteral("1")), made.handle(QStringLiteral("2"))});
+    made.message(chat, QStringLiteral("bye"), 1)->handle = made.handle(QStringLiteral("gone@example.org"));
+    StoreFolder folder;
+    save(made, folder);
+    const MessageSource source = openLocalMessages(folder.path());
+    QCOMPARE(describedMessages(*source.database), QStringList{described(made.refs.front())});
+}
+
+void TestMessageStore::laterNamesAreTaken()
+{
+    StoreFolder folder;
+    for (const QString &name : {QString(), QStringLiteral("Bo"), QStringLiteral("Robert"), QString()}) {
+        MadeMessages made;
+        auto *bo = made.handle(QStringLiteral("1"));
+        bo->_ct_name = name;
+        made.message(made.chat(QStringLiteral("SMS;-;1"), {bo}), name, 1);
+        save(made, folder);
+    }
+    QCOMPARE(folder.value(QStringLiteral("select _ct_name from handle")), QStringLiteral("Bo"));
+}
+
+void TestMessageStore::newestDateNeverFalls()
+{
+    StoreFolder folder;
+    for (const int date : {100, 300, 200}) {
+        MadeMessages made;
+        _MsgChat *chat = made.chat(QStringLiteral("SMS;-;1"), {});
+        chat->_last = 999; // of a message that is not saved
+        made.message(chat, QString(), date)->guid = QString::number(date);
+        save(made, folder);
+    }
+    QCOMPARE(folder.value(QStringLiteral("select _last from chat")), QStringLiteral("300"));
+}
+
+void TestMessageStore::oldStoreIsBroughtUpToDate()
+{
+    MadeMessages made;
+    _MsgChat *chat = made.chat(QStringLiteral("SMS;-;1"), {made.handle(QStringLiteral("1"))});
+    made.attachment(made.message(chat, QStringLiteral("old"), 1), QStringLiteral("A-1"),
+                    QStringLiteral("a.jpg"));
+    StoreFolder folder;
+    save(made, folder);
+    const QString hash = folder.value(QStringLiteral("select logic_hash from message"));
+    folder.run(QStringLiteral("drop index message_idx_logic_hash;"));
+    for (const char *column : {"is_audio_message", "is_played", "date_played", "item_type", "other_handle",
+                               "group_title", "group_action_type", "share_status", "share_direction",
+                               "is_expirable", "expire_state", "message_action_type", "logic_hash"})
+        folder.run(QStringLiteral("alter table message drop column %1;").arg(QLatin1String(column)));
+    folder.run(QStringLiteral("alter table chat drop column group_id;"));
+
+    QCOMPARE(save(made, folder).added, 0);
+    QCOMPARE(folder.value(QStringLiteral("select logic_hash from message")), hash);
+    QCOMPARE(folder.value(QStringLiteral("select other_handle from message")), QStringLiteral("-1"));
+    QCOMPARE(
+        folder.value(QStringLiteral("select sql from sqlite_master where name='message_idx_logic_hash'")),
+        QStringLiteral("CREATE INDEX message_idx_logic_hash ON message(logic_hash)"));
+    QVERIFY(folder.value(QStringLiteral("select sql from sqlite_master where name='chat'"))
+                .contains(QStringLiteral("group_id TEXT")));
+}
+
+void TestMessageStore::triggers_data()
+{
+    QTest::addColumn<QString>("statement");
+    QTest::addColumn<QString>("question");
+    QTest::addColumn<QString>("answer");
+    const QString handles =
+        QStringLiteral("select group_concat(id) from (select id from handle order by id)");
+    QTest::newRow("the last message of a sender outside")
+        << "delete from message where text='of the outsider'" << handles << "both,member";
+    QTest::newRow("a message of a member")
+        << "delete from message where text='of the member'" << handles << "both,member,outsider";
+    QTest::newRow("a member who wrote nothing is struck off")
+        << "delete from chat_handle_join where handle_id=(select rowid from handle where id='both')"
+        << handles << "member,outsider";
+    QTest::newRow("a member who wrote is struck off")
+        << "delete from chat_handle_join where handle_id=(select rowid from handle where id='member')"
+        << handles << "both,member,outsider";
+    QTest::newRow("a message loses its conversation")
+        << "delete from chat_message_join where message_id=(select rowid from message where text='of the "
+           "outsider')"
+        << "select group_concat(text) from message"
+        << "of the member";
+    QTest::newRow("an attachment loses its message") << "delete from message_attachment_join"
+                                                     << "select count(*) from attachment"
+                                                     << "0";
+    QTest::newRow("a message loses its attachment") << "delete from message_attachment_join"
+                                                    << "select sum(cache_has_attachments) from message"
+                                                    << "0";
+    QTest::newRow("a message gains an attachment") << "insert into message_attachment_join select m.rowid, 1 "
+                                                      "from message as m where text='of the outsider'"
+                                                   << "select sum(cache_has_attachments) from message"
+                                                   << "2";
+}
+
+void TestMessageStore::triggers()
+{
+    QFETCH(QString, statement);
+    QFETCH(QString, question);
+    StoreFolder folder;
+    MadeMessages made;
+    auto *member = made.handle(QStringLiteral("member"));
+    _MsgChat *chat = made.chat(QStringLiteral("SMS;+;1"), {member, made.handle(QStringLiteral("both"))});
+    made.attachment(made.message(chat, QStringLiteral("of the member"), 1), QStringLiteral("A-1"),
+                    QStringLiteral("a.jpg"));
+    made.message(chat, QStringLiteral("of the outsider"), 2)->handle =
+        made.handle(QStringLiteral("outsider"));
+    save(made, folder);
+    folder.run(statement);
+    QTEST(folder.value(question), "answer");
+}
+
+void TestMessageStore::stoppedJobLeavesNothing()
+{
+    MadeMessages made;
+    MadeFiles files;
+    _MsgChat *chat = made.chat(QStringLiteral("SMS;-;1"), {made.handle(QStringLiteral("1"))});
+    for (int i = 0; i < 10; ++i) {
+        const auto *attachment =
+            made.attachment(made.message(chat, QString::number(i), i), QStringLiteral("GUIDGUID-%1").arg(i),
+                            QStringLiteral("a.jpg"));
+        files.contents[attachment->source.relativePath] = "content";
+    }
+    StoreFolder folder;
+    StopAt fifth(5);
+    QVERIFY_EXCEPTION_THROWN(saveMessages(made.refs, &files, folder.path(), QString(), fifth), Cancelled);
+    QCOMPARE(QDir(folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+             QStringList());
+
+    MadeMessages before;
+    before.message(before.chat(QStringLiteral("SMS;-;0"), {}), QStringLiteral("before"), 1)->guid =
+        QStringLiteral("before");
+    save(before, folder);
+    const QStringList content = folder.content();
+    StopAt again(5);
+    QVERIFY_EXCEPTION_THROWN(saveMessages(made.refs, &files, folder.path(), QString(), again), Cancelled);
+    QCOMPARE(folder.content(), content);
+}
+
+void TestMessageStore::brokenStoreIsReported()
+{
+    StoreFolder folder;
+    QDir().mkpath(folder.path());
+    QFile file(folder.store());
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(QByteArray(4096, 'x'));
+    file.close();
+    MadeMessages made;
+    made.message(made.chat(QStringLiteral("SMS;-;0"), {}), QString(), 1);
+    QVERIFY_EXCEPTION_THROWN(save(made, folder), Error);
+    QVERIFY_EXCEPTION_THROWN(openLocalMessages(folder.path()), Error);
+    QCOMPARE(QFileInfo(folder.store()).size(), 4096);
+}
+
+QTEST_GUILESS_MAIN(TestMessageStore)
+#include "tst_message_store.moc"
