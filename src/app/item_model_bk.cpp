@@ -1,6 +1,8 @@
 #include "app/item_model_bk.h"
 
+#include "base/error.h"
 #include "base/texts.h"
+#include "personal/personal_source.h"
 #include "views/icons.h"
 
 #include <QFileInfo>
@@ -18,12 +20,68 @@ const char *iconOf(NodeKind kind)
         return "tree_backup";
     case NodeKind::Messages:
         return "tree_messages";
+    case NodeKind::Contacts:
+        return "tree_contacts";
+    case NodeKind::Calendar:
+        return "tree_calendar";
+    case NodeKind::Notes:
+        return "tree_notes";
+    case NodeKind::CallHistory:
+        return "tree_calls";
+    case NodeKind::Bookmarks:
+        return "tree_bookmarks";
     case NodeKind::FileSystem:
         return "tree_files";
     }
     return "tree_backup";
 }
+
+struct ClassNode
+{
+    NodeKind kind;
+    const char *label;
+};
+
+// Backups and local databases list their classes in orders of their own.
+constexpr ClassNode backupClasses[] = {{NodeKind::Contacts, "IDS_NODE_CONTACTS_%1"},
+                                       {NodeKind::Calendar, "IDS_NODE_CALENDAR_%1"},
+                                       {NodeKind::Notes, "IDS_NODE_NOTES_%1"},
+                                       {NodeKind::CallHistory, "IDS_NODE_CALLS_%1"},
+                                       {NodeKind::Bookmarks, "IDS_NODE_BOOKMARKS_%1"}};
+constexpr ClassNode localClasses[] = {{NodeKind::Contacts, "IDS_NODE_CONTACTS_%1"},
+                                      {NodeKind::Calendar, "IDS_NODE_CALENDAR_%1"},
+                                      {NodeKind::Notes, "IDS_NODE_NOTES_%1"},
+                                      {NodeKind::Bookmarks, "IDS_NODE_BOOKMARKS_%1"},
+                                      {NodeKind::CallHistory, "IDS_NODE_CALLS_%1"}};
+
+qint64 countOf(PersonalSource &records, DataClass dataClass)
+{
+    try {
+        return records.count(dataClass);
+    } catch (const Error &error) {
+        qWarning("%s are not counted: %s", qPrintable(dataClassName(dataClass)), error.what());
+        return 0;
+    }
+}
 } // namespace
+
+std::optional<DataClass> recordClassOf(NodeKind kind)
+{
+    switch (kind) {
+    case NodeKind::Contacts:
+        return DataClass::Contacts;
+    case NodeKind::Calendar:
+        return DataClass::Calendar;
+    case NodeKind::Notes:
+        return DataClass::Notes;
+    case NodeKind::CallHistory:
+        return DataClass::Calls;
+    case NodeKind::Bookmarks:
+        return DataClass::Bookmarks;
+    default:
+        return std::nullopt;
+    }
+}
 
 QVariant BkNode::data(int role) const
 {
@@ -61,15 +119,40 @@ BkNode *ItemModelBK::addBackup(const OpenBackupPtr &backup, const BackupCounts &
     node->m_backup = backup;
     auto *added = static_cast<BkNode *>(append(m_backups, std::move(node)));
     add(added, NodeKind::Messages, textFor("IDS_NODE_SMS_%1").arg(counts.messages));
+    for (const auto &[kind, label] : backupClasses)
+        add(added, kind, textFor(label).arg(counts.records.value(*recordClassOf(kind))));
     add(added, NodeKind::FileSystem, textFor("IDS_FILE_SYSTEM"));
     return added;
 }
 
+BkNode *ItemModelBK::findLocalDatabase(const QString &folder) const
+{
+    for (const auto &child : m_localDatabases->children())
+        if (static_cast<const BkNode *>(child.get())->folder() == folder)
+            return static_cast<BkNode *>(child.get());
+    return nullptr;
+}
+
 BkNode *ItemModelBK::addLocalDatabase(const QString &folder)
 {
+    const std::unique_ptr<PersonalSource> records = openLocalRecords(folder);
+    BkNode *known = findLocalDatabase(folder);
+    if (known) {
+        for (const auto &child : known->children()) {
+            auto *node = static_cast<BkNode *>(child.get());
+            for (const auto &[kind, label] : localClasses)
+                if (kind == node->kind())
+                    node->m_label = textFor(label).arg(countOf(*records, *recordClassOf(kind)));
+            emit dataChanged(indexOf(node), indexOf(node));
+        }
+        return known;
+    }
     auto node = std::make_unique<BkNode>(NodeKind::LocalDatabase, QFileInfo(folder).fileName());
     node->m_folder = folder;
-    return static_cast<BkNode *>(append(m_localDatabases, std::move(node)));
+    auto *added = static_cast<BkNode *>(append(m_localDatabases, std::move(node)));
+    for (const auto &[kind, label] : localClasses)
+        add(added, kind, textFor(label).arg(countOf(*records, *recordClassOf(kind))));
+    return added;
 }
 
 DataSource ItemModelBK::sourceOf(BkNode *node) const

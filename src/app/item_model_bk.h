@@ -3,7 +3,11 @@
 #include "app/abs_tree_item_model.h"
 #include "work/load_bk_thread.h"
 
+#include "personal/data_class.h"
+
 #include <QSet>
+
+#include <optional>
 
 /// What a node of the data-source tree stands for. The numbers are fixed.
 enum class NodeKind {
@@ -12,8 +16,16 @@ enum class NodeKind {
     Backup = 3,
     LocalDatabase = 4,
     Messages = 5,
+    Contacts = 6,
+    Calendar = 8,
+    Notes = 9,
+    CallHistory = 10,
+    Bookmarks = 12,
     FileSystem = 13
 };
+
+/// The class of records that a node lists; nothing for the other kinds.
+std::optional<DataClass> recordClassOf(NodeKind kind);
 
 /// A node of the data-source tree.
 class BkNode : public TreeNode
@@ -55,6 +67,7 @@ public:
     explicit ItemModelBK(QObject *parent = nullptr);
 
     BkNode *addBackup(const OpenBackupPtr &backup, const BackupCounts &counts);
+    /// Adds the node of a local database, or brings the counts of the one that is there up to date.
     BkNode *addLocalDatabase(const QString &folder);
     void removeNode(BkNode *node) { remove(node); }
 
@@ -68,6 +81,7 @@ public:
 
 private:
     BkNode *add(BkNode *parent, NodeKind kind, const QString &label);
+    BkNode *findLocalDatabase(const QString &folder) const;
 
     BkNode *m_backups;
     BkNode *m_localDatabases;

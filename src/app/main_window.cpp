@@ -94,7 +94,7 @@ void MainWindow::makeSample()
 void MainWindow::bkSelected(const QModelIndex &index)
 {
     BkNode *node = m_model->bkNode(index);
-    m_views->showNode(node, m_model->sourceOf(node).backup);
+    m_views->showNode(node, m_model->sourceOf(node));
     syncWithView();
 }
 
@@ -113,6 +113,15 @@ void MainWindow::syncWithView()
     const DataSource source = m_model->sourceOf(node);
     m_unmount->setEnabled(source.backup != nullptr);
     m_removeLocalDb->setEnabled(source.localDatabase != nullptr);
+    disconnect(m_viewSave);
+    const auto followSave = [this, view] {
+        QAction *save = view ? view->saveAction() : nullptr;
+        m_save->setEnabled(save && save->isEnabled());
+        m_save->setToolTip(save ? save->toolTip() : textFor("IDS_WHY_NO_SAVE"));
+    };
+    followSave();
+    if (QAction *save = view ? view->saveAction() : nullptr)
+        m_viewSave = connect(save, &QAction::changed, this, followSave);
     m_search->setEnabled(view != nullptr);
     m_search->setToolTip(textFor(view ? "IDS_SEARCH" : "IDS_WHY_NOTHING_TO_SEARCH"));
     m_reload->setEnabled(view != nullptr);
@@ -128,7 +137,7 @@ void MainWindow::syncWithView()
     };
     follow();
     m_viewExport = connect(view->exportAction(), &QAction::changed, this, follow);
-    const QString name = source.backup->label();
+    const QString name = (source.backup ? source.backup : source.localDatabase)->label();
     const auto showStatus = [this, name](const QString &text) {
         m_status->setText(QStringLiteral("%1: %2").arg(name, text));
     };
@@ -158,14 +167,32 @@ void MainWindow::mainTreeContext()
     menu.exec(QCursor::pos());
 }
 
+void MainWindow::forgetViews(const BkNode *source)
+{
+    for (const auto &child : source->children())
+        m_views->forget(static_cast<const BkNode *>(child.get()));
+    m_views->forget(source);
+}
+
+// A local database that is new shows at once, and the others with what they hold now.
+void MainWindow::onStoreChanged(const QString &folder)
+{
+    BkNode *database = m_model->addLocalDatabase(folder);
+    m_tree->expand(m_model->indexOf(m_model->localDatabasesRoot()));
+    m_tree->expand(m_model->indexOf(database));
+    for (const auto &child : database->children()) {
+        const auto *node = static_cast<const BkNode *>(child.get());
+        if (node != currentNode())
+            m_views->forget(node);
+    }
+}
+
 void MainWindow::miUnmountBackup()
 {
     BkNode *backup = m_model->sourceOf(currentNode()).backup;
     if (!backup)
         return;
-    for (const auto &child : backup->children())
-        m_views->forget(static_cast<const BkNode *>(child.get()));
-    m_views->forget(backup);
+    forgetViews(backup);
     m_model->removeNode(backup);
     bkSelected(m_tree->currentIndex());
 }
@@ -181,7 +208,9 @@ void MainWindow::miRemoveLocalDb()
         return;
     }
     showInformationBox(textFor("IDS_REMOVE_LOCALDB_SUC"));
+    forgetViews(database);
     m_model->removeNode(database);
+    bkSelected(m_tree->currentIndex());
 }
 
 void MainWindow::miOpenAppFolder()

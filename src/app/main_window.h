@@ -50,6 +50,8 @@ private:
     QAction *newAction(const char *text, const char *icon, void (MainWindow::*slot)());
     QAction *addUnavailable(const char *text, const char *icon, const char *why);
     void listLocalDatabases();
+    void forgetViews(const BkNode *source);
+    void onStoreChanged(const QString &folder);
     BkNode *currentNode() const;
     void syncWithView();
     void focusFilter();
@@ -61,6 +63,7 @@ private:
     QLabel *m_status = nullptr;
     QMetaObject::Connection m_viewExport;
     QMetaObject::Connection m_viewStatus;
+    QMetaObject::Connection m_viewSave;
     QAction *m_load = nullptr;
     QAction *m_openFolder = nullptr;
     QAction *m_exit = nullptr;

@@ -63,6 +63,8 @@ void MainWindow::buildActions()
 
     m_save = addUnavailable("IDS_SAVE_TO_DATABASE", ":/res/act_save.png", "IDS_WHY_NO_SAVE");
     m_save->setShortcut(QKeySequence::Save);
+    connect(m_save, &QAction::triggered, this,
+            [this] { m_views->currentDataView()->saveAction()->trigger(); });
     m_export = addUnavailable("IDS_EXPORT", ":/res/act_export.png", "IDS_WHY_NOTHING_TO_EXPORT");
     m_export->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_E));
     connect(m_export, &QAction::triggered, this,
@@ -132,6 +134,7 @@ void MainWindow::buildCentre()
     connect(start, &StartPage::loadRequested, this, &MainWindow::miLoadiTunesBackup);
     connect(start, &StartPage::sampleRequested, this, &MainWindow::makeSample);
     m_views = new ViewStack(start);
+    connect(m_views, &ViewStack::storeChanged, this, &MainWindow::onStoreChanged);
     auto *splitter = new QSplitter;
     splitter->addWidget(m_tree);
     splitter->addWidget(m_views);

@@ -5,6 +5,7 @@
 
 class BkNode;
 class DataView;
+struct DataSource;
 
 /// The right side of the window: one view for each node that was looked at, made on the first look.
 class ViewStack : public QStackedWidget
@@ -15,14 +16,20 @@ public:
     /// `fallback` is shown for nodes without a view of their own; taken over.
     explicit ViewStack(QWidget *fallback, QWidget *parent = nullptr);
 
-    /// `backupNode` is the backup that the node belongs to, or null.
-    void showNode(const BkNode *node, const BkNode *backupNode);
+    /// `source` is what the node belongs to.
+    void showNode(const BkNode *node, const DataSource &source);
     /// Destroys the view of a node that goes away.
     void forget(const BkNode *node);
     /// The data view that is shown, or null.
     DataView *currentDataView() const;
 
+signals:
+    /// A view has changed what a local database holds.
+    void storeChanged(const QString &folder);
+
 private:
+    QWidget *makeView(const BkNode *node, const DataSource &source);
+
     QWidget *m_fallback;
     QHash<const BkNode *, QWidget *> m_views;
 };

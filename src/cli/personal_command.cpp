@@ -7,8 +7,7 @@
 #include "cli/arguments.h"
 #include "cli/open_backup.h"
 #include "cli/personal_json.h"
-#include "export/contacts_export.h"
-#include "export/simple_exports.h"
+#include "export/record_export.h"
 #include "personal/vcard_reader.h"
 
 #include <QDir>
@@ -68,53 +67,29 @@ QList<Record> within(QList<Record> records, const DateRange &range, DateOf dateO
     return records;
 }
 
-void requireFile(const QString &target)
+RecordSelection selectRecords(DataClass dataClass, PersonalSource &records, const DateRange &range)
 {
-    if (QFileInfo(target).isDir())
-        throw Error(QStringLiteral("%1: is a folder, not a file").arg(target));
-}
-
-void requireFolder(const QString &target)
-{
-    const QFileInfo info(target);
-    if (info.exists() && !info.isDir())
-        throw Error(QStringLiteral("%1: not a folder").arg(target));
-}
-
-ContactFormat contactFormatOf(const QString &format)
-{
-    if (format == QLatin1String("vcard"))
-        return ContactFormat::VCard;
-    if (format == QLatin1String("csv"))
-        return ContactFormat::Csv;
-    return format == QLatin1String("text") ? ContactFormat::Text : ContactFormat::Html;
-}
-
-SimpleExportSummary writeRecords(DataClass dataClass, PersonalSource &records, const QString &format,
-                                 const QString &target, const DateRange &range, Progress &progress)
-{
-    const bool isCsv = format == QLatin1String("csv");
-    if (dataClass == DataClass::Notes)
-        requireFolder(target);
-    else
-        requireFile(target);
     switch (dataClass) {
     case DataClass::Contacts:
-        return exportContacts(records.contacts(), contactFormatOf(format), target, progress);
+        return records.contacts();
     case DataClass::Calls:
-        return exportCalls(within(records.calls(), range, [](const CallEntry &call) { return call.date; }),
-                           isCsv ? CallFormat::Csv : CallFormat::Text, target, progress);
+        return within(records.calls(), range, [](const CallEntry &call) { return call.date; });
     case DataClass::Calendar:
-        return exportCalendar(
-            within(records.calendar(), range, [](const CalendarEvent &event) { return event.start_date; }),
-            isCsv ? CalendarFormat::Csv : CalendarFormat::ICalendar, target, QDate::currentDate(), progress);
+        return within(records.calendar(), range, [](const CalendarEvent &event) { return event.start_date; });
     case DataClass::Notes:
-        return exportNotes(
-            within(records.notes(), range, [](const NoteEntry &note) { return note.modified_date; }), target,
-            progress);
+        return within(records.notes(), range, [](const NoteEntry &note) { return note.modified_date; });
     default:
-        return exportBookmarks(records.bookmarks(), target, progress);
+        return std::make_shared<const BookmarkTree>(records.bookmarks());
     }
+}
+
+void requireTarget(DataClass dataClass, const QString &target)
+{
+    const QFileInfo info(target);
+    const bool isFolder = dataClass == DataClass::Notes;
+    if (info.exists() && info.isDir() != isFolder)
+        throw Error(QStringLiteral("%1: %2").arg(
+            target, isFolder ? QStringLiteral("not a folder") : QStringLiteral("is a folder, not a file")));
 }
 } // namespace
 
@@ -225,9 +200,11 @@ ExitStatus showRecords(DataClass dataClass, const QString &source, const Passwor
 ExitStatus exportRecords(const RecordExport &request, const PasswordOption &password, CommandContext &context)
 {
     const OpenRecords open = openRecords(request.source, request.dataClass, password, context.progress);
+    const QString target = QDir(request.target).absolutePath();
+    requireTarget(request.dataClass, target);
     const SimpleExportSummary summary =
-        writeRecords(request.dataClass, *open.records, request.format, QDir(request.target).absolutePath(),
-                     request.dates, context.progress);
+        exportRecords(selectRecords(request.dataClass, *open.records, request.dates), request.format, target,
+                      context.progress);
     context.progress.clear();
     context.tell(QStringLiteral("%1 %2 written").arg(summary.written).arg(dataClassName(request.dataClass)));
     for (const QString &remark : open.skipped + summary.skipped + summary.remarks)

@@ -904,5 +904,301 @@
         <source>IDS_CANT_FIND_%1</source>
         <translation>can not find %1.</translation>
     </message>
+    <message>
+        <source>IDS_NO_NAME</source>
+        <translation>No name</translation>
+    </message>
+    <message>
+        <source>IDS_CALL_INCOMING</source>
+        <translation>Incoming</translation>
+    </message>
+    <message>
+        <source>IDS_CALL_OUTGOING</source>
+        <translation>Outgoing</translation>
+    </message>
+    <message>
+        <source>IDS_CALL_MISSED</source>
+        <translation>Missed</translation>
+    </message>
+    <message>
+        <source>IDS_CALL_UNKNOWN</source>
+        <translation>Unknown</translation>
+    </message>
+    <message>
+        <source>IDS_COL_PHONE</source>
+        <translation>Phone</translation>
+    </message>
+    <message>
+        <source>IDS_COL_CONTACT</source>
+        <translation>Contact</translation>
+    </message>
+    <message>
+        <source>IDS_COL_KIND</source>
+        <translation>Kind</translation>
+    </message>
+    <message>
+        <source>IDS_COL_DATE</source>
+        <translation>Date</translation>
+    </message>
+    <message>
+        <source>IDS_COL_DURATION</source>
+        <translation>Duration</translation>
+    </message>
+    <message>
+        <source>IDS_COL_NUMBER</source>
+        <translation>Number</translation>
+    </message>
+    <message>
+        <source>IDS_COL_TITLE</source>
+        <translation>Title</translation>
+    </message>
+    <message>
+        <source>IDS_COL_SUMMARY</source>
+        <translation>Summary</translation>
+    </message>
+    <message>
+        <source>IDS_COL_CALENDAR</source>
+        <translation>Calendar</translation>
+    </message>
+    <message>
+        <source>IDS_COL_START</source>
+        <translation>Start</translation>
+    </message>
+    <message>
+        <source>IDS_COL_END</source>
+        <translation>End</translation>
+    </message>
+    <message>
+        <source>IDS_COL_LASTS</source>
+        <translation>Lasts</translation>
+    </message>
+    <message>
+        <source>IDS_ALL_DAY</source>
+        <translation>All day</translation>
+    </message>
+    <message>
+        <source>IDS_COL_PLACE</source>
+        <translation>Place</translation>
+    </message>
+    <message>
+        <source>IDS_COL_REPEATS</source>
+        <translation>Repeats</translation>
+    </message>
+    <message>
+        <source>IDS_COL_DESCRIPTION</source>
+        <translation>Description</translation>
+    </message>
+    <message>
+        <source>IDS_COL_URL</source>
+        <translation>Url</translation>
+    </message>
+    <message>
+        <source>IDS_CONTACTS</source>
+        <translation>Contacts</translation>
+    </message>
+    <message>
+        <source>IDS_CALLS</source>
+        <translation>Call History</translation>
+    </message>
+    <message>
+        <source>IDS_NOTES</source>
+        <translation>Notes</translation>
+    </message>
+    <message>
+        <source>IDS_CALENDAR</source>
+        <translation>Calendar</translation>
+    </message>
+    <message>
+        <source>IDS_BOOKMARKS</source>
+        <translation>Bookmarks</translation>
+    </message>
+    <message>
+        <source>IDS_FILTER_CONTACTS</source>
+        <translation>Filter names, numbers and addresses</translation>
+    </message>
+    <message>
+        <source>IDS_FILTER_CALLS</source>
+        <translation>Filter names and numbers</translation>
+    </message>
+    <message>
+        <source>IDS_FILTER_NOTES</source>
+        <translation>Filter titles and texts</translation>
+    </message>
+    <message>
+        <source>IDS_FILTER_CALENDAR</source>
+        <translation>Filter events</translation>
+    </message>
+    <message>
+        <source>IDS_FILTER_BOOKMARKS</source>
+        <translation>Filter titles and addresses</translation>
+    </message>
+    <message>
+        <source>IDS_NO_CONTACTS</source>
+        <translation>There are no contacts here.</translation>
+    </message>
+    <message>
+        <source>IDS_NO_CALLS</source>
+        <translation>There are no calls here.</translation>
+    </message>
+    <message>
+        <source>IDS_NO_NOTES</source>
+        <translation>There are no notes here.</translation>
+    </message>
+    <message>
+        <source>IDS_NO_CALENDAR</source>
+        <translation>There are no calendar events here.</translation>
+    </message>
+    <message>
+        <source>IDS_NO_BOOKMARKS</source>
+        <translation>There are no bookmarks here.</translation>
+    </message>
+    <message>
+        <source>IDS_SAVING_CONTACTS</source>
+        <translation>Backing up Contacts now. Please wait...</translation>
+    </message>
+    <message>
+        <source>IDS_SAVING_CALLS</source>
+        <translation>Backing up Call History...</translation>
+    </message>
+    <message>
+        <source>IDS_SAVING_NOTES</source>
+        <translation>Backing up Notes now. Please wait...</translation>
+    </message>
+    <message>
+        <source>IDS_SAVING_CALENDAR</source>
+        <translation>Backing up Calendar events now. Please wait...</translation>
+    </message>
+    <message>
+        <source>IDS_SAVING_BOOKMARKS</source>
+        <translation>Backing up Bookmarks now. Please wait...</translation>
+    </message>
+    <message>
+        <source>IDS_CONFIRM_DEL_CONTACTS</source>
+        <translation>Confirm to delete selected contacts?</translation>
+    </message>
+    <message>
+        <source>IDS_CONFIRM_DEL_CALLS</source>
+        <translation>Confirm to delete selected Call History?</translation>
+    </message>
+    <message>
+        <source>IDS_CONFIRM_DEL_NOTES</source>
+        <translation>Confirm to delete selected Notes?</translation>
+    </message>
+    <message>
+        <source>IDS_CONFIRM_DEL_CALENDAR</source>
+        <translation>Confirm to delete selected Calendar events?</translation>
+    </message>
+    <message>
+        <source>IDS_CONFIRM_DEL_BOOKMARKS</source>
+        <translation>Confirm to delete selected Bookmarks?</translation>
+    </message>
+    <message>
+        <source>IDS_SUC_DEL_CONTACTS</source>
+        <translation>Successfully deleted contacts.</translation>
+    </message>
+    <message>
+        <source>IDS_SUC_DEL_CALLS</source>
+        <translation>Successfully deleted Call History.</translation>
+    </message>
+    <message>
+        <source>IDS_SUC_DEL_NOTES</source>
+        <translation>Successfully deleted Notes.</translation>
+    </message>
+    <message>
+        <source>IDS_SUC_DEL_CALENDAR</source>
+        <translation>Successfully deleted Calendar events.</translation>
+    </message>
+    <message>
+        <source>IDS_SUC_DEL_BOOKMARKS</source>
+        <translation>Successfully deleted Bookmarks.</translation>
+    </message>
+    <message>
+        <source>IDS_FILTER_VCARD_FILES</source>
+        <translation>vCard Files(*.vcf)</translation>
+    </message>
+    <message>
+        <source>IDS_FILTER_ICAL_FILES</source>
+        <translation>iCalendar Files(*.ics)</translation>
+    </message>
+    <message>
+        <source>IDS_CHOOSE_LOCAL_DB</source>
+        <translation>Save into this local database. Pick one, or type a name for a new one.</translation>
+    </message>
+    <message>
+        <source>IDS_DELETE</source>
+        <translation>Delete</translation>
+    </message>
+    <message>
+        <source>IDS_DELETE_%1_RECORDS</source>
+        <translation>Delete %1 records</translation>
+    </message>
+    <message>
+        <source>IDS_EXPORT_ALL</source>
+        <translation>Export all</translation>
+    </message>
+    <message>
+        <source>IDS_EXPORT_%1_RECORDS</source>
+        <translation>Export %1 records</translation>
+    </message>
+    <message>
+        <source>IDS_LOADING_RECORDS</source>
+        <translation>Reading...</translation>
+    </message>
+    <message>
+        <source>IDS_RECORDS_FAILED</source>
+        <translation>This could not be read.</translation>
+    </message>
+    <message>
+        <source>IDS_EMPTY_LOCAL_HINT</source>
+        <translation>Open a backup and save its data into this local database.</translation>
+    </message>
+    <message>
+        <source>IDS_EMPTY_BACKUP_HINT</source>
+        <translation>The backup holds none. Data that is kept in a cloud service alone is not part of a backup.</translation>
+    </message>
+    <message>
+        <source>IDS_WHY_SELECT_RECORDS</source>
+        <translation>Select what to delete first.</translation>
+    </message>
+    <message>
+        <source>IDS_REMARKS_%1</source>
+        <translation>%1 remarks:</translation>
+    </message>
+    <message>
+        <source>IDS_ACC_DETAIL</source>
+        <translation>The selected record</translation>
+    </message>
+    <message>
+        <source>IDS_ACC_MONTH</source>
+        <translation>Month</translation>
+    </message>
+    <message>
+        <source>IDS_NODE_CONTACTS_%1</source>
+        <translation>Contacts(%1)</translation>
+    </message>
+    <message>
+        <source>IDS_NODE_CALENDAR_%1</source>
+        <translation>Calendar(%1)</translation>
+    </message>
+    <message>
+        <source>IDS_NODE_NOTES_%1</source>
+        <translation>Notes(%1)</translation>
+    </message>
+    <message>
+        <source>IDS_NODE_CALLS_%1</source>
+        <translation>Call History(%1)</translation>
+    </message>
+    <message>
+        <source>IDS_NODE_BOOKMARKS_%1</source>
+        <translation>Bookmarks(%1)</translation>
+    </message>
+    <message>
+        <source>IDS_EXPORT_ONE_RECORD</source>
+        <translation>Export 1 record</translation>
+    </message>
+    <message>
+        <source>IDS_DELETE_ONE_RECORD</source>
+        <translation>Delete 1 record</translation>
+    </message>
 </context>
 </TS>

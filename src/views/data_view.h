@@ -15,6 +15,10 @@ public:
 
     /// Exports what is selected; its text says how many, its tool tip why it is disabled.
     QAction *exportAction() const { return m_export; }
+    /// Saves into a local database; null when this view cannot.
+    virtual QAction *saveAction() const { return nullptr; }
+    /// Deletes what is selected; null when this view cannot.
+    virtual QAction *removeAction() const { return nullptr; }
     virtual QLineEdit *filterEdit() const = 0;
     virtual void reload() = 0;
 

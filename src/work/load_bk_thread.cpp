@@ -3,6 +3,7 @@
 #include "base/error.h"
 #include "base/texts.h"
 #include "messages/abs_message_db.h"
+#include "personal/personal_source.h"
 
 namespace {
 void countMessages(BackupManifest &manifest, BackupCounts &counts)
@@ -16,6 +17,19 @@ void countMessages(BackupManifest &manifest, BackupCounts &counts)
         qWarning("messages could not be counted: %s", error.what());
     }
 }
+
+void countRecords(BackupManifest &manifest, BackupCounts &counts)
+{
+    const auto records = openDeviceRecords(manifest, manifest.info().deviceId);
+    for (const DataClass dataClass : allDataClasses) {
+        try {
+            if (records->has(dataClass))
+                counts.records.insert(dataClass, records->count(dataClass));
+        } catch (const Error &error) {
+            qWarning("%s could not be counted: %s", qPrintable(dataClassName(dataClass)), error.what());
+        }
+    }
+}
 } // namespace
 
 BackupCounts loadBackup(OpenBackup &backup, Progress &progress)
@@ -26,6 +40,8 @@ BackupCounts loadBackup(OpenBackup &backup, Progress &progress)
     progress.check();
     BackupCounts counts;
     countMessages(backup.manifest(), counts);
+    progress.check();
+    countRecords(backup.manifest(), counts);
     progress.check();
     return counts;
 }

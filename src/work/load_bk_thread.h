@@ -1,13 +1,17 @@
 #pragma once
 
+#include "personal/data_class.h"
 #include "work/open_backup.h"
 #include "work/worker_thread.h"
+
+#include <QHash>
 
 /// What loading a backup found out for its nodes.
 struct BackupCounts
 {
     qint64 messages = 0;
-    QString messagesProblem; // why they could not be counted; empty when they could
+    QHash<DataClass, qint64> records; // of the small classes; none where they cannot be counted
+    QString messagesProblem;          // why they could not be counted; empty when they could
 };
 
 /// Builds the index of an unlocked backup and counts what it holds. A message database that cannot be read

@@ -39,14 +39,21 @@ void TestItemModelBK::backupNodes()
     const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
     BackupCounts counts;
     counts.messages = 1234;
+    counts.records.insert(DataClass::Contacts, 12);
     BkNode *node = model.addBackup(std::make_shared<OpenBackup>(QStringLiteral("/backups/one")), counts);
     model.addBackup(std::make_shared<OpenBackup>(QStringLiteral("/backups/two")), {});
     const QModelIndex first = model.indexOf(node);
-    QCOMPARE(model.rowCount(first), 2);
-    QCOMPARE(model.index(0, 0, first).data().toString(), QStringLiteral("SMS(1234)"));
-    QCOMPARE(model.index(1, 0, first).data().toString(), QStringLiteral("File System"));
-    QCOMPARE(static_cast<int>(model.bkNode(model.index(0, 0, first))->kind()), 5);
-    QCOMPARE(static_cast<int>(model.bkNode(model.index(1, 0, first))->kind()), 13);
+    QStringList labels;
+    QList<int> kinds;
+    for (int row = 0; row < model.rowCount(first); ++row) {
+        labels.append(model.index(row, 0, first).data().toString());
+        kinds.append(static_cast<int>(model.bkNode(model.index(row, 0, first))->kind()));
+    }
+    QCOMPARE(labels, (QStringList{QStringLiteral("SMS(1234)"), QStringLiteral("Contacts(12)"),
+                                  QStringLiteral("Calendar(0)"), QStringLiteral("Notes(0)"),
+                                  QStringLiteral("Call History(0)"), QStringLiteral("Bookmarks(0)"),
+                                  QStringLiteral("File System")}));
+    QCOMPARE(kinds, (QList<int>{5, 6, 8, 9, 10, 12, 13}));
     QCOMPARE(model.backupUids(), QSet<QString>({backupUid(QStringLiteral("/backups/one")),
                                                 backupUid(QStringLiteral("/backups/two"))}));
     model.removeNode(node);

@@ -1,0 +1,68 @@
+#include "export/record_export.h"
+
+#include "base/error.h"
+#include "export/contacts_export.h"
+
+namespace {
+[[noreturn]] void refuse(const QString &format)
+{
+    throw Error(QStringLiteral("there is no format \"%1\" for these records").arg(format));
+}
+
+struct Writer
+{
+    const QString &format;
+    const QString &target;
+    Progress &progress;
+
+    bool is(const char *name) const { return format == QLatin1String(name); }
+    void require(const char *name) const
+    {
+        if (!is(name))
+            refuse(format);
+    }
+
+    SimpleExportSummary operator()(const QList<ContactRecord> &contacts) const
+    {
+        const ContactFormat chosen = is("vcard")  ? ContactFormat::VCard
+                                     : is("csv")  ? ContactFormat::Csv
+                                     : is("text") ? ContactFormat::Text
+                                     : is("html") ? ContactFormat::Html
+                                                  : (refuse(format), ContactFormat::VCard);
+        return exportContacts(contacts, chosen, target, progress);
+    }
+
+    SimpleExportSummary operator()(const QList<CallEntry> &calls) const
+    {
+        if (!is("csv"))
+            require("text");
+        return exportCalls(calls, is("csv") ? CallFormat::Csv : CallFormat::Text, target, progress);
+    }
+
+    SimpleExportSummary operator()(const QList<CalendarEvent> &events) const
+    {
+        if (!is("csv"))
+            require("ical");
+        return exportCalendar(events, is("csv") ? CalendarFormat::Csv : CalendarFormat::ICalendar, target,
+                              QDate::currentDate(), progress);
+    }
+
+    SimpleExportSummary operator()(const QList<NoteEntry> &notes) const
+    {
+        require("html");
+        return exportNotes(notes, target, progress);
+    }
+
+    SimpleExportSummary operator()(const std::shared_ptr<const BookmarkTree> &tree) const
+    {
+        require("html");
+        return exportBookmarks(*tree, target, progress);
+    }
+};
+} // namespace
+
+SimpleExportSummary exportRecords(const RecordSelection &selection, const QString &format,
+                                  const QString &target, Progress &progress)
+{
+    return std::visit(Writer{format, target, progress}, selection);
+}

@@ -1,0 +1,48 @@
+#include "views/local_database_dlg.h"
+
+#include "base/app_folders.h"
+#include "base/file_names.h"
+#include "base/texts.h"
+
+#include <QComboBox>
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+QString chooseLocalDatabase(const QString &suggestion, QWidget *parent)
+{
+    QDialog dialog(parent);
+    dialog.setWindowTitle(textFor("IDS_PRODUCT_NAME"));
+    auto *layout = new QVBoxLayout(&dialog);
+    layout->setContentsMargins(24, 24, 24, 24);
+    layout->setSpacing(16);
+    auto *label = new QLabel(textFor("IDS_CHOOSE_LOCAL_DB"));
+    auto *names = new QComboBox;
+    names->setObjectName(QStringLiteral("cbDatabases"));
+    names->setAccessibleName(textFor("IDS_ROOT_LOCALDB"));
+    names->setEditable(true);
+    names->setMinimumWidth(320);
+    names->addItems(localDatabasesFolder().entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name));
+    const int known = names->findText(safeFileName(suggestion));
+    if (known >= 0)
+        names->setCurrentIndex(known);
+    else
+        names->setEditText(safeFileName(suggestion));
+    label->setBuddy(names);
+    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+    layout->addWidget(label);
+    layout->addWidget(names);
+    layout->addWidget(buttons);
+    const auto check = [=](const QString &name) {
+        buttons->button(QDialogButtonBox::Ok)->setEnabled(!safeFileName(name).isEmpty());
+    };
+    check(names->currentText());
+    QObject::connect(names, &QComboBox::editTextChanged, &dialog, check);
+    QObject::connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
+    QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
+    if (dialog.exec() != QDialog::Accepted)
+        return {};
+    return localDatabasesFolder().filePath(safeFileName(names->currentText()));
+}

@@ -1,0 +1,9 @@
+#pragma once
+
+#include <QString>
+
+class QWidget;
+
+/// Lets the user pick a local database or name a new one; `suggestion` is the name offered. Gives its folder,
+/// which need not exist yet; empty when the user thought better of it.
+QString chooseLocalDatabase(const QString &suggestion, QWidget *parent);

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <Qt>
+
+/// What the models of records give besides what is displayed.
+namespace RecordRole {
+enum Role {
+    Sort = Qt::UserRole, // the raw value of a cell
+    Search,              // the texts that a filter looks in
+    Detail,              // the record as HTML
+    Identity,            // what removes it from a local database
+    Number,              // its place in the list that was loaded
+};
+} // namespace RecordRole

@@ -1,0 +1,401 @@
+#include "views/records_main_form.h"
+
+#include "base/error.h"
+#include "base/texts.h"
+#include "personal/bookmark_db.h"
+#include "views/class_texts.h"
+#include "views/item_model_bookmarks.h"
+#include "views/item_model_records.h"
+#include "views/local_database_dlg.h"
+#include "views/roomy_delegate.h"
+#include "views/safe_text_browser.h"
+#include "views/state_stack.h"
+#include "views/view_header.h"
+#include "work/background_job.h"
+#include "work/message_boxes.h"
+#include "work/record_threads.h"
+#include "work/run_job.h"
+#include "work/save_records.h"
+
+#include <QAction>
+#include <QCalendarWidget>
+#include <QDir>
+#include <QFileDialog>
+#include <QHeaderView>
+#include <QIcon>
+#include <QLineEdit>
+#include <QLocale>
+#include <QSortFilterProxyModel>
+#include <QSplitter>
+#include <QTextCharFormat>
+#include <QTreeView>
+#include <QVBoxLayout>
+
+namespace {
+constexpr int listWidth = 480;
+constexpr int detailWidth = 360;
+
+QString number(qsizetype value)
+{
+    return QLocale::system().toString(static_cast<qlonglong>(value));
+}
+
+QString counted(const char *one, const char *many, qsizetype count)
+{
+    return count == 1 ? textFor(one) : textFor(many).arg(number(count));
+}
+
+QDate dayOf(const CalendarEvent &event)
+{
+    return (event.all_day != 0 ? event.start_date.toUTC() : event.start_date.toLocalTime()).date();
+}
+} // namespace
+
+RecordsMainForm::RecordsMainForm(RecordSource source, DataClass dataClass, QWidget *parent)
+    : DataView(parent),
+      m_source(std::move(source)),
+      m_class(dataClass),
+      m_proxy(new QSortFilterProxyModel(this)),
+      m_save(new QAction(textFor("IDS_SAVE_TO_DATABASE"), this)),
+      m_remove(new QAction(textFor("IDS_DELETE"), this))
+{
+    m_save->setIcon(QIcon(QStringLiteral(":/res/act_save.png")));
+    m_remove->setIcon(QIcon(QStringLiteral(":/res/act_remove.png")));
+    connect(m_save, &QAction::triggered, this, &RecordsMainForm::saveToDatabase);
+    connect(m_remove, &QAction::triggered, this, &RecordsMainForm::removeSelection);
+    m_proxy->setFilterRole(RecordRole::Search);
+    m_proxy->setSortRole(RecordRole::Sort);
+    m_proxy->setFilterCaseSensitivity(Qt::CaseInsensitive);
+    m_proxy->setSortLocaleAware(true);
+    m_proxy->setRecursiveFilteringEnabled(true);
+    buildWidgets();
+    reload();
+}
+
+RecordsMainForm::~RecordsMainForm()
+{
+    m_proxy->setSourceModel(nullptr); // the model goes first
+}
+
+QAction *RecordsMainForm::saveAction() const
+{
+    return m_source.isLocal() ? nullptr : m_save;
+}
+
+QAction *RecordsMainForm::removeAction() const
+{
+    return m_source.isLocal() ? m_remove : nullptr;
+}
+
+void RecordsMainForm::buildWidgets()
+{
+    const ClassTexts &texts = classTexts(m_class);
+    m_header = new ViewHeader(textFor(texts.title));
+    m_filter = m_header->addFilter(textFor(texts.filter));
+    if (QAction *action = m_source.isLocal() ? removeAction() : saveAction())
+        m_header->addAction(action);
+    m_header->addAction(exportAction());
+    buildList();
+    auto *splitter = new QSplitter;
+    splitter->addWidget(m_list);
+    splitter->addWidget(buildDetail());
+    splitter->setStretchFactor(0, 1);
+    splitter->setStretchFactor(1, 1);
+    splitter->setSizes({listWidth, detailWidth});
+    splitter->setChildrenCollapsible(false);
+    m_states = new StateStack(splitter);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_header);
+    layout->addWidget(m_states, 1);
+    connect(m_filter, &QLineEdit::textChanged, this, [this](const QString &text) {
+        m_proxy->setFilterFixedString(text);
+        refresh();
+    });
+    connect(m_header, &ViewHeader::filterLeft, m_list, [this] { m_list->setFocus(); });
+    connect(m_states, &StateStack::actionRequested, this, &RecordsMainForm::reload);
+}
+
+void RecordsMainForm::buildList()
+{
+    m_list = new QTreeView;
+    m_list->setObjectName(QStringLiteral("listRecords"));
+    m_list->setAccessibleName(textFor(classTexts(m_class).title));
+    m_list->setModel(m_proxy);
+    m_list->setRootIsDecorated(m_class == DataClass::Bookmarks);
+    m_list->setUniformRowHeights(true);
+    m_list->setItemDelegate(new RoomyDelegate(m_list));
+    m_list->setAllColumnsShowFocus(true);
+    m_list->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    m_list->setTextElideMode(Qt::ElideMiddle);
+    m_list->setFrameShape(QFrame::NoFrame);
+    m_list->setSortingEnabled(true);
+    m_list->header()->setStretchLastSection(false);
+    m_list->setContextMenuPolicy(Qt::ActionsContextMenu);
+    m_list->QWidget::addAction(exportAction());
+    m_list->QWidget::addAction(m_source.isLocal() ? m_remove : m_save);
+    connect(m_list->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &RecordsMainForm::refresh);
+}
+
+QWidget *RecordsMainForm::buildDetail()
+{
+    m_detail = new SafeTextBrowser;
+    m_detail->setObjectName(QStringLiteral("recordDetail"));
+    m_detail->setAccessibleName(textFor("IDS_ACC_DETAIL"));
+    m_detail->document()->setDocumentMargin(24);
+    if (m_class != DataClass::Calendar)
+        return m_detail;
+    m_month = new QCalendarWidget;
+    m_month->setObjectName(QStringLiteral("monthGrid"));
+    m_month->setAccessibleName(textFor("IDS_ACC_MONTH"));
+    m_month->setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
+    connect(m_month, &QCalendarWidget::clicked, this, &RecordsMainForm::showDay);
+    connect(m_month, &QCalendarWidget::activated, this, &RecordsMainForm::showDay);
+    auto *both = new QWidget;
+    auto *layout = new QVBoxLayout(both);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_month);
+    layout->addWidget(m_detail, 1);
+    return both;
+}
+
+void RecordsMainForm::reload()
+{
+    auto worker = std::make_unique<LoadRecordsThread>(m_source, m_class);
+    LoadRecordsThread *loading = worker.get();
+    m_job = std::make_unique<BackgroundJob>(std::move(worker));
+    connect(m_job.get(), &BackgroundJob::succeeded, this, [this, loading] { onLoaded(*loading); });
+    connect(m_job.get(), &BackgroundJob::failed, this, &RecordsMainForm::onFailed);
+    m_detail->clear();
+    m_proxy->setSourceModel(nullptr);
+    m_model.reset();
+    m_records.reset();
+    m_states->showLoading(textFor("IDS_LOADING_RECORDS"));
+    showState(textFor("IDS_WHY_LOADING"));
+    setStatus(textFor("IDS_LOADING_RECORDS"));
+    m_job->start();
+}
+
+void RecordsMainForm::onLoaded(const LoadRecordsThread &worker)
+{
+    m_records = worker.records();
+    showRecords();
+    const QString none = textFor(classTexts(m_class).empty);
+    if (m_model->rowCount() == 0) {
+        m_states->showEmpty(none,
+                            textFor(m_source.isLocal() ? "IDS_EMPTY_LOCAL_HINT" : "IDS_EMPTY_BACKUP_HINT"));
+        m_header->setCount({});
+        showState(none);
+        setStatus(none);
+        return;
+    }
+    m_states->showContent();
+    m_list->setCurrentIndex(m_proxy->index(0, 0));
+    refresh();
+}
+
+void RecordsMainForm::onFailed(const QString &text)
+{
+    m_states->showFailed(textFor("IDS_RECORDS_FAILED"), text);
+    m_header->setCount({});
+    showState(textFor("IDS_RECORDS_FAILED"));
+    setStatus(textFor("IDS_RECORDS_FAILED"));
+}
+
+void RecordsMainForm::showRecords()
+{
+    QHeaderView *header = m_list->header();
+    if (m_class == DataClass::Bookmarks) {
+        m_model = std::make_unique<ItemModelBookmarks>(m_records);
+        m_proxy->setSourceModel(m_model.get());
+        header->setSectionResizeMode(ItemModelBookmarks::Url, QHeaderView::Stretch);
+        header->resizeSection(ItemModelBookmarks::Title, listWidth / 2);
+        m_list->sortByColumn(-1, Qt::AscendingOrder);
+        m_list->expandToDepth(1);
+        return;
+    }
+    const RecordTable table = makeRecordTable(m_class, m_records);
+    m_model = std::make_unique<ItemModelRecords>(table);
+    m_proxy->setSourceModel(m_model.get());
+    for (std::size_t i = 0; i < table.columns.size(); ++i) {
+        const int section = static_cast<int>(i);
+        header->setSectionResizeMode(section, table.columns[i].width == 0 ? QHeaderView::Stretch
+                                                                          : QHeaderView::Interactive);
+        if (table.columns[i].width != 0)
+            header->resizeSection(section, table.columns[i].width);
+    }
+    if (m_class == DataClass::Contacts)
+        m_list->sortByColumn(0, Qt::AscendingOrder);
+    else
+        m_list->sortByColumn(m_class == DataClass::Notes ? 1 : 2, Qt::DescendingOrder);
+    markDays();
+}
+
+void RecordsMainForm::markDays()
+{
+    if (!m_month)
+        return;
+    QTextCharFormat busy;
+    busy.setFontWeight(QFont::Bold);
+    busy.setFontUnderline(true);
+    m_month->setDateTextFormat(QDate(), QTextCharFormat());
+    QDate last;
+    for (const CalendarEvent &event : std::get<QList<CalendarEvent>>(*m_records)) {
+        const QDate day = dayOf(event);
+        m_month->setDateTextFormat(day, busy);
+        last = std::max(last, day);
+    }
+    if (last.isValid())
+        m_month->setSelectedDate(last);
+}
+
+// Selects the events of the day that was pointed at.
+void RecordsMainForm::showDay()
+{
+    if (!m_records)
+        return;
+    const auto &events = std::get<QList<CalendarEvent>>(*m_records);
+    QItemSelection days;
+    for (int row = 0; row < m_proxy->rowCount(); ++row) {
+        const QModelIndex index = m_proxy->index(row, 0);
+        if (dayOf(events.at(index.data(RecordRole::Number).toInt())) == m_month->selectedDate())
+            days.select(index, index);
+    }
+    if (days.isEmpty())
+        return;
+    m_list->selectionModel()->select(days, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    m_list->scrollTo(days.first().topLeft());
+}
+
+QModelIndexList RecordsMainForm::selectedRows() const
+{
+    return m_list->selectionModel()->selectedRows();
+}
+
+void RecordsMainForm::refresh()
+{
+    if (!m_records)
+        return;
+    const QModelIndexList rows = selectedRows();
+    m_detail->setHtml(rows.isEmpty() ? QString() : rows.first().data(RecordRole::Detail).toString());
+    const qsizetype shown = m_class == DataClass::Bookmarks
+                                ? countBookmarks(std::get<BookmarkTree>(*m_records))
+                                : m_proxy->rowCount();
+    m_header->setCount(number(shown));
+    setStatus(m_proxy->rowCount() == 0
+                  ? textFor("IDS_NOTHING_MATCHES")
+                  : textFor("IDS_%1_SELECTED_%2").arg(number(shown), number(rows.size())));
+    showState({});
+}
+
+void RecordsMainForm::showState(const QString &why)
+{
+    const qsizetype selected = m_records ? selectedRows().size() : 0;
+    const bool exportsAll = m_class == DataClass::Bookmarks || selected == 0;
+    setExportState(exportsAll ? textFor("IDS_EXPORT_ALL")
+                              : counted("IDS_EXPORT_ONE_RECORD", "IDS_EXPORT_%1_RECORDS", selected),
+                   why);
+    m_save->setEnabled(why.isEmpty());
+    m_save->setToolTip(why.isEmpty() ? m_save->text() : why);
+    const QString nothing = selected == 0 ? textFor("IDS_WHY_SELECT_RECORDS") : why;
+    m_remove->setText(selected == 0 ? textFor("IDS_DELETE")
+                                    : counted("IDS_DELETE_ONE_RECORD", "IDS_DELETE_%1_RECORDS", selected));
+    m_remove->setEnabled(nothing.isEmpty());
+    m_remove->setToolTip(nothing.isEmpty() ? m_remove->text() : nothing);
+}
+
+RecordSelection RecordsMainForm::selection() const
+{
+    if (m_class == DataClass::Bookmarks)
+        return std::shared_ptr<const BookmarkTree>(m_records, &std::get<BookmarkTree>(*m_records));
+    QList<int> rows;
+    for (const QModelIndex &row : selectedRows())
+        rows.append(row.data(RecordRole::Number).toInt());
+    std::sort(rows.begin(), rows.end());
+    const auto picked = [&rows](const auto &all) {
+        std::decay_t<decltype(all)> some;
+        for (const int row : std::as_const(rows))
+            some.append(all.at(row));
+        return rows.isEmpty() ? all : some;
+    };
+    switch (m_class) {
+    case DataClass::Contacts:
+        return picked(std::get<QList<ContactRecord>>(*m_records));
+    case DataClass::Calls:
+        return picked(std::get<QList<CallEntry>>(*m_records));
+    case DataClass::Notes:
+        return picked(std::get<QList<NoteEntry>>(*m_records));
+    default:
+        return picked(std::get<QList<CalendarEvent>>(*m_records));
+    }
+}
+
+void RecordsMainForm::exportSelection()
+{
+    const QList<ClassFormat> &formats = classFormats(m_class);
+    const QString title = exportAction()->text();
+    if (!formats.first().ending) {
+        const QString folder = QFileDialog::getExistingDirectory(this, title, QDir::homePath());
+        if (!folder.isEmpty())
+            exportTo(QLatin1String(formats.first().name), folder);
+        return;
+    }
+    QStringList filters;
+    for (const ClassFormat &format : formats)
+        filters.append(textFor(format.label));
+    QString chosen = filters.first();
+    const QString proposed = QDir::home().filePath(dataClassName(m_class) + QLatin1Char('.') +
+                                                   QLatin1String(formats.first().ending));
+    QString path =
+        QFileDialog::getSaveFileName(this, title, proposed, filters.join(QStringLiteral(";;")), &chosen);
+    if (path.isEmpty())
+        return;
+    const ClassFormat &format = formats.at(std::max<qsizetype>(0, filters.indexOf(chosen)));
+    if (QFileInfo(path).suffix().isEmpty())
+        path += QLatin1Char('.') + QLatin1String(format.ending);
+    exportTo(QLatin1String(format.name), path);
+}
+
+bool RecordsMainForm::exportTo(const QString &format, const QString &target)
+{
+    auto worker = std::make_unique<ExportRecordsThread>(selection(), format, target);
+    return runJob(exportAction()->text(), worker, this, target);
+}
+
+void RecordsMainForm::saveToDatabase()
+{
+    const QString suggestion = m_source.backup ? m_source.backup->info().displayName : QString();
+    const QString folder = chooseLocalDatabase(suggestion, this);
+    if (!folder.isEmpty())
+        saveInto(folder);
+}
+
+bool RecordsMainForm::saveInto(const QString &folder)
+{
+    auto worker = std::make_unique<SaveRecordsThread>(m_source, m_class, folder);
+    if (!runJob(textFor(classTexts(m_class).saveTitle), worker, this))
+        return false;
+    emit storeChanged(folder);
+    return true;
+}
+
+void RecordsMainForm::removeSelection()
+{
+    QStringList ids;
+    for (const QModelIndex &row : selectedRows())
+        ids.append(row.data(RecordRole::Identity).toString());
+    if (ids.isEmpty() || !askQuestion(textFor(classTexts(m_class).confirmRemove)))
+        return;
+    try {
+        removeRecords(m_class, m_source.folder, ids);
+    } catch (const Error &error) {
+        showErrorBox(error.sentence());
+        return;
+    }
+    showInformationBox(textFor(classTexts(m_class).removed));
+    emit storeChanged(m_source.folder);
+    reload();
+}

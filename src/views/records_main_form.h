@@ -1,0 +1,80 @@
+#pragma once
+
+#include "export/record_export.h"
+#include "views/data_view.h"
+#include "work/record_source.h"
+
+#include <QModelIndex>
+
+#include <memory>
+
+class BackgroundJob;
+class LoadRecordsThread;
+class QAbstractItemModel;
+class QCalendarWidget;
+class QSortFilterProxyModel;
+class QTreeView;
+class SafeTextBrowser;
+class StateStack;
+class ViewHeader;
+
+/// The contacts, calls, notes, calendar events or bookmarks of one source: a list with a filter, the selected
+/// record beside it, and what can be done with the records. Loads them on a worker when it is made and again
+/// on reload().
+class RecordsMainForm : public DataView
+{
+    Q_OBJECT
+
+public:
+    RecordsMainForm(RecordSource source, DataClass dataClass, QWidget *parent = nullptr);
+    ~RecordsMainForm() override;
+
+    QLineEdit *filterEdit() const override { return m_filter; }
+    QAction *saveAction() const override;
+    QAction *removeAction() const override;
+    void reload() override;
+
+    /// Writes the selected records, or all when none is selected, under the progress dialog. True when it was
+    /// done.
+    bool exportTo(const QString &format, const QString &target);
+    /// Saves all records into the local database in `folder`. True when it was done.
+    bool saveInto(const QString &folder);
+
+signals:
+    /// A local database has got new records, or lost some.
+    void storeChanged(const QString &folder);
+
+protected:
+    void exportSelection() override;
+
+private:
+    RecordSource m_source;
+    DataClass m_class;
+    RecordsPtr m_records;
+    std::unique_ptr<BackgroundJob> m_job;
+    std::unique_ptr<QAbstractItemModel> m_model;
+    QSortFilterProxyModel *m_proxy;
+    ViewHeader *m_header = nullptr;
+    QLineEdit *m_filter = nullptr;
+    QTreeView *m_list = nullptr;
+    QCalendarWidget *m_month = nullptr; // of the calendar alone
+    SafeTextBrowser *m_detail = nullptr;
+    StateStack *m_states = nullptr;
+    QAction *m_save;
+    QAction *m_remove;
+
+    void buildWidgets();
+    void buildList();
+    QWidget *buildDetail();
+    void onLoaded(const LoadRecordsThread &worker);
+    void onFailed(const QString &text);
+    void showRecords();
+    void markDays();
+    void showDay();
+    void refresh();
+    void showState(const QString &why);
+    QModelIndexList selectedRows() const;
+    RecordSelection selection() const;
+    void saveToDatabase();
+    void removeSelection();
+};

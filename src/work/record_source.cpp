@@ -1,0 +1,43 @@
+#include "work/record_source.h"
+
+#include "base/error.h"
+
+namespace {
+RecordsPtr readClass(PersonalSource &source, DataClass dataClass)
+{
+    const bool has = source.has(dataClass);
+    switch (dataClass) {
+    case DataClass::Contacts:
+        return std::make_shared<const Records>(has ? source.contacts() : QList<ContactRecord>());
+    case DataClass::Calls:
+        return std::make_shared<const Records>(has ? source.calls() : QList<CallEntry>());
+    case DataClass::Notes:
+        return std::make_shared<const Records>(has ? source.notes() : QList<NoteEntry>());
+    case DataClass::Calendar:
+        return std::make_shared<const Records>(has ? source.calendar() : QList<CalendarEvent>());
+    case DataClass::Bookmarks:
+        return std::make_shared<const Records>(has ? source.bookmarks() : BookmarkTree());
+    default:
+        throw Error(QStringLiteral("%1 have no records of their own").arg(dataClassName(dataClass)));
+    }
+}
+} // namespace
+
+void withRecords(const RecordSource &source, Progress &progress,
+                 const std::function<void(PersonalSource &)> &job)
+{
+    if (source.isLocal()) {
+        job(*openLocalRecords(source.folder));
+        return;
+    }
+    const BackupUse use(*source.backup, progress);
+    job(*openDeviceRecords(source.backup->manifest(), source.backup->info().deviceId));
+}
+
+RecordsPtr readRecords(const RecordSource &source, DataClass dataClass, Progress &progress)
+{
+    RecordsPtr records;
+    withRecords(source, progress, [&](PersonalSource &opened) { records = readClass(opened, dataClass); });
+    progress.check();
+    return records;
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "base/progress.h"
+#include "personal/personal_source.h"
+#include "work/open_backup.h"
+
+#include <functional>
+#include <memory>
+#include <variant>
+
+/// Where the records of a view come from: an open backup or a local database's folder, one of the two.
+struct RecordSource
+{
+    OpenBackupPtr backup;
+    QString folder;
+
+    bool isLocal() const { return !backup; }
+};
+
+/// The records of one class.
+using Records = std::variant<QList<ContactRecord>, QList<CallEntry>, QList<NoteEntry>, QList<CalendarEvent>,
+                             BookmarkTree>;
+using RecordsPtr = std::shared_ptr<const Records>;
+
+/// Runs `job` on the opened source; a backup's files are this worker's alone meanwhile. Throws Error and
+/// Cancelled.
+void withRecords(const RecordSource &source, Progress &progress,
+                 const std::function<void(PersonalSource &)> &job);
+
+/// Reads all records of a class. A source that lacks the class has none. Throws Error and Cancelled.
+RecordsPtr readRecords(const RecordSource &source, DataClass dataClass, Progress &progress);

@@ -1,0 +1,52 @@
+#include "work/record_threads.h"
+
+#include "base/texts.h"
+#include "work/save_records.h"
+#include "work/summary_text.h"
+
+namespace {
+const char *exportTextKey(const RecordSelection &selection)
+{
+    static constexpr const char *keys[] = {"IDS_SUC_EXPORT_%1_CONTACTS_TO_FILE", "IDS_SUC_EXPORT_%1_CALLS",
+                                           "IDS_SUC_EXPORT_%1_NOTES", "IDS_SUC_EXPORT_%1_CALENDAR_ITEMS",
+                                           "IDS_SUC_EXPORT_%1_BOOKMARKS"};
+    return keys[selection.index()];
+}
+} // namespace
+
+LoadRecordsThread::LoadRecordsThread(RecordSource source, DataClass dataClass)
+    : m_source(std::move(source)), m_dataClass(dataClass)
+{
+}
+
+QString LoadRecordsThread::work(Progress &progress)
+{
+    m_records = readRecords(m_source, m_dataClass, progress);
+    return {};
+}
+
+SaveRecordsThread::SaveRecordsThread(RecordSource source, DataClass dataClass, QString folder)
+    : m_source(std::move(source)), m_dataClass(dataClass), m_folder(std::move(folder))
+{
+}
+
+QString SaveRecordsThread::work(Progress &progress)
+{
+    SaveResult result;
+    withRecords(m_source, progress, [&](PersonalSource &source) {
+        result = saveRecords(m_dataClass, source, m_folder, progress);
+    });
+    return saveText(m_dataClass, result);
+}
+
+ExportRecordsThread::ExportRecordsThread(RecordSelection selection, QString format, QString target)
+    : m_selection(std::move(selection)), m_format(std::move(format)), m_target(std::move(target))
+{
+}
+
+QString ExportRecordsThread::work(Progress &progress)
+{
+    const SimpleExportSummary summary = exportRecords(m_selection, m_format, m_target, progress);
+    return textFor(exportTextKey(m_selection)).arg(summary.written) +
+           listedProblems("IDS_REMARKS_%1", summary.skipped + summary.remarks);
+}
