@@ -1,14 +1,13 @@
 #include "backup/binary_plist.h"
 
 namespace {
-constexpr qsizetype magicSize = 8;
 constexpr qsizetype trailerSize = 32;
 constexpr std::uint8_t sizeFollows = 0xF;
 } // namespace
 
 bool BinaryPlist::open(QByteArrayView bytes)
 {
-    if (bytes.size() < magicSize + trailerSize || !bytes.startsWith("bplist00"))
+    if (bytes.size() < static_cast<qsizetype>(magicSize) + trailerSize || !bytes.startsWith("bplist00"))
         return false;
     m_begin = reinterpret_cast<const std::uint8_t *>(bytes.data());
     const auto trailerAt = static_cast<std::uint64_t>(bytes.size() - trailerSize);
@@ -40,14 +39,8 @@ bool BinaryPlist::readCount(const std::uint8_t *&at, std::uint64_t &count) const
     return true;
 }
 
-bool BinaryPlist::object(std::uint64_t index, Object &out) const
+bool BinaryPlist::anyObject(const std::uint8_t *at, Object &out) const
 {
-    if (index >= m_objectCount)
-        return false;
-    const std::uint64_t offset = bigEndian(m_offsets + index * m_offsetSize, m_offsetSize);
-    if (offset < magicSize || offset >= static_cast<std::uint64_t>(m_offsets - m_begin))
-        return false;
-    const std::uint8_t *at = m_begin + offset;
     const std::uint8_t low = *at & 0x0F;
     out.kind = static_cast<Kind>(*at >> 4);
     out.count = low;

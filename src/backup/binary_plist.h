@@ -50,7 +50,11 @@ public:
     std::uint64_t top() const { return m_top; }
 
     /// False when there is no such object, or it is of an unknown kind or reaches beyond the object area.
-    bool object(std::uint64_t index, Object &out) const;
+    bool object(std::uint64_t index, Object &out) const
+    {
+        const std::uint8_t *at = index < m_objectCount ? place(index) : nullptr;
+        return at && (shortText(at, out) || anyObject(at, out));
+    }
     /// The index that an array holds at `position`; a dictionary holds its keys, then its values.
     std::uint64_t reference(const Object &container, std::uint64_t position) const
     {
@@ -58,6 +62,8 @@ public:
     }
 
 private:
+    static constexpr std::uint64_t magicSize = 8; // of "bplist00"
+
     const std::uint8_t *m_begin = nullptr;
     const std::uint8_t *m_offsets = nullptr; // also the end of the object area
     std::uint64_t m_objectCount = 0;
@@ -66,6 +72,9 @@ private:
     std::uint8_t m_referenceSize = 0;
 
     static std::uint64_t bigEndian(const std::uint8_t *at, std::uint64_t size);
+    const std::uint8_t *place(std::uint64_t index) const;
+    bool shortText(const std::uint8_t *at, Object &out) const;
+    bool anyObject(const std::uint8_t *at, Object &out) const;
     bool readCount(const std::uint8_t *&at, std::uint64_t &count) const;
 };
 
@@ -83,4 +92,24 @@ inline std::uint64_t BinaryPlist::bigEndian(const std::uint8_t *at, std::uint64_
     for (std::uint64_t i = 0; i < size; ++i)
         value = value << 8 | at[i];
     return value;
+}
+
+/// Where an object begins, null when that is not in the object area.
+inline const std::uint8_t *BinaryPlist::place(std::uint64_t index) const
+{
+    const std::uint64_t offset = bigEndian(m_offsets + index * m_offsetSize, m_offsetSize);
+    const bool inside = offset >= magicSize && offset < static_cast<std::uint64_t>(m_offsets - m_begin);
+    return inside ? m_begin + offset : nullptr;
+}
+
+/// The names of keys, which are most of what is looked at, without the general case.
+inline bool BinaryPlist::shortText(const std::uint8_t *at, Object &out) const
+{
+    const auto length = static_cast<std::uint8_t>(*at - 0x50);
+    if (length >= 0xF || m_offsets - at <= length)
+        return false;
+    out.kind = Kind::Ascii;
+    out.count = length;
+    out.payload = at + 1;
+    return true;
 }

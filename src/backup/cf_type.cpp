@@ -9,6 +9,7 @@
 
 #include <plist/plist.h>
 
+#include <clocale>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
@@ -52,6 +53,30 @@ struct CFType::Node
 };
 
 namespace {
+/// While it lives, the calling thread reads numbers with a point. The library reads fractions by the locale,
+/// which a program of Qt takes from its user, and property lists do not.
+class PointAsDecimalSign
+{
+public:
+#ifdef Q_OS_UNIX
+    PointAsDecimalSign() : m_locale(newlocale(LC_NUMERIC_MASK, "C", nullptr)), m_before(uselocale(m_locale))
+    {
+    }
+    ~PointAsDecimalSign()
+    {
+        uselocale(m_before);
+        if (m_locale)
+            freelocale(m_locale);
+    }
+    PointAsDecimalSign(const PointAsDecimalSign &) = delete;
+    PointAsDecimalSign &operator=(const PointAsDecimalSign &) = delete;
+
+private:
+    locale_t m_locale;
+    locale_t m_before;
+#endif
+};
+
 std::uint64_t unsignedValue(plist_t number)
 {
     std::uint64_t value = 0;
@@ -136,6 +161,7 @@ CFType CFType::parse(QByteArrayView bytes)
         if (bytes.startsWith("\xEF\xBB\xBF"))
             bytes = bytes.sliced(3);
         origin = Origin::Xml;
+        [[maybe_unused]] const PointAsDecimalSign point;
         plist_from_xml(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &root);
     }
     return CFType(Node::own(root, origin));

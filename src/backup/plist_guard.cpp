@@ -3,6 +3,7 @@
 #include "backup/binary_plist.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <vector>
 
@@ -14,6 +15,10 @@ constexpr std::uint64_t nodeBytes = 160;
 // Names are stored once and referred to a thousand times, so that a tree is larger than its bytes.
 constexpr std::uint64_t treeBytesPerByte = 256;
 constexpr std::uint64_t treeBytesAtLeast = 32 * 1024 * 1024;
+constexpr std::uint64_t treeBytesAtMost = std::uint64_t{2} * 1024 * 1024 * 1024;
+// Steps of what the library does once for each earlier key of a dictionary, or once for each 64 bytes of a
+// text and each entity in it: some seconds at most.
+constexpr std::uint64_t maximumWork = 1'000'000'000;
 
 using Object = BinaryPlist::Object;
 using Kind = BinaryPlist::Kind;
@@ -26,7 +31,7 @@ public:
 
     bool run()
     {
-        if (!m_plist.open(m_bytes))
+        if (!m_plist.open(m_bytes) || m_plist.objectCount() > limit() / nodeBytes)
             return false;
         m_visited.resize(m_plist.objectCount());
         if (!enter(m_plist.top()))
@@ -64,7 +69,8 @@ private:
 
     std::uint64_t limit() const
     {
-        return treeBytesAtLeast + treeBytesPerByte * static_cast<std::uint64_t>(m_bytes.size());
+        const auto size = static_cast<std::uint64_t>(m_bytes.size());
+        return std::min(treeBytesAtLeast + treeBytesPerByte * size, treeBytesAtMost);
     }
 
     bool enter(std::uint64_t index);
@@ -148,7 +154,8 @@ bool BinaryCheck::step()
     return frame.treeBytes <= limit() && m_stack.size() + known.depth <= maximumDepth;
 }
 
-/// A cursor over XML that knows only what can hide a tag: comments, CDATA, instructions.
+/// Finds the tags of XML the way the library does, knowing only what can hide one: comments, CDATA,
+/// instructions and quotes.
 class XmlCheck
 {
 public:
@@ -159,17 +166,24 @@ public:
         if (m_text.contains('\0'))
             return false;
         qsizetype at = 0;
-        while ((at = m_text.indexOf('<', at)) >= 0) {
-            at = afterMarkup(at);
-            if (at < 0 || m_depth > maximumDepth)
+        for (;;) {
+            const qsizetype markup = m_text.indexOf('<', at);
+            if (markup < 0)
+                return true;
+            countEntities(m_text.sliced(at, markup - at));
+            at = afterMarkup(markup);
+            if (at < 0 || m_depth > maximumDepth || m_work > maximumWork ||
+                m_nodes > treeBytesAtMost / nodeBytes)
                 return false;
         }
-        return true;
     }
 
 private:
     QByteArrayView m_text;
     std::uint32_t m_depth = 0;
+    std::uint64_t m_nodes = 0;
+    std::uint64_t m_work = 0;
+    std::array<std::uint64_t, maximumDepth + 2> m_keys = {}; // of the dictionary at each depth
 
     bool startsAt(qsizetype at, QByteArrayView word) const { return m_text.sliced(at).startsWith(word); }
 
@@ -177,6 +191,12 @@ private:
     {
         const qsizetype found = m_text.indexOf(end, at);
         return found < 0 ? -1 : found + end.size();
+    }
+
+    /// The library moves the rest of a text for each entity in it.
+    void countEntities(QByteArrayView text)
+    {
+        m_work += static_cast<std::uint64_t>(text.count('&')) * static_cast<std::uint64_t>(text.size() / 64);
     }
 
     /// The position behind the markup at `at`, -1 when it has no end or is not allowed.
@@ -190,15 +210,29 @@ private:
         if (end < 0)
             return -1;
         const QByteArrayView markup = m_text.sliced(at, end - at);
+        if (markup.count('"') % 2 != 0) // an end inside quotes is none
+            return -1;
         if (markup.startsWith("<!"))
             return markup.contains('[') ? -1 : end;
         if (markup.startsWith("<?"))
-            return markup.endsWith("?>") && markup.count('"') % 2 == 0 ? end : -1;
+            return markup.endsWith("?>") ? end : -1;
         if (markup.startsWith("</"))
             m_depth -= m_depth > 0 ? 1 : 0;
-        else if (!markup.endsWith("/>"))
-            ++m_depth;
+        else
+            open(markup);
         return end;
+    }
+
+    void open(QByteArrayView tag)
+    {
+        ++m_nodes;
+        if (tag.startsWith("<key"))
+            m_work += m_keys[m_depth]++;
+        if (tag.endsWith("/>"))
+            return;
+        ++m_depth;
+        if (m_depth <= maximumDepth)
+            m_keys[m_depth] = 0;
     }
 };
 } // namespace

@@ -71,8 +71,14 @@ void TargetFile::failWriting(const QString &reason) const
 
 void TargetFile::write(const char *bytes, qint64 size)
 {
-    if (m_file.write(bytes, size) != size)
-        failWriting(m_file.errorString());
+    // A disk that fills up takes a part first, without an error; only the next attempt says why.
+    while (size > 0) {
+        const qint64 written = m_file.write(bytes, size);
+        if (written <= 0)
+            failWriting(m_file.errorString());
+        bytes += written;
+        size -= written;
+    }
 }
 
 void TargetFile::commit()

@@ -1,5 +1,6 @@
 #include "messages/abs_ios_message_db.h"
 
+#include "messages/device_database.h"
 #include "messages/device_path.h"
 #include "messages/stored_attachments.h"
 #include "personal/country_lib_db.h"
@@ -42,7 +43,8 @@ AbsIOSMessageDb::AbsIOSMessageDb(const QString &path, FileSource *source, Contac
       m_names(names),
       m_normalise([](const QString &number, const QString &) { return CountryLibDb::normalise(number, {}); })
 {
-    m_db.openThrow(path);
+    if (const QString damage = openDeviceDatabase(m_db, path); !damage.isEmpty())
+        m_damageOfFile.append(damage);
     Sqlite3Cursor cursor = m_db.queryThrow(QStringLiteral("select * from sqlite_master where type='table'"));
     const int name = cursor.columnIndex(QStringLiteral("name"));
     const int sql = cursor.columnIndex(QStringLiteral("sql"));
@@ -81,7 +83,7 @@ void AbsIOSMessageDb::clear()
     m_attachments.clear();
     m_skippedRows = 0;
     m_unreadableTexts = 0;
-    m_warnings.clear();
+    m_warnings = m_damageOfFile;
 }
 
 void AbsIOSMessageDb::sortChats()

@@ -89,6 +89,7 @@ protected:
     QHash<qint64, _MsgAttachment *> m_attachmentById;
 
 private:
+    QStringList m_damageOfFile;
     NumberNormaliser m_normalise;
     QString m_defaultCountry;
     QHash<QString, QString> m_createTexts; // by table name in lower case

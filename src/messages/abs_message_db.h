@@ -44,7 +44,7 @@ public:
     qint64 skippedRows() const { return m_skippedRows; }
     /// Messages whose text is stored in a form that could not be read; their text is empty.
     qint64 unreadableTexts() const { return m_unreadableTexts; }
-    /// One sentence for each listing that damage in the database ended early. What came before is loaded.
+    /// One sentence for each damage that the database turned out to have; what it left is loaded.
     QStringList warnings() const { return m_warnings; }
 
 protected:

@@ -1,13 +1,14 @@
 #include "messages/abs_message_db.h"
 
 #include "base/error.h"
+#include "messages/device_database.h"
 #include "messages/ios6_message_db.h"
 
 namespace {
 QSet<QString> tableNames(const QString &path)
 {
     Sqlite3DB db;
-    db.openThrow(path);
+    openDeviceDatabase(db, path);
     QSet<QString> names;
     Sqlite3Cursor cursor = db.queryThrow(QStringLiteral("select * from sqlite_master where type='table'"));
     const int name = cursor.columnIndex(QStringLiteral("name"));

@@ -22,6 +22,14 @@ struct Making
 
 /// Each writes the files of one data class in the schema of the generation and counts its records.
 void addMessages(Making &making);
+void addContacts(Making &making);
+void addCalls(Making &making);
+void addNotes(Making &making);
+void addCalendar(Making &making);
+void addBookmarks(Making &making);
+void addVoicemail(Making &making);
+void addRecordings(Making &making);
+void addCameraRoll(Making &making);
 /// The files that belong to no data class, with everything a catalogue may hold, and the rows asked for.
 void addExtraFiles(Making &making);
 

@@ -107,6 +107,7 @@ void MessageContent::addUnreadableBodies()
         MessageRow row = message(Unnamed, QByteArray());
         row.attributedBody = cut;
         say(Unnamed, row);
+        ++m_counts.unreadableBodies;
     }
 }
 

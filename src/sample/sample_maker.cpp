@@ -28,6 +28,14 @@ SampleSummary make(const SampleOptions &options, const QString &scratch)
     SampleSummary summary;
     Making making{options, generation, SeededGenerator(options.seed), scratch, frame.container(), summary};
     addMessages(making);
+    addContacts(making);
+    addCalls(making);
+    addNotes(making);
+    addCalendar(making);
+    addBookmarks(making);
+    addVoicemail(making);
+    addRecordings(making);
+    addCameraRoll(making);
     addExtraFiles(making);
     frame.finish();
     summary.files = frame.container().files();

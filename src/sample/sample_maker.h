@@ -38,6 +38,7 @@ struct SampleOptions
     bool catalogueWithoutPadding = false; ///< the encrypted Manifest.db ends with its last page, unpadded
     bool saltedDescriptors = false;       ///< plain Manifest.db with a salt and encrypted `file` blobs
     bool walCompanion = false;            ///< the newest messages stand only in a catalogued sms.db-wal
+    bool emptyOldCallHistory = false; ///< an old call_history.db without rows stands beside the newer store
     std::vector<SampleRow> extraRows;
 };
 
@@ -83,6 +84,7 @@ struct SampleCounts
     int joinedMessages =
         0; ///< join rows to a message whose item_type is not 4, their conversation missing or not
     int listedMessages = 0; ///< distinct messages in a conversation that are no system items
+    int unreadableBodies = 0;   ///< listed messages without text whose attributedBody is damaged
     int attachments = 0;
     int contacts = 0;
     int calls = 0;
@@ -91,7 +93,8 @@ struct SampleCounts
     int bookmarks = 0; ///< visible ones, folders not counted
     int voicemails = 0;
     int recordings = 0;
-    int photos = 0;
+    int photos = 0; ///< of the camera roll, .jpg and .png
+    int heicPhotos = 0;
     int videos = 0;
     int catalogueRows = 0; ///< folders and links included
 };

@@ -2,6 +2,7 @@
 #include "sample/keybag_writer.h"
 #include "sample/keyed_archive.h"
 #include "sample/mbdb_writer.h"
+#include "sample/typedstream_writer.h"
 
 #include <QDir>
 #include <QFile>
@@ -114,5 +115,8 @@ int main(int argc, char **argv)
     corpus.add("keybag", "double", keybag(3));
     corpus.add("manifest_plist", "binary", sample::binaryPlist(description()));
     corpus.add("manifest_plist", "xml", sample::xmlPlist(description()));
+    corpus.add("typedstream", "plain", sample::typedstreamBody("Yes, see you there"));
+    corpus.add("typedstream", "mutable-with-long-text",
+               sample::typedstreamBody(QByteArray(300, 'x'), {}, sample::StyledText::Mutable));
     return 0;
 }

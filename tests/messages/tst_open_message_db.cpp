@@ -23,12 +23,14 @@ void makeLongConversation(const QString &path)
 {
     DeviceMessages made(path, DeviceMessages::Ios12);
     made.chat(1, QStringLiteral("a"));
-    made.run(QStringLiteral(
-        "begin; with recursive n(i) as (select 1 union all select i + 1 from n where i < 2000) insert into "
-        "message(ROWID, guid, text) select i, 'g' || i, hex(randomblob(200)) from n; insert into "
-        "chat_message_join "
-        "select 1, ROWID from message; insert into attachment(ROWID, guid) values(1, 'a'); insert into "
-        "message_attachment_join values(1, 1); commit"));
+    made.run(
+        QStringLiteral("begin; create temp trigger join_it after insert on message begin insert into "
+                       "chat_message_join values(1, "
+                       "new.ROWID); end; with recursive n(i) as (select 1 union all select i + 1 from n "
+                       "where i < 2000) insert into "
+                       "message(ROWID, guid, text) select i, 'g' || i, hex(randomblob(200)) from n; insert "
+                       "into attachment(ROWID, "
+                       "guid) values(1, 'a'); insert into message_attachment_join values(1, 1); commit"));
 }
 
 int pageSize(const QString &path)
@@ -74,6 +76,7 @@ private slots:
     void olderGenerations();
     void numbersAreNormalised();
     void damageInTheMiddle();
+    void fileThatWasCutOff();
     void damagedTables_data();
     void damagedTables();
     void attachmentTablesMissing();
@@ -149,6 +152,21 @@ void TestOpenMessageDb::damageInTheMiddle()
     db->loadMessages(0, progress);
     QVERIFY(db->messageCount() > 100 && db->messageCount() < 1900);
     QCOMPARE(db->chat(1)->messages.size(), db->messageCount());
+    QVERIFY(db->warnings().join(u'\n').contains(path));
+}
+
+void TestOpenMessageDb::fileThatWasCutOff()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("sms.db"));
+    makeLongConversation(path);
+    QFile file(path);
+    QVERIFY(file.resize(file.size() * 3 / 4));
+    const auto db = openMessageDbFile(path, nullptr);
+    db->loadChats();
+    NoProgress progress;
+    db->loadMessages(0, progress);
+    QVERIFY(db->messageCount() > 100 && db->messageCount() < 2000);
     QVERIFY(db->warnings().join(u'\n').contains(path));
 }
 
