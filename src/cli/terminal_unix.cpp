@@ -5,14 +5,21 @@
 
 #include <QByteArray>
 
+#include <algorithm>
+#include <cerrno>
+#include <climits>
 #include <csignal>
 #include <cstdio>
 
 #include <fcntl.h>
+#include <poll.h>
+#include <sys/stat.h>
 #include <termios.h>
 #include <unistd.h>
 
 namespace {
+constexpr int stopNumbers[] = {SIGINT, SIGTERM, SIGHUP};
+
 /// Typed characters stay invisible while this lives.
 class EchoOff
 {
@@ -39,6 +46,38 @@ private:
     termios m_before{};
     bool m_changed = false;
 };
+
+sigset_t stopSignals()
+{
+    sigset_t stops;
+    sigemptyset(&stops);
+    for (const int number : stopNumbers)
+        sigaddset(&stops, number);
+    return stops;
+}
+
+/// Waits until a stream can be used, or a stop comes. A stop just before a blocking call would go unnoticed,
+/// so the signals are let in only while this waits.
+void waitFor(int stream, short events)
+{
+    const sigset_t held = stopSignals();
+    sigset_t before;
+    pthread_sigmask(SIG_BLOCK, &held, &before);
+    pollfd waited{.fd = stream, .events = events, .revents = 0};
+    while (!stopRequested() && ppoll(&waited, 1, nullptr, &before) < 0 && errno == EINTR) {
+    }
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+}
+
+/// What a write takes without blocking once the stream has room.
+qsizetype bytesAtOnce(qsizetype size)
+{
+    static const bool isFile = [] {
+        struct stat status = {};
+        return fstat(STDOUT_FILENO, &status) == 0 && S_ISREG(status.st_mode);
+    }();
+    return isFile ? size : std::min<qsizetype>(size, PIPE_BUF);
+}
 } // namespace
 
 QStringList commandLineArguments(int argc, char **argv)
@@ -66,7 +105,7 @@ void onStopSignals(void (*handler)(int))
     struct sigaction stop = {};
     stop.sa_handler = handler;
     sigemptyset(&stop.sa_mask);
-    for (const int number : {SIGINT, SIGTERM, SIGHUP})
+    for (const int number : stopNumbers)
         sigaction(number, &stop, nullptr);
     std::signal(SIGPIPE, SIG_IGN);
 }
@@ -78,7 +117,10 @@ bool errorStreamIsTerminal()
 
 qint64 writeSome(QByteArrayView bytes)
 {
-    return write(STDOUT_FILENO, bytes.data(), static_cast<std::size_t>(bytes.size()));
+    waitFor(STDOUT_FILENO, POLLOUT);
+    if (stopRequested())
+        return 0;
+    return write(STDOUT_FILENO, bytes.data(), static_cast<std::size_t>(bytesAtOnce(bytes.size())));
 }
 
 std::optional<QString> askHidden(const QString &prompt)
@@ -91,9 +133,10 @@ std::optional<QString> askHidden(const QString &prompt)
     QByteArray line;
     char letter = 0;
     while (true) {
-        const ssize_t got = read(STDIN_FILENO, &letter, 1);
+        waitFor(STDIN_FILENO, POLLIN);
         if (stopRequested())
             throw Cancelled();
+        const ssize_t got = read(STDIN_FILENO, &letter, 1);
         if (got <= 0)
             return line.isEmpty() ? std::nullopt : std::optional(QString::fromUtf8(line));
         if (letter == '\n')

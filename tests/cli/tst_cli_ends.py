@@ -1,9 +1,11 @@
 """How a command ends when it is stopped, when nobody reads it, when the disk is full, and what it leaves behind."""
 
 import os
+import pty
 import shutil
 import signal
 import subprocess
+import termios
 
 from command_line import PASSWORD, PROGRAM, Case, main, run, tree
 
@@ -78,6 +80,22 @@ class Ends(Case):
             status, complaint = self.end(process)
             self.assertEqual((status, complaint), (1, "quillbarrow-cli: cancelled\n"))
         self.assertEqual(tree(backup), before)
+
+    def test_stop_while_asking_for_the_password(self):
+        backup = self.sample("--ios", "9", "--password", PASSWORD)
+        pid, terminal = pty.fork()
+        if pid == 0:
+            os.environ.pop("QUILLBARROW_PASSWORD", None)
+            os.execv(PROGRAM, ["quillbarrow-cli", "files", str(backup)])
+        shown = b""
+        while b":" not in shown:
+            shown += os.read(terminal, 1024)
+        os.write(terminal, b"\x03")
+        while b"cancelled" not in shown:
+            shown += os.read(terminal, 1024)
+        self.assertEqual(os.waitstatus_to_exitcode(os.waitpid(pid, 0)[1]), 1)
+        self.assertTrue(termios.tcgetattr(terminal)[3] & termios.ECHO)
+        os.close(terminal)
 
     def test_stop_while_extracting(self):
         backup = self.sample(*MANY, "--password", PASSWORD)

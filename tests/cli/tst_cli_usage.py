@@ -1,6 +1,9 @@
 """Wrong usage, things that are not there, and passwords: the exit status and the one line."""
 
 import os
+import plistlib
+import pty
+import shutil
 
 from command_line import PASSWORD, Case, main, run
 
@@ -109,7 +112,6 @@ class Passwords(Case):
         self.refuse(1, "info", self.locked["modern"], "--password-file", self.folder / "none", password=PASSWORD)
 
     def test_asked_for_on_a_terminal_without_echo(self):
-        import pty
         for typed, status in ((PASSWORD, 0), ("wrong", 3)):
             pid, terminal = pty.fork()
             if pid == 0:
@@ -127,6 +129,24 @@ class Passwords(Case):
             os.close(terminal)
             self.assertEqual(os.waitstatus_to_exitcode(os.waitpid(pid, 0)[1]), status, shown)
             self.assertNotIn(typed.encode(), shown)
+
+    def test_wrong_password_damaged_keybag_and_unreadable_file_are_told_apart(self):
+        backup = self.folder / "damaged"
+        shutil.copytree(self.locked["modern"], backup)
+        wrong = self.refuse(3, "info", backup, password="wrong")
+        whole = plistlib.loads((backup / "Manifest.plist").read_bytes())
+        for keybag in (b"", whole["BackupKeyBag"][:-7], whole["BackupKeyBag"].replace(b"SALT", b"TLAS")):
+            (backup / "Manifest.plist").write_bytes(plistlib.dumps({**whole, "BackupKeyBag": keybag}))
+            damaged = self.refuse(1, "info", backup, password=PASSWORD)
+            self.assertRegex(damaged, "(?i)keybag")
+        (backup / "Manifest.plist").write_bytes(plistlib.dumps(whole))
+        (backup / "Manifest.db").write_bytes(b"")
+        unreadable = self.refuse(1, "info", backup, password=PASSWORD)
+        self.assertIn("Manifest.db", unreadable)
+        (backup / "Manifest.plist").write_bytes(b"bplist00 no more")
+        no_list = self.refuse(1, "info", backup, password=PASSWORD)
+        self.assertIn("Manifest.plist", no_list)
+        self.assertEqual(len({wrong, damaged, unreadable, no_list}), 4)
 
     def test_the_password_is_in_no_log(self):
         home = self.folder / "home"
