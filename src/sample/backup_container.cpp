@@ -127,6 +127,10 @@ void BackupContainer::addFileRow(const FilePlace &place, qint64 size, const QByt
                                     m_chance.bytes(20 + i * 7));
     if (!fileKey.isEmpty())
         row.encryptionKey = m_keybag->wrapForClass(place.protectionClass, fileKey);
+    else if (place.odd)
+        row.encryptionKey = QByteArray("\x03\0\0\0", 4) + m_chance.bytes(40);
+    if (place.odd)
+        row.kind = CatalogueRecord::Unmarked;
     addRow(row);
 
     SampleFile file;

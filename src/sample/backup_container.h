@@ -19,8 +19,9 @@ struct FilePlace
     QString relativePath;
     qint64 modified = 0; // Unix seconds
     int protectionClass = 3;
-    qint64 sizeDifference =
-        0; // what the catalogue's size is off by: live files change while they are backed up
+    bool odd = false; // not marked as a file, and with a key even where the backup is not encrypted
+    // What the catalogue's size is off by: live files change while they are backed up.
+    qint64 sizeDifference = 0;
 };
 
 /// The backup folder while it is being filled: stores content under its file id, encrypted when there is a

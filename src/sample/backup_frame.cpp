@@ -28,6 +28,8 @@ bool wantsDoubleProtection(const SampleOptions &options, const Generation &gener
 
 void checkOptions(const SampleOptions &options)
 {
+    if (options.iter < 1 || options.dpic < 1)
+        throw Error(QStringLiteral("A key derivation needs at least one round."));
     const bool mbdb = options.layout == SampleOptions::Layout::Mbdb;
     if (options.saltedDescriptors && (options.password.isEmpty() || mbdb))
         throw Error(QStringLiteral("Salted descriptors need a password and the modern layout."));

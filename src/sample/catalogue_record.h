@@ -11,7 +11,7 @@ namespace sample {
 /// One row of a catalogue, the same for both layouts. An empty byte array is an absent one.
 struct CatalogueRecord
 {
-    enum Kind { File = 1, Folder = 2, Link = 4 };
+    enum Kind { Unmarked = 0, File = 1, Folder = 2, Link = 4 }; // Unmarked: a file as well
 
     Kind kind = File;
     QString domain;

@@ -32,6 +32,9 @@ int lengthOf(int index, SeededGenerator &chance)
     static constexpr int edges[] = {0, 1, 15, 16, 17, 8191, 8192, 8193, 0, 65536};
     if (index < static_cast<int>(std::size(edges)))
         return edges[index];
+    // A sample of very many files is about their number.
+    if (index >= 1000)
+        return chance.below(1000);
     return chance.oneIn(20) ? chance.below(1 << 20) : chance.below(6000);
 }
 
@@ -47,6 +50,9 @@ void addOddRows(Making &making)
     making.container.put(making.place("AppDomain-com.example.notebook",
                                       QStringLiteral("Documents/Übersicht – 概要 (v2) 'final'.txt")),
                          "a name of many letters");
+    FilePlace odd = making.place("HomeDomain", QStringLiteral("Library/Preferences/com.example.odd.plist"));
+    odd.odd = true;
+    making.container.put(odd, "a row that differs from the others");
     FilePlace locked = making.place("HomeDomain", QStringLiteral("Library/Locked/only-on-this-device.bin"));
     locked.protectionClass = KeybagWriter::deviceOnlyClass;
     making.container.put(locked, "sealed by the device");

@@ -24,7 +24,9 @@ void ManifestWriter::add(const CatalogueRecord &record)
     QByteArray blob = archivedFileRecord(record, layout);
     if (!m_descriptorKey.isEmpty())
         blob = encryptDescriptor(m_descriptorKey, blob);
-    m_insert->run(record.fileId(), record.domain, record.relativePath, static_cast<int>(record.kind), blob);
+    // A domain's own row has an empty path, not none.
+    const QString path = record.relativePath.isNull() ? QStringLiteral("") : record.relativePath;
+    m_insert->run(record.fileId(), record.domain, path, static_cast<int>(record.kind), blob);
 }
 
 void ManifestWriter::finish()

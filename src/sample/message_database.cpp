@@ -32,10 +32,7 @@ void bindText(Statement &statement, int position, const QByteArray &utf8)
 
 void bindText(Statement &statement, int position, const QString &text)
 {
-    if (text.isNull())
-        statement.bind(position, nullptr);
-    else
-        statement.bind(position, text);
+    statement.bind(position, text);
 }
 
 using S = Statement;

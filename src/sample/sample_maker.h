@@ -22,9 +22,9 @@ struct SampleOptions
 
     QString folder;                 ///< becomes the backup folder itself; made when missing, must be empty
     Layout layout = Layout::Modern; ///< Manifest.db with sub-folders, or Manifest.mbdb with a flat folder
-    int ios = 17;                   ///< generation of every schema: 6 to 17
+    int ios = 17;                   ///< generation of every schema: 6, 7, 9 to 12 or 14 to 17
     QString password;               ///< empty: the backup is not encrypted
-    int messages = 200; ///< rows of `message`; the showcase conversations come on top of a lower number
+    int messages = 200; ///< rows of `message`; those of the showcase conversations are there in any case
     int files = 40;     ///< catalogued files besides those of the data classes
     quint64 seed = 1;
 
@@ -33,12 +33,13 @@ struct SampleOptions
     int iter = 1000;  ///< rounds of the inner derivation
     /// The keybag has the outer derivation and Manifest.db is encrypted itself; modern layout only.
     enum class Protection { ByGeneration, Single, Double };
-    Protection protection = Protection::ByGeneration; ///< ByGeneration: double from generation 12 on
+    Protection protection = Protection::ByGeneration; ///< ByGeneration: double from 10 on
 
     bool catalogueWithoutPadding = false; ///< the encrypted Manifest.db ends with its last page, unpadded
     bool saltedDescriptors = false;       ///< plain Manifest.db with a salt and encrypted `file` blobs
-    bool walCompanion = false;            ///< the newest messages stand only in a catalogued sms.db-wal
-    bool emptyOldCallHistory = false; ///< an old call_history.db without rows stands beside the newer store
+    /// Some more messages, the newest, stand only in a catalogued sms.db-wal.
+    bool walCompanion = false;
+    bool emptyOldCallHistory = false; ///< a call_history.db without rows stands beside the newer store
     std::vector<SampleRow> extraRows;
 };
 
@@ -81,16 +82,16 @@ struct SampleCounts
 {
     int messageRows = 0;   ///< rows of `message`, those outside every conversation included
     int messagesInWal = 0; ///< those of messageRows that stand in sms.db-wal alone
-    int joinedMessages =
-        0; ///< join rows to a message whose item_type is not 4, their conversation missing or not
-    int listedMessages = 0; ///< distinct messages in a conversation that are no system items
-    int unreadableBodies = 0;   ///< listed messages without text whose attributedBody is damaged
+    /// Rows of chat_message_join to a message whose item_type is not 4; the conversation of one is missing.
+    int joinedMessages = 0;
+    int listedMessages = 0;   ///< distinct messages in a conversation that are no system items
+    int unreadableBodies = 0; ///< listed messages without text whose attributedBody is damaged
     int attachments = 0;
     int contacts = 0;
     int calls = 0;
-    int notes = 0;
+    int notes = 0; ///< those with a body; one row of ZNOTE has none
     int calendarEvents = 0;
-    int bookmarks = 0; ///< visible ones, folders not counted
+    int bookmarks = 0; ///< rows that are not hidden, one of them in a hidden folder; no folders
     int voicemails = 0;
     int recordings = 0;
     int photos = 0; ///< of the camera roll, .jpg and .png

@@ -43,6 +43,10 @@ void Statement::bind(int position, std::nullptr_t)
 
 void Statement::bind(int position, const QString &text)
 {
+    if (text.isNull()) {
+        sqlite3_bind_null(m_statement, position);
+        return;
+    }
     const QByteArray utf8 = text.toUtf8();
     sqlite3_bind_text(m_statement, position, utf8.constData(), static_cast<int>(utf8.size()),
                       SQLITE_TRANSIENT);

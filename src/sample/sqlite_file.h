@@ -44,9 +44,9 @@ public:
     void bind(int position, bool value) { bind(position, qint64(value)); }
     void bind(int position, double value);
     void bind(int position, std::nullptr_t);
+    /// NULL when the text or the array is null.
     void bind(int position, const QString &text);
     void bind(int position, Utf8 text);
-    /// Null when the array is null, else a blob.
     void bind(int position, const QByteArray &blob);
     void step();
 

@@ -19,6 +19,7 @@ private slots:
     void sameOptionsSameBytes_data();
     void sameOptionsSameBytes();
     void propertyLists();
+    void catalogueRows();
     void extraRows();
     void benchInputs();
     void refusals();
@@ -102,6 +103,27 @@ void TestSampleBackup::propertyLists()
              QVariant(u"finished"_s));
 }
 
+void TestSampleBackup::catalogueRows()
+{
+    QTemporaryDir home;
+    SampleOptions options;
+    options.folder = home.filePath(u"backup"_s);
+    const SampleSummary summary = makeSample(options);
+    const QString catalogue = options.folder + u"/Manifest.db"_s;
+    const auto count = [&](const QString &condition) {
+        return column(catalogue, u"select count(*) from Files where "_s + condition).first().toInt();
+    };
+    QCOMPARE(count(u"flags in (0, 1)"_s), static_cast<int>(summary.files.size()));
+    QCOMPARE(count(u"flags = 0"_s), 1);
+    QCOMPARE(count(u"flags = 4"_s), 1);
+    QVERIFY(count(u"flags = 2 and relativePath = ''"_s) > 5);
+    QCOMPARE(count(u"relativePath is null or domain is null"_s), 0);
+    for (const QString &path : column(catalogue, u"select relativePath from Files where flags=1"_s)) {
+        const QString parent = path.section(u'/', 0, -2);
+        QVERIFY2(count(u"flags=2 and relativePath='%1'"_s.arg(parent)) > 0, qPrintable(path));
+    }
+}
+
 void TestSampleBackup::extraRows()
 {
     QTemporaryDir home;
@@ -147,6 +169,9 @@ void TestSampleBackup::refusals()
     QVERIFY_THROWS_EXCEPTION(Error, makeSample(options));
     QVERIFY(!QFile::exists(options.folder));
     options.ios = 17;
+    options.password = u"p"_s;
+    options.iter = 0;
+    QVERIFY_THROWS_EXCEPTION(Error, makeSample(options));
     QVERIFY(QDir().mkpath(home.filePath(u"backup/something"_s)));
     QVERIFY_THROWS_EXCEPTION(Error, makeSample(options));
 }
