@@ -75,6 +75,7 @@ private slots:
     void olderGenerations_data();
     void olderGenerations();
     void numbersAreNormalised();
+    void lockedFile();
     void damageInTheMiddle();
     void fileThatWasCutOff();
     void damagedTables_data();
@@ -138,6 +139,18 @@ void TestOpenMessageDb::numbersAreNormalised()
     db->loadChats();
     QCOMPARE(db->handle(1)->id, QStringLiteral("+491711234567"));
     QCOMPARE(db->handle(2)->id, QStringLiteral("ada@example.com"));
+}
+
+void TestOpenMessageDb::lockedFile()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("sms.db"));
+    makeLongConversation(path);
+    Sqlite3DB other;
+    other.openThrow(path, SqliteOpen::ReadWrite);
+    QVERIFY(other.exec(QStringLiteral("begin exclusive")));
+    const QString failure = failureOf([&] { openMessageDbFile(path, nullptr); });
+    QVERIFY2(failure.contains(path) && failure.contains(QStringLiteral("locked")), qPrintable(failure));
 }
 
 void TestOpenMessageDb::damageInTheMiddle()
