@@ -151,6 +151,7 @@ void MainWindow::buildStatusBar()
     m_status = new QLabel;
     m_status->setObjectName(QStringLiteral("lbStatus"));
     m_status->setTextFormat(Qt::PlainText);
+    m_status->setContentsMargins(8, 0, 0, 0);
     statusBar()->addWidget(m_status, 1);
     auto *link = new QLabel(
         QStringLiteral("<a href=\"%1\">%2</a>").arg(commandLinePage(), textFor("IDS_COMMAND_LINE_LINK")));

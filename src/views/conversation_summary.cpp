@@ -122,7 +122,8 @@ ConversationSummary::ConversationSummary(QWidget *parent)
     m_newest->setFont(strongFont(m_newest->font()));
     m_newest->setBuddy(m_list);
     m_list->setModel(m_model);
-    m_list->setItemDelegate(new TwoLineDelegate(ItemModelMessages::DescriptionRole, m_list));
+    m_list->setItemDelegate(
+        new TwoLineDelegate(ItemModelMessages::DescriptionRole, SecondLine::Plain, m_list));
     m_list->setUniformItemSizes(true);
     m_list->setFrameShape(QFrame::NoFrame);
     m_list->setAccessibleName(textFor("IDS_NEWEST_MESSAGES"));

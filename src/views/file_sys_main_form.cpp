@@ -19,7 +19,7 @@
 #include <QVBoxLayout>
 
 namespace {
-constexpr int nameWidth = 320;
+constexpr int nameWidth = 420;
 constexpr int sizeWidth = 100;
 constexpr int dateWidth = 160;
 // Long enough that typing a word looks through a million names once, not for every letter.
@@ -101,6 +101,7 @@ void FileSysMainForm::applyFilter()
     m_model->setFilter(m_filter->text());
     m_tree->setRootIsDecorated(!m_model->isFiltered());
     m_tree->setColumnHidden(ItemModelFiles::Folder, !m_model->isFiltered());
+    m_tree->header()->setStretchLastSection(m_model->isFiltered());
     if (m_model->rowCount() > 0)
         m_states->showContent();
     else if (m_model->isFiltered())

@@ -135,7 +135,6 @@ void ItemModelFiles::arrange(std::vector<FileTree::Node> &nodes) const
     };
     QCollator collator;
     collator.setNumericMode(true);
-    collator.setCaseSensitivity(Qt::CaseInsensitive);
     std::vector<Keyed> keyed;
     keyed.reserve(nodes.size());
     for (const FileTree::Node node : nodes) {
@@ -143,7 +142,7 @@ void ItemModelFiles::arrange(std::vector<FileTree::Node> &nodes) const
                               : m_sortColumn == Modified ? modifiedOf(node)
                                                          : 0;
         const QString name = m_sortColumn == Folder ? text(node, Folder) : tree().name(node);
-        keyed.push_back({node, tree().isFolder(node), number, collator.sortKey(name)});
+        keyed.push_back({node, tree().isFolder(node), number, collator.sortKey(name.toCaseFolded())});
     }
     const bool ascending = m_sortOrder == Qt::AscendingOrder;
     std::stable_sort(keyed.begin(), keyed.end(), [ascending](const Keyed &a, const Keyed &b) {

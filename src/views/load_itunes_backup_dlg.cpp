@@ -49,7 +49,8 @@ void LoadItunesBackupDlg::buildWidgets()
     m_list->setObjectName(QStringLiteral("listBackups"));
     m_list->setAccessibleName(textFor("IDS_ROOT_BK"));
     m_list->setModel(m_model);
-    m_list->setItemDelegate(new TwoLineDelegate(ItemModelBackups::DescriptionRole, m_list));
+    m_list->setItemDelegate(
+        new TwoLineDelegate(ItemModelBackups::DescriptionRole, SecondLine::Quiet, m_list));
     m_list->setIconSize({24, 24});
     m_list->setUniformItemSizes(true);
     m_states = new StateStack(m_list);

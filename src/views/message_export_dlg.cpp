@@ -80,7 +80,6 @@ QWidget *MessageExportDlg::makeFormats()
         auto *button = new QRadioButton(textFor(row.name));
         button->setAccessibleDescription(textFor(row.explanation));
         auto *explanation = new QLabel(textFor(row.explanation));
-        explanation->setWordWrap(true);
         explanation->setForegroundRole(QPalette::PlaceholderText);
         explanation->setIndent(24);
         m_formats->addButton(button, static_cast<int>(row.format));

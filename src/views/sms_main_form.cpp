@@ -125,6 +125,8 @@ void SMSMainForm::reload()
     connect(m_job.get(), &BackgroundJob::succeeded, this, [this, loading] { onLoaded(*loading); });
     connect(m_job.get(), &BackgroundJob::failed, this, &SMSMainForm::onFailed);
     m_states->showLoading(textFor("IDS_LOADING_MESSAGES"));
+    m_header->setToolsEnabled(false);
+    m_header->setCount({});
     setExportState(exportText(0), textFor("IDS_WHY_LOADING"));
     setStatus(textFor("IDS_LOADING_MESSAGES"));
     m_job->start();
@@ -136,13 +138,13 @@ void SMSMainForm::onLoaded(LoadMessagesThread &worker)
     m_model->setMessages(m_messages);
     if (m_model->rowCount() == 0) {
         m_states->showEmpty(textFor("IDS_NO_MESSAGES"), textFor("IDS_NO_MESSAGES_HINT"));
-        m_header->setCount({});
         setExportState(exportText(0), textFor("IDS_NO_MESSAGES"));
         setStatus(textFor("IDS_NO_MESSAGES"));
         return;
     }
     m_range->setBounds(m_model->bounds());
     m_states->showContent();
+    m_header->setToolsEnabled(true);
     onFilterChanged();
     if (m_list->selectionModel()->selectedRows().isEmpty())
         m_list->setCurrentIndex(m_proxy->index(0, 0));
@@ -151,7 +153,6 @@ void SMSMainForm::onLoaded(LoadMessagesThread &worker)
 void SMSMainForm::onFailed(const QString &text)
 {
     m_states->showFailed(textFor("IDS_MESSAGES_FAILED"), text);
-    m_header->setCount({});
     setExportState(exportText(0), textFor("IDS_MESSAGES_FAILED"));
     setStatus(textFor("IDS_MESSAGES_FAILED"));
 }

@@ -10,8 +10,8 @@ constexpr int margin = 8;
 constexpr int lineGap = 2;
 } // namespace
 
-TwoLineDelegate::TwoLineDelegate(int secondLineRole, QObject *parent)
-    : QStyledItemDelegate(parent), m_secondLineRole(secondLineRole)
+TwoLineDelegate::TwoLineDelegate(int secondLineRole, SecondLine look, QObject *parent)
+    : QStyledItemDelegate(parent), m_secondLineRole(secondLineRole), m_look(look)
 {
 }
 
@@ -42,7 +42,7 @@ void TwoLineDelegate::paint(QPainter *painter, const QStyleOptionViewItem &optio
     painter->drawText(area, Qt::AlignLeft | Qt::AlignTop,
                       strong.elidedText(name, Qt::ElideMiddle, area.width()));
     area.setTop(area.top() + strong.height() + lineGap);
-    if (!selected)
+    if (!selected && m_look == SecondLine::Quiet)
         painter->setPen(item.palette.color(QPalette::PlaceholderText));
     painter->setFont(item.font);
     painter->drawText(area, Qt::AlignLeft | Qt::AlignTop,

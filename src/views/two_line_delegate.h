@@ -2,14 +2,16 @@
 
 #include <QStyledItemDelegate>
 
-/// Draws an item as two lines, the display text semi-bold above a quieter one, each shortened in the middle.
+enum class SecondLine { Quiet, Plain };
+
+/// Draws an item as two lines, the display text semi-bold above another, each shortened in the middle.
 class TwoLineDelegate : public QStyledItemDelegate
 {
     Q_OBJECT
 
 public:
     /// `secondLineRole` gives the text of the lower line.
-    explicit TwoLineDelegate(int secondLineRole, QObject *parent = nullptr);
+    TwoLineDelegate(int secondLineRole, SecondLine look, QObject *parent = nullptr);
 
     void paint(QPainter *painter, const QStyleOptionViewItem &option,
                const QModelIndex &index) const override;
@@ -17,4 +19,5 @@ public:
 
 private:
     int m_secondLineRole;
+    SecondLine m_look;
 };

@@ -12,14 +12,15 @@
 #include <QVBoxLayout>
 
 namespace {
-constexpr int filterWidth = 220;
+constexpr int filterWidth = 260;
 }
 
 ViewHeader::ViewHeader(const QString &title, QWidget *parent)
     : QWidget(parent),
       m_title(new ElidedLabel),
       m_count(new QLabel),
-      m_tools(new QHBoxLayout),
+      m_toolRow(new QWidget),
+      m_tools(new QHBoxLayout(m_toolRow)),
       m_actions(new QHBoxLayout)
 {
     m_title->setText(title);
@@ -27,6 +28,7 @@ ViewHeader::ViewHeader(const QString &title, QWidget *parent)
     m_count->setObjectName(QStringLiteral("lbCount"));
     m_count->setForegroundRole(QPalette::PlaceholderText);
     m_actions->setSpacing(8);
+    m_tools->setContentsMargins(0, 0, 0, 0);
     m_tools->setSpacing(8);
 
     auto *top = new QHBoxLayout;
@@ -38,7 +40,7 @@ ViewHeader::ViewHeader(const QString &title, QWidget *parent)
     layout->setContentsMargins(16, 12, 16, 8);
     layout->setSpacing(8);
     layout->addLayout(top);
-    layout->addLayout(m_tools);
+    layout->addWidget(m_toolRow);
     m_tools->addStretch();
 }
 
@@ -54,7 +56,7 @@ QLineEdit *ViewHeader::addFilter(const QString &placeholder)
     m_filter->setPlaceholderText(placeholder);
     m_filter->setAccessibleName(placeholder);
     m_filter->setClearButtonEnabled(true);
-    m_filter->setMinimumWidth(filterWidth);
+    m_filter->setFixedWidth(filterWidth);
     m_filter->installEventFilter(this);
     addWidget(m_filter);
     return m_filter;
@@ -63,6 +65,11 @@ QLineEdit *ViewHeader::addFilter(const QString &placeholder)
 void ViewHeader::addWidget(QWidget *widget)
 {
     m_tools->insertWidget(m_tools->count() - 1, widget);
+}
+
+void ViewHeader::setToolsEnabled(bool enabled)
+{
+    m_toolRow->setEnabled(enabled);
 }
 
 void ViewHeader::addAction(QAction *action)

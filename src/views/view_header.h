@@ -20,6 +20,8 @@ public:
     /// A filter box that says what it looks in. Escape empties it, then gives the focus back.
     QLineEdit *addFilter(const QString &placeholder);
     void addWidget(QWidget *widget);
+    /// The filter and what stands beside it can only be used while there is something to filter.
+    void setToolsEnabled(bool enabled);
     /// A button for an action of the view.
     void addAction(QAction *action);
 
@@ -33,6 +35,7 @@ protected:
 private:
     ElidedLabel *m_title;
     QLabel *m_count;
+    QWidget *m_toolRow;
     QHBoxLayout *m_tools;
     QHBoxLayout *m_actions;
     QLineEdit *m_filter = nullptr;

@@ -4,24 +4,10 @@
 #include "work/win_movable.h"
 
 #include <QApplication>
+#include <QLayout>
 #include <QPushButton>
 
 namespace {
-QMessageBox::Icon iconOf(BoxIcon icon)
-{
-    switch (icon) {
-    case BoxIcon::Information:
-        return QMessageBox::Information;
-    case BoxIcon::Warning:
-        return QMessageBox::Warning;
-    case BoxIcon::Critical:
-        return QMessageBox::Critical;
-    case BoxIcon::Question:
-        return QMessageBox::Question;
-    }
-    return QMessageBox::NoIcon;
-}
-
 struct ButtonKind
 {
     BoxButton button;
@@ -49,16 +35,28 @@ MessageBox::MessageBox(BoxIcon icon, const QString &text, BoxButtons buttons, QW
 {
     setWindowFlags(Qt::Dialog | Qt::FramelessWindowHint);
     setWindowTitle(textFor("IDS_PRODUCT_NAME"));
-    setIcon(iconOf(icon));
+    setIconPixmap(boxPicture(icon, devicePixelRatioF()));
     setTextFormat(format);
     setText(text);
     new WinMovable(this);
     for (const ButtonKind &kind : buttonKinds) {
         if (buttons.testFlag(kind.button))
-            addButton(kind.standard)->setText(textFor(kind.text));
+            addPlainButton(kind.standard, textFor(kind.text));
     }
-    if (buttons.testFlag(BoxButton::No))
+    // What is asked about cannot be taken back, so a hasty key leaves everything as it is.
+    if (buttons.testFlag(BoxButton::No)) {
         setEscapeButton(QMessageBox::No);
+        setDefaultButton(QMessageBox::No);
+    }
+    layout()->setContentsMargins(24, 24, 24, 16);
+}
+
+// Some styles put pictures on standard buttons; the words say enough.
+void MessageBox::addPlainButton(StandardButton standard, const QString &text)
+{
+    QPushButton *button = addButton(standard);
+    button->setText(text);
+    button->setIcon({});
 }
 
 BoxButton MessageBox::ask()

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "work/box_picture.h"
+
 #include <QFlags>
 #include <QMessageBox>
 #include <QString>
-
-enum class BoxIcon { Information, Warning, Critical, Question };
 
 enum class BoxButton { Yes = 1, No = 2, Ok = 4, Cancel = 8 };
 Q_DECLARE_FLAGS(BoxButtons, BoxButton)
@@ -23,6 +23,9 @@ public:
     /// Runs the box and gives the button pressed; closing it any other way is No, Cancel or Ok, whichever of
     /// them it has.
     BoxButton ask();
+
+private:
+    void addPlainButton(StandardButton standard, const QString &text);
 };
 
 /// "Quillbarrow (x64) v3.1.36".
