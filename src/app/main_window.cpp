@@ -5,6 +5,7 @@
 #include "app/my_tree_view.h"
 #include "app/view_stack.h"
 #include "app/web_pages.h"
+#include "backup/scratch_folder.h"
 #include "base/app_folders.h"
 #include "base/file_names.h"
 #include "base/shell.h"
@@ -94,7 +95,11 @@ void MainWindow::makeSample()
 void MainWindow::bkSelected(const QModelIndex &index)
 {
     BkNode *node = m_model->bkNode(index);
-    m_views->showNode(node, m_model->sourceOf(node));
+    const DataSource source = m_model->sourceOf(node);
+    m_views->showNode(node, source);
+    const BkNode *shown = source.backup ? source.backup : source.localDatabase;
+    setWindowTitle(shown ? QStringLiteral("%1 (%2)").arg(applicationTitle(), shown->label())
+                         : applicationTitle());
     syncWithView();
 }
 
@@ -220,7 +225,7 @@ void MainWindow::miOpenAppFolder()
 
 void MainWindow::miClearCaches()
 {
-    removeFolderTree(appDataFolder().filePath(QStringLiteral("itunes_cache")));
+    clearCaches();
     showInformationBox(textFor("IDS_CLEAR_CACHES_SUC"));
 }
 

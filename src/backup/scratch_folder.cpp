@@ -69,6 +69,24 @@ QString cacheFolderOf(const QString &backupUid)
     return folder;
 }
 
+void clearCaches()
+{
+    const auto everything = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
+    const QDir caches(appDataFolder().filePath(QStringLiteral("itunes_cache")));
+    const QFileInfoList backups = caches.entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks);
+    for (const QFileInfo &backup : backups) {
+        const QFileInfoList entries = QDir(backup.filePath()).entryInfoList(everything);
+        for (const QFileInfo &entry : entries) {
+            const bool isScratch = entry.isDir() && QDir::match(namePattern(), entry.fileName());
+            if (entry.isDir() && (!isScratch || isLeftover(entry)))
+                removeFolderTree(entry.filePath());
+            else if (!entry.isDir())
+                QFile::remove(entry.filePath());
+        }
+        caches.rmdir(backup.fileName()); // stays when something in it is in use
+    }
+}
+
 ScratchFolder::ScratchFolder(const QString &backupUid) : m_uid(backupUid) {}
 
 ScratchFolder::~ScratchFolder()

@@ -4,6 +4,7 @@
 #include "base/texts.h"
 #include "views/fonts.h"
 #include "views/item_model_messages.h"
+#include "views/state_stack.h"
 #include "views/two_line_delegate.h"
 #include "work/elided_label.h"
 
@@ -109,6 +110,7 @@ QLabel *plainLabel(const char *name)
 
 ConversationSummary::ConversationSummary(QWidget *parent)
     : QWidget(parent),
+      m_states(new StateStack(new QWidget)),
       m_title(new ElidedLabel),
       m_people(plainLabel("lbPeople")),
       m_facts(plainLabel("lbFacts")),
@@ -128,7 +130,10 @@ ConversationSummary::ConversationSummary(QWidget *parent)
     m_list->setFrameShape(QFrame::NoFrame);
     m_list->setAccessibleName(textFor("IDS_NEWEST_MESSAGES"));
 
-    auto *layout = new QVBoxLayout(this);
+    auto *around = new QVBoxLayout(this);
+    around->setContentsMargins(0, 0, 0, 0);
+    around->addWidget(m_states);
+    auto *layout = new QVBoxLayout(m_states->content());
     layout->setContentsMargins(16, 8, 16, 0);
     layout->setSpacing(8);
     layout->addWidget(m_title);
@@ -139,20 +144,24 @@ ConversationSummary::ConversationSummary(QWidget *parent)
     layout->addWidget(m_list, 1);
 }
 
-void ConversationSummary::show(const std::vector<const _MsgChat *> &chats, const DateRange &range,
-                               std::shared_ptr<const AbsMessageDb> owner)
+void ConversationSummary::showNothing(const QString &text)
+{
+    m_model->setMessages({}, nullptr);
+    m_states->showEmpty(text, {});
+}
+
+void ConversationSummary::showConversations(const std::vector<const _MsgChat *> &chats,
+                                            const DateRange &range, std::shared_ptr<const AbsMessageDb> owner)
 {
     Gathered gathered = gather(chats, range);
-    m_title->setText(chats.empty() ? textFor("IDS_SELECT_CONVERSATION")
-                     : chats.size() == 1
+    m_title->setText(chats.size() == 1
                          ? chatName(*chats.front(), Addresses::Without)
                          : textFor("IDS_%1_CONVERSATIONS")
                                .arg(QLocale::system().toString(static_cast<qint64>(chats.size()))));
     m_people->setText(peopleText(gathered.people));
     m_people->setVisible(!gathered.people.isEmpty());
     m_facts->setText(factsText(gathered));
-    for (QWidget *widget : std::initializer_list<QWidget *>{m_facts, m_newest, m_list})
-        widget->setVisible(!chats.empty());
     m_model->setMessages(std::move(gathered.messages), std::move(owner));
     m_list->scrollToTop();
+    m_states->showContent();
 }

@@ -11,6 +11,7 @@ class ElidedLabel;
 class ItemModelMessages;
 class QLabel;
 class QListView;
+class StateStack;
 
 /// Tells about the selected conversations without opening them: who takes part, how many messages there are,
 /// from when to when, and the newest of them.
@@ -21,12 +22,14 @@ class ConversationSummary : public QWidget
 public:
     explicit ConversationSummary(QWidget *parent = nullptr);
 
-    /// `chats` belong to `owner`, which is kept. Messages outside of `range` do not count.
-    void show(const std::vector<const _MsgChat *> &chats, const DateRange &range,
-              std::shared_ptr<const AbsMessageDb> owner);
-    using QWidget::show;
+    /// `chats`, at least one, belong to `owner`, which is kept. Messages outside of `range` do not count.
+    void showConversations(const std::vector<const _MsgChat *> &chats, const DateRange &range,
+                           std::shared_ptr<const AbsMessageDb> owner);
+    /// What stands here while nothing is selected.
+    void showNothing(const QString &text);
 
 private:
+    StateStack *m_states;
     ElidedLabel *m_title;
     QLabel *m_people;
     QLabel *m_facts;

@@ -74,6 +74,7 @@ void SMSMainForm::buildWidgets()
     splitter->setSizes({listWidth, listWidth});
     splitter->setChildrenCollapsible(false);
     m_states = new StateStack(splitter);
+    m_states->setObjectName(QStringLiteral("viewStates"));
 
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -115,7 +116,7 @@ void SMSMainForm::buildList()
 
 void SMSMainForm::reload()
 {
-    m_summary->show({}, {}, nullptr);
+    m_summary->showNothing({});
     m_model->setMessages(nullptr);
     m_messages.reset();
     auto worker = std::make_unique<LoadMessagesThread>(m_backup);
@@ -137,7 +138,8 @@ void SMSMainForm::onLoaded(LoadMessagesThread &worker)
     m_messages = worker.takeMessages();
     m_model->setMessages(m_messages);
     if (m_model->rowCount() == 0) {
-        m_states->showEmpty(textFor("IDS_NO_MESSAGES"), textFor("IDS_NO_MESSAGES_HINT"));
+        m_states->showEmpty(textFor("IDS_NO_MESSAGES"),
+                            textFor(m_messages ? "IDS_NO_MESSAGES_HINT" : "IDS_NO_MESSAGE_DB_IN_BACKUP"));
         setExportState(exportText(0), textFor("IDS_NO_MESSAGES"));
         setStatus(textFor("IDS_NO_MESSAGES"));
         return;
@@ -187,7 +189,11 @@ void SMSMainForm::refresh()
     if (!m_messages)
         return;
     const std::vector<const _MsgChat *> chats = selectedChats();
-    m_summary->show(chats, m_range->range(), m_messages);
+    if (chats.empty())
+        m_summary->showNothing(
+            textFor(m_proxy->rowCount() == 0 ? "IDS_NOTHING_MATCHES" : "IDS_SELECT_CONVERSATION"));
+    else
+        m_summary->showConversations(chats, m_range->range(), m_messages);
     setExportState(exportText(chats.size()),
                    chats.empty() ? textFor("IDS_WHY_SELECT_CONVERSATIONS") : QString());
     showCounts(chats.size());

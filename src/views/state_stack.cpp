@@ -82,6 +82,7 @@ void StateStack::showMessage(const QString &title, const QString &text, const QS
 {
     m_title->setText(title);
     m_text->setText(text);
+    m_text->setVisible(!text.isEmpty());
     m_action->setText(action);
     m_action->setVisible(!action.isEmpty());
     setCurrentWidget(m_messagePage);

@@ -16,6 +16,7 @@ public:
     /// Takes over `content`.
     explicit StateStack(QWidget *content, QWidget *parent = nullptr);
 
+    QWidget *content() const { return m_content; }
     void showContent();
     /// `action` is the text of the button that helps, or empty for none.
     void showEmpty(const QString &title, const QString &hint, const QString &action = {});

@@ -5,7 +5,10 @@ LoadMessagesThread::LoadMessagesThread(OpenBackupPtr backup) : m_backup(std::mov
 QString LoadMessagesThread::work(Progress &progress)
 {
     const BackupUse use(*m_backup, progress);
-    auto messages = openMessageDb(m_backup->manifest());
+    BackupManifest &manifest = m_backup->manifest();
+    if (manifest.wellKnown(WellKnown::MessageDatabase) == FileCatalogue::none)
+        return {};
+    auto messages = openMessageDb(manifest);
     progress.check();
     messages->loadChats();
     messages->loadMessages(0, progress);

@@ -12,7 +12,7 @@ class LoadMessagesThread : public WorkerThread
 public:
     explicit LoadMessagesThread(OpenBackupPtr backup);
 
-    /// The loaded messages; to be taken once, after success.
+    /// The loaded messages; to be taken once, after success. Null when the backup lists no message database.
     std::unique_ptr<AbsMessageDb> takeMessages() { return std::move(m_messages); }
 
 protected:

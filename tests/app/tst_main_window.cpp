@@ -61,6 +61,7 @@ private slots:
     void unlist();
     void sampleFromTheStartPage();
     void localDatabases();
+    void clearCachesSparesOpenBackups();
 
 private:
     std::unique_ptr<QTemporaryDir> m_home;
@@ -113,6 +114,10 @@ void TestMainWindow::loadThroughTheDialog()
     QCOMPARE(treeOf(window)->model()->index(0, 0, node).data().toString(),
              QStringLiteral("SMS(%1)").arg(sample.summary().counts.joinedMessages));
     QVERIFY(window.findChild<QLabel *>(QStringLiteral("lbBKName"))->isVisible());
+    QCOMPARE(window.windowTitle(),
+             QStringLiteral("Quillbarrow (x64) v3.1.36 (%1)").arg(node.data().toString()));
+    treeOf(window)->setCurrentIndex(backupsRoot(window));
+    QCOMPARE(window.windowTitle(), QStringLiteral("Quillbarrow (x64) v3.1.36"));
 }
 
 void TestMainWindow::encryptedBackup()
@@ -249,6 +254,27 @@ void TestMainWindow::localDatabases()
     QVERIFY(!QFile::exists(family));
     QVERIFY(done && done->text() == QStringLiteral("Successfully deleted local Database."));
     QCOMPARE(treeOf(window)->model()->rowCount(root), 0);
+}
+
+void TestMainWindow::clearCachesSparesOpenBackups()
+{
+    const SampleBackup sample;
+    MainWindow window({});
+    window.show();
+    QVERIFY(window.loadBackup(sample.folder()));
+    treeOf(window)->setCurrentIndex(treeOf(window)->model()->index(0, 0, backupNode(window)));
+    QTRY_VERIFY(action(window, "IDS_EXPORT")->isEnabled());
+    const QDir caches(appDataFolder().filePath(QStringLiteral("itunes_cache")));
+    const QDir own(caches.filePath(backupUid(sample.folder())));
+    const QStringList copies = own.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    QVERIFY(!copies.isEmpty());
+    QVERIFY(caches.mkpath(QStringLiteral("of another backup/Library/SMS")));
+
+    const AnswerBox done;
+    action(window, "IDS_MI_CLEAR_CACHES")->trigger();
+    QCOMPARE(done.text(), QStringLiteral("Successfully cleared cache files."));
+    QCOMPARE(caches.entryList(QDir::Dirs | QDir::NoDotAndDotDot), QStringList(own.dirName()));
+    QCOMPARE(own.entryList(QDir::Dirs | QDir::NoDotAndDotDot), copies);
 }
 
 QTEST_MAIN(TestMainWindow)

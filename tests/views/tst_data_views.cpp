@@ -1,5 +1,6 @@
 #include "base/texts.h"
 #include "resources/resources.h"
+#include "sqlite/sqlite3_db.h"
 #include "support/modal.h"
 #include "support/sample_backup.h"
 #include "views/bk_desc_form.h"
@@ -30,7 +31,15 @@ bool isLoaded(const SMSMainForm &form)
 
 QString labelText(const QWidget &form, const char *name)
 {
-    return form.findChild<QLabel *>(QLatin1String(name))->text();
+    const auto *label = form.findChild<QLabel *>(QLatin1String(name));
+    return label ? label->text() : QString();
+}
+
+QString contentPath(const SampleBackup &sample)
+{
+    const QString id =
+        sample.summary().file(QStringLiteral("HomeDomain"), QStringLiteral("Library/SMS/sms.db"))->fileId;
+    return QStringLiteral("%1/%2/%3").arg(sample.folder(), id.left(2), id);
 }
 
 QStringList filesBelow(const QString &folder)
@@ -55,6 +64,7 @@ private slots:
     void conversationsLoadAndFilter();
     void conversationsExport();
     void exportCancelledLeavesNothing();
+    void noMessages_data();
     void noMessages();
     void messagesFailAndTryAgain();
     void filesFilterAndStates();
@@ -159,39 +169,51 @@ void TestDataViews::exportCancelledLeavesNothing()
     QCOMPARE(filesBelow(target.path()), QStringList());
 }
 
+void TestDataViews::noMessages_data()
+{
+    QTest::addColumn<bool>("withDatabase");
+    QTest::newRow("a database without conversations") << true;
+    QTest::newRow("no database at all") << false;
+}
+
 void TestDataViews::noMessages()
 {
-    SampleOptions options;
-    options.ios = 9;
-    const SampleBackup sample(options);
-    const OpenBackupPtr backup = sample.opened();
-    const QString id =
-        sample.summary().file(QStringLiteral("HomeDomain"), QStringLiteral("Library/SMS/sms.db"))->fileId;
-    // A database that lists no conversation.
-    QFile database(QStringLiteral("%1/%2/%3").arg(sample.folder(), id.left(2), id));
-    QVERIFY(database.remove());
-    makeMessageDatabase(database.fileName(), 9, 0, 0, 1);
-    SMSMainForm form(backup);
+    QFETCH(bool, withDatabase);
+    const SampleBackup sample;
+    if (withDatabase) {
+        const QString path = contentPath(sample);
+        QVERIFY(QFile::remove(path));
+        Sqlite3DB database;
+        database.openThrow(path, SqliteOpen::ReadWriteCreate);
+        for (const char *table : {"chat", "message", "handle", "chat_message_join", "chat_handle_join"})
+            database.executeThrow(
+                QStringLiteral("create table %1(guid, chat_id, message_id, handle_id, date)")
+                    .arg(QLatin1String(table)));
+    } else {
+        Sqlite3DB catalogue;
+        catalogue.openThrow(sample.folder() + QStringLiteral("/Manifest.db"), SqliteOpen::ReadWrite);
+        catalogue.executeThrow(QStringLiteral("delete from Files where relativePath='Library/SMS/sms.db'"));
+    }
+    SMSMainForm form(sample.opened());
     form.show();
-    auto *states = form.findChild<StateStack *>();
-    QTRY_VERIFY(form.status() != QStringLiteral("Loading messages..."));
-    if (listOf(form)->model()->rowCount() == 0)
-        QCOMPARE(labelText(*states, "lbStateTitle"), QStringLiteral("There are no messages in this backup."));
+    auto *states = form.findChild<StateStack *>(QStringLiteral("viewStates"));
+    QTRY_COMPARE(labelText(*states->currentWidget(), "lbStateTitle"),
+                 QStringLiteral("There are no messages in this backup."));
+    QVERIFY(!form.exportAction()->isEnabled());
 }
 
 void TestDataViews::messagesFailAndTryAgain()
 {
     const SampleBackup sample;
     const OpenBackupPtr backup = sample.opened();
-    const QString id =
-        sample.summary().file(QStringLiteral("HomeDomain"), QStringLiteral("Library/SMS/sms.db"))->fileId;
-    const QString path = QStringLiteral("%1/%2/%3").arg(sample.folder(), id.left(2), id);
+    const QString path = contentPath(sample);
     QVERIFY(QFile::rename(path, path + QStringLiteral("x")));
     SMSMainForm form(backup);
     form.show();
-    auto *states = form.findChild<StateStack *>();
-    QTRY_COMPARE(labelText(*states, "lbStateTitle"), QStringLiteral("The messages could not be loaded."));
-    QVERIFY(!labelText(*states, "lbStateText").isEmpty());
+    auto *states = form.findChild<StateStack *>(QStringLiteral("viewStates"));
+    QTRY_COMPARE(labelText(*states->currentWidget(), "lbStateTitle"),
+                 QStringLiteral("The messages could not be loaded."));
+    QVERIFY(!labelText(*states->currentWidget(), "lbStateText").isEmpty());
     QVERIFY(!form.exportAction()->isEnabled());
     QVERIFY(QFile::rename(path + QStringLiteral("x"), path));
     emit states->actionRequested();
