@@ -127,9 +127,16 @@ void addSaveCommand(CLI::App &app, Job &job)
                 classes.append(dataClass);
         if (!all && !dataClassOf(name))
             wrongUsage(QStringLiteral("CLASS: there is no \"%1\"").arg(name));
-        if (classes.isEmpty())
+        const bool messages = dataClassOf(name) == DataClass::Messages;
+        if (classes.isEmpty() && !messages)
             wrongUsage(QStringLiteral("CLASS: %1 are not kept in local databases").arg(name));
         const QString database = requireDatabaseName(into);
+        if (messages) {
+            job.run = [](CommandContext &) -> ExitStatus {
+                throw Error(QStringLiteral("messages can not be saved by this version yet"));
+            };
+            return;
+        }
         job.run = [=, from = requireSource(source)](CommandContext &context) {
             return save(classes, all, from, database, password, context);
         };
