@@ -10,7 +10,6 @@
 #include <QFileInfo>
 
 #include <deque>
-#include <source_location>
 
 namespace {
 constexpr int cacheKibibytes = 64 * 1024;
@@ -46,12 +45,11 @@ const LaterColumn laterColumns[] = {
 };
 
 // A store that lacks a column can still be read, so a failure is no reason not to open it.
-void runLogged(Sqlite3DB &db, const char *statement,
-               std::source_location place = std::source_location::current())
+void runLogged(Sqlite3DB &db, const char *statement, int line = __builtin_LINE())
 {
     if (!db.exec(QLatin1String(statement)))
         qCritical().noquote() << QStringLiteral("line:%1, sql:%2, error:%3")
-                                     .arg(place.line())
+                                     .arg(line)
                                      .arg(QLatin1String(statement), db.lastError());
 }
 
