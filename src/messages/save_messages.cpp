@@ -8,6 +8,8 @@
 #include <QFileInfo>
 #include <QScopeGuard>
 
+#include <algorithm>
+
 namespace {
 enum class Direction { IntoRecycleStore, OutOfRecycleStore };
 
@@ -28,9 +30,11 @@ void attachRecycleStore(LocalMessageStore &store, const QString &folder)
                                       .addTextParam(MessageRecycleDb::pathIn(folder)));
 }
 
-qint64 moveMessages(const QString &folder, const std::vector<qint64> &rowids, Direction direction,
+qint64 moveMessages(const QString &folder, std::vector<qint64> rowids, Direction direction,
                     Progress &progress)
 {
+    std::sort(rowids.begin(), rowids.end());
+    rowids.erase(std::unique(rowids.begin(), rowids.end()), rowids.end());
     const bool deleting = direction == Direction::IntoRecycleStore;
     LocalMessageStore store(folder);
     if (rowids.empty())

@@ -12,8 +12,8 @@ class FileSource;
 MessageSaveSummary saveMessages(const std::vector<MessageRef> &messages, FileSource *source,
                                 const QString &folder, const QString &status, Progress &progress);
 
-/// Moves messages into the recycle store and gives their number. When one of the row ids is unknown nothing
-/// is removed.
+/// Moves messages into the recycle store and gives their number. A row id that is given twice counts once;
+/// when one is unknown nothing is removed.
 qint64 removeMessages(const QString &folder, const std::vector<qint64> &rowids, Progress &progress);
 
 /// Puts messages of the recycle store back, by their row ids there.

@@ -664,6 +664,10 @@
         <translation>The messages could not be loaded.</translation>
     </message>
     <message>
+        <source>IDS_REFUSED_MESSAGES_%1</source>
+        <translation>%1 messages could not be saved:</translation>
+    </message>
+    <message>
         <source>IDS_MISSING_ATTACHMENTS_%1</source>
         <translation>%1 attachments are not in the backup and were left out:</translation>
     </message>

@@ -12,18 +12,19 @@ QString messageExportText(const MessageExportSummary &summary)
 
 ExportMessagesThread::ExportMessagesThread(std::vector<MessageRef> messages,
                                            std::shared_ptr<const void> owner, MessageFormat format,
-                                           QString target, OpenBackupPtr backup)
+                                           QString target, MessageFiles files)
     : m_messages(std::move(messages)),
       m_owner(std::move(owner)),
       m_format(format),
       m_target(std::move(target)),
-      m_backup(std::move(backup))
+      m_files(std::move(files))
 {
 }
 
 QString ExportMessagesThread::work(Progress &progress)
 {
-    const BackupUse use(*m_backup, progress);
-    m_summary = exportMessages(m_messages, m_format, m_target, &m_backup->manifest(), progress);
+    m_files.use(progress, [&](FileSource *source) {
+        m_summary = exportMessages(m_messages, m_format, m_target, source, progress);
+    });
     return messageExportText(m_summary);
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "export/message_export.h"
-#include "work/open_backup.h"
+#include "work/message_files.h"
 #include "work/worker_thread.h"
 
 /// The success text of an export, followed by what was left out and why.
@@ -15,7 +15,7 @@ class ExportMessagesThread : public WorkerThread
 public:
     /// `messages` point into records that must live until the worker has ended: `owner` is kept for that.
     ExportMessagesThread(std::vector<MessageRef> messages, std::shared_ptr<const void> owner,
-                         MessageFormat format, QString target, OpenBackupPtr backup);
+                         MessageFormat format, QString target, MessageFiles files);
 
     /// To be read after success.
     const MessageExportSummary &summary() const { return m_summary; }
@@ -28,6 +28,6 @@ private:
     std::shared_ptr<const void> m_owner;
     MessageFormat m_format;
     QString m_target;
-    OpenBackupPtr m_backup;
+    MessageFiles m_files;
     MessageExportSummary m_summary;
 };

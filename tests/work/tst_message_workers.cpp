@@ -1,0 +1,118 @@
+#include "base/error.h"
+#include "base/texts.h"
+#include "messages/message_source.h"
+#include "recording_receiver.h"
+#include "resources/resources.h"
+#include "support/sample_backup.h"
+#include "work/backup_mms_thread.h"
+#include "work/delete_mms_thread.h"
+
+#include <QDir>
+#include <QTest>
+
+namespace {
+/// Starts a worker, waits for its end and gives what it said.
+QString saidBy(WorkerThread &worker, RecordingReceiver &receiver)
+{
+    ProgressLink link;
+    link.receiver = &receiver;
+    worker.setLink(link);
+    worker.start();
+    if (!QTest::qWaitFor([&] { return receiver.ended(); }) || !worker.wait())
+        return QStringLiteral("it did not end");
+    return receiver.lines.join(u'|');
+}
+
+std::vector<MessageRef> everything(const AbsMessageDb &messages)
+{
+    return messages.select({}, INT64_MIN, INT64_MAX);
+}
+} // namespace
+
+/// Saving messages into a local database and deleting them there.
+class TestMessageWorkers : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void savesFromABackup();
+    void deletes();
+    void saysWhatWasLeftOut();
+
+private:
+    std::shared_ptr<AbsMessageDb> loaded() const;
+
+    SampleBackup m_sample;
+    OpenBackupPtr m_backup;
+};
+
+void TestMessageWorkers::initTestCase()
+{
+    initResources();
+    installTexts();
+    m_backup = m_sample.opened();
+}
+
+std::shared_ptr<AbsMessageDb> TestMessageWorkers::loaded() const
+{
+    std::shared_ptr<AbsMessageDb> messages = openMessageDb(m_backup->manifest());
+    NoProgress nobody;
+    messages->loadChats();
+    messages->loadMessages(0, nobody);
+    return messages;
+}
+
+void TestMessageWorkers::savesFromABackup()
+{
+    const QTemporaryDir folder;
+    const auto messages = loaded();
+    const int count = m_sample.summary().counts.listedMessages;
+    for (const qint64 added : {count, 0}) {
+        BackupMMSThread worker(everything(*messages), messages, m_backup, folder.path());
+        RecordingReceiver receiver;
+        const QString said = saidBy(worker, receiver);
+        QVERIFY2(said.startsWith(QStringLiteral("done: Successfully backup %1 messages.").arg(count)),
+                 qPrintable(said));
+        QCOMPARE(receiver.lastStatus, QStringLiteral("Backing up Messages now. Please wait..."));
+        QCOMPARE(worker.summary().added, added);
+        QCOMPARE(worker.summary().handled(), count);
+        QCOMPARE(worker.summary().attachmentsCopied > 0, added > 0);
+    }
+}
+
+void TestMessageWorkers::deletes()
+{
+    const QTemporaryDir folder;
+    const auto messages = loaded();
+    NoProgress nobody;
+    const qint64 count = backUpMessages(everything(*messages), m_backup, folder.path(), nobody).added;
+    DeleteMMSThread worker(folder.path(), {1, 2, 3, 2});
+    RecordingReceiver receiver;
+    QCOMPARE(saidBy(worker, receiver), QStringLiteral("done: Successfully Deleted 3 Messages."));
+    QCOMPARE(receiver.lastStatus, QStringLiteral("Deleting Messages..."));
+    const MessageSource store = openLocalMessages(folder.path());
+    store.database->loadChats();
+    store.database->loadMessages(0, nobody);
+    QCOMPARE(qint64(store.database->messageCount()), count - 3);
+
+    DeleteMMSThread unknown(folder.path(), {4, 99999});
+    RecordingReceiver complaint;
+    QVERIFY(saidBy(unknown, complaint).startsWith(QStringLiteral("error: There is no message 99999 in ")));
+}
+
+void TestMessageWorkers::saysWhatWasLeftOut()
+{
+    MessageSaveSummary summary;
+    summary.added = 2;
+    summary.merged = 1;
+    QCOMPARE(messageSaveText(summary), QStringLiteral("Successfully backup 3 messages."));
+    summary.refused << QStringLiteral("G-1: taken");
+    summary.missingAttachments << QStringLiteral("a.jpg: gone");
+    QCOMPARE(messageSaveText(summary),
+             QStringLiteral("Successfully backup 3 messages.\n\n1 messages could not be saved:\n- G-1: taken"
+                            "\n\n1 attachments are not in the backup and were left out:\n- a.jpg: gone"));
+}
+
+QTEST_GUILESS_MAIN(TestMessageWorkers)
+#include "tst_message_workers.moc"
