@@ -1,5 +1,6 @@
 #include "export/thumbnails.h"
 
+#include "export/picture_reader.h"
 #include "export/vcard_photo.h"
 
 #include <QCryptographicHash>
@@ -7,7 +8,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QImageReader>
 #include <QImageWriter>
 #include <QTemporaryFile>
 
@@ -20,9 +20,7 @@
 
 namespace {
 constexpr int thumbnailSide = 120;
-// The largest cameras of telephones take 48 million pixels. A file of a few kilobytes may claim far more to
-// exhaust the memory.
-constexpr qint64 mostPixels = 100'000'000;
+constexpr QSize cardPictureBounds(200, 200);
 constexpr qint64 largestCardBytes = 16 * 1024 * 1024;
 
 bool isMine(const QFileInfo &file)
@@ -68,44 +66,60 @@ std::optional<QString> cached(const QString &sourcePath, const char *suffix,
     return path;
 }
 
-QImage readSmall(const QString &path, const QByteArray &format)
+QByteArray photoIn(const QString &cardPath)
 {
-    QImageReader reader(path, format);
-    reader.setAutoDetectImageFormat(false);
-    reader.setAutoTransform(true);
-    if (!reader.canRead())
+    QFile card(cardPath);
+    return card.open(QIODevice::ReadOnly) ? vCardPhoto(card.read(largestCardBytes)) : QByteArray();
+}
+
+struct Thumbnail
+{
+    QImage image;
+    QByteArray format; // to keep it in
+};
+
+Thumbnail thumbnailIn(const QString &imagePath)
+{
+    PictureReader reader(imagePath);
+    const bool isHeif = reader.format() == "heif";
+    if (!isHeif && reader.format() != "jpeg" && reader.format() != "png")
         return {};
-    const QSize size = reader.size();
-    if (size.isEmpty() || qint64(size.width()) * size.height() > mostPixels)
-        return {};
-    const QSize small = size.width() >= size.height()
-                            ? QSize(thumbnailSide, size.height() * thumbnailSide / size.width())
-                            : QSize(size.width() * thumbnailSide / size.height(), thumbnailSide);
-    reader.setScaledSize(small.expandedTo(QSize(1, 1)));
-    return reader.read();
+    const QSize small = reader.size().scaled(thumbnailSide, thumbnailSide, Qt::KeepAspectRatio);
+    const QImage image = reader.read(small.expandedTo(QSize(1, 1)));
+    // Few programs show what iPhones write.
+    return {image, isHeif ? QByteArray(image.hasAlphaChannel() ? "png" : "jpeg") : reader.format()};
 }
 } // namespace
 
 std::optional<QString> thumbnailOf(const QString &imagePath)
 {
     return cached(imagePath, ".thumb", [&](QIODevice &target) {
-        // What an iPhone writes by default since iOS 11 is neither, and has no thumbnail yet.
-        for (const char *format : {"JPEG", "PNG"}) {
-            const QImage image = readSmall(imagePath, format);
-            if (!image.isNull())
-                return QImageWriter(&target, format).write(image);
-        }
-        return false;
+        const auto [image, format] = thumbnailIn(imagePath);
+        return !image.isNull() && QImageWriter(&target, format).write(image);
     });
+}
+
+QImage thumbnailImage(const QString &imagePath)
+{
+    return thumbnailIn(imagePath).image;
 }
 
 std::optional<QString> vCardPictureOf(const QString &cardPath)
 {
     return cached(cardPath, ".card", [&](QIODevice &target) {
-        QFile card(cardPath);
-        if (!card.open(QIODevice::ReadOnly))
-            return false;
-        const QByteArray photo = vCardPhoto(card.read(largestCardBytes));
+        const QByteArray photo = photoIn(cardPath);
         return !photo.isEmpty() && target.write(photo) == photo.size();
     });
+}
+
+QImage vCardImage(const QString &cardPath)
+{
+    const QByteArray photo = photoIn(cardPath);
+    if (photo.isEmpty())
+        return {};
+    // The reader of pictures reads files.
+    QTemporaryFile file;
+    if (!file.open() || file.write(photo) != photo.size() || !file.flush())
+        return {};
+    return readPictureWithin(file.fileName(), cardPictureBounds);
 }

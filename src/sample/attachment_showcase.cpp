@@ -63,7 +63,7 @@ QByteArray contentOf(const AttachmentCase &example, SeededGenerator &chance)
     case Kind::BrokenJpeg:
         return picture("JPEG", 64, 64, chance).left(40);
     case Kind::Heic:
-        return heicHead(chance);
+        return heicPicture(320, 200, chance);
     case Kind::Movie:
         return movie(chance);
     case Kind::Amr:

@@ -27,6 +27,7 @@ void putThumbnail(Making &making, const QString &folder, const QString &stem, co
 void addCameraRoll(Making &making)
 {
     constexpr int items = 15;
+    constexpr int damagedItem = 13;
     SeededGenerator chance = making.chance.fork("camera roll");
     SampleCounts &counts = making.summary.counts;
     for (int item = 1; item <= items; ++item) {
@@ -48,7 +49,7 @@ void addCameraRoll(Making &making)
         } else if (item % 5 == 3 &&
                    making.generation.ios >= 11) { // a live photo: a still and a film of one stem
             ending = QStringLiteral(".HEIC");
-            put(".HEIC", heicHead(chance));
+            put(".HEIC", item == damagedItem ? heicHead(chance) : heicPicture(400, 300, chance));
             put(".MOV", movie(chance));
             ++counts.heicPhotos;
             ++counts.videos;

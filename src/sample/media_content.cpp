@@ -1,6 +1,7 @@
 #include "sample/media_content.h"
 
 #include "base/error.h"
+#include "sample/heic_writer.h"
 
 #include <QBuffer>
 #include <QImage>
@@ -30,9 +31,7 @@ QByteArray movieBox()
     return box("moov", box("mvhd", header));
 }
 
-} // namespace
-
-QByteArray picture(const char *format, int width, int height, SeededGenerator &chance)
+QImage colouredRings(int width, int height, SeededGenerator &chance)
 {
     QImage image(width, height, QImage::Format_RGB32);
     const int centreX = chance.below(width);
@@ -46,11 +45,23 @@ QByteArray picture(const char *format, int width, int height, SeededGenerator &c
             line[x] = qRgb((red + distance / spread / 16) & 0xFF, y * 255 / height, x * 255 / width);
         }
     }
+    return image;
+}
+
+} // namespace
+
+QByteArray picture(const char *format, int width, int height, SeededGenerator &chance)
+{
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
-    if (!image.save(&buffer, format, 80))
+    if (!colouredRings(width, height, chance).save(&buffer, format, 80))
         throw Error(QStringLiteral("This Qt writes no %1 pictures.").arg(QLatin1String(format)));
     return buffer.data();
+}
+
+QByteArray heicPicture(int width, int height, SeededGenerator &chance)
+{
+    return heicOf(colouredRings(width, height, chance), {.smallerSide = 160});
 }
 
 QByteArray heicHead(SeededGenerator &chance)

@@ -9,7 +9,8 @@ namespace sample {
 
 /// A picture of soft coloured rings; throws Error when Qt lacks the format ("JPEG" or "PNG").
 QByteArray picture(const char *format, int width, int height, SeededGenerator &chance);
-
+/// The same as a HEIC with a smaller version of itself in it.
+QByteArray heicPicture(int width, int height, SeededGenerator &chance);
 /// Begins like a HEIC picture and holds none: what a decoder has to refuse in good order.
 QByteArray heicHead(SeededGenerator &chance);
 /// A QuickTime movie of no tracks.

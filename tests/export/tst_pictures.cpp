@@ -1,7 +1,9 @@
 #include "export/emoji_picture.h"
+#include "export/picture_reader.h"
 #include "export/softbank_emoji.h"
 #include "export/thumbnails.h"
 #include "export/vcard_photo.h"
+#include "sample/heic_writer.h"
 #include "sample_messages.h"
 
 #include <QBuffer>
@@ -20,6 +22,52 @@ QByteArray picture(int width, int height, const char *format = "PNG", QRgb colou
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
     image.save(&buffer, format);
+    return bytes;
+}
+
+/// Left half red, right half blue.
+QImage twoHalves(int width, int height)
+{
+    QImage image(width, height, QImage::Format_RGB32);
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x)
+            image.setPixel(x, y, x < width / 2 ? 0xFFD00000 : 0xFF0000D0);
+    return image;
+}
+
+/// A JPEG that says how it is to be turned, as cameras write it.
+QByteArray turnedJpeg(const QImage &image, char exifOrientation)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "JPEG");
+    const QByteArray exif = QByteArray::fromHex("457869660000"     // "Exif"
+                                                "4d4d002a00000008" // big-endian, the directory follows
+                                                "0001"             // of one entry: orientation, a short
+                                                "0112000300000001") +
+                            QByteArray(1, '\0') + exifOrientation + QByteArray(6, '\0');
+    const auto length = static_cast<quint16>(exif.size() + 2);
+    return bytes.insert(2, "\xFF\xE1" + QByteArray(1, char(length >> 8)) + char(length & 0xFF) + exif);
+}
+
+/// "red" or "blue", or neither.
+QString colourAt(const QImage &image, double x, double y)
+{
+    const QColor colour = image.pixelColor(int(image.width() * x), int(image.height() * y));
+    if (colour.red() > 120 && colour.blue() < 90)
+        return QStringLiteral("red");
+    return colour.blue() > 120 && colour.red() < 90 ? QStringLiteral("blue") : colour.name();
+}
+
+/// A HEIC that claims to be much larger than its pixels.
+QByteArray claimingHeic(quint32 side)
+{
+    QByteArray bytes = sample::heicOf(twoHalves(64, 64));
+    const QByteArray box = "ispe" + QByteArray(4, '\0');
+    for (qsizetype at = bytes.indexOf(box); at >= 0; at = bytes.indexOf(box, at + 1))
+        for (qsizetype i = 0; i < 8; ++i)
+            bytes[at + 8 + i] = char(side >> (24 - 8 * (i % 4)));
     return bytes;
 }
 
@@ -59,6 +107,11 @@ private slots:
     void initTestCase();
     void thumbnail_data();
     void thumbnail();
+    void readsUpright_data();
+    void readsUpright();
+    void smallerVersionInTheFileServes();
+    void readsAnyKind_data();
+    void readsAnyKind();
     void thumbnailIsKept();
     void thumbnailOfSomebodyElseIsNotUsed();
     void cardPhoto_data();
@@ -92,6 +145,17 @@ void TestPictures::thumbnail_data()
     QTest::newRow("square") << picture(500, 500) << QSize(120, 120) << png;
     QTest::newRow("small ones grow") << picture(20, 10) << QSize(120, 60) << png;
     QTest::newRow("a line keeps one pixel") << picture(3000, 1) << QSize(120, 1) << png;
+    QTest::newRow("HEIC") << sample::heicOf(twoHalves(400, 300)) << QSize(120, 90) << jpeg;
+    QTest::newRow("HEIC, stored on its side")
+        << sample::heicOf(twoHalves(400, 300), {6, 160}) << QSize(90, 120) << jpeg;
+    QImage clear(200, 200, QImage::Format_ARGB32);
+    clear.fill(0x802B7A78);
+    QTest::newRow("HEIC one can see through") << sample::heicOf(clear) << QSize(120, 120) << png;
+    QTest::newRow("HEIC, ends in the middle")
+        << sample::heicOf(twoHalves(400, 300)).chopped(60) << QSize() << QByteArray();
+    QTest::newRow("HEIC, nothing but a head")
+        << sample::heicOf(twoHalves(400, 300)).left(40) << QSize() << QByteArray();
+    QTest::newRow("HEIC made to exhaust the memory") << claimingHeic(20000) << QSize() << QByteArray();
     QTest::newRow("another format") << picture(40, 30, "BMP") << QSize() << QByteArray();
     QTest::newRow("no picture") << QByteArray("GIF89a, or so it says") << QSize() << QByteArray();
     QTest::newRow("empty file") << QByteArray() << QSize() << QByteArray();
@@ -120,6 +184,79 @@ void TestPictures::thumbnail()
              QFile::ReadOwner | QFile::WriteOwner);
     QVERIFY(
         QDir(m_temporary.path()).entryList({QStringLiteral("*.part")}, QDir::Files | QDir::Hidden).isEmpty());
+}
+
+void TestPictures::readsUpright_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    const QImage image = twoHalves(320, 200);
+    QTest::newRow("JPEG") << turnedJpeg(image, 6);
+    QTest::newRow("HEIC") << sample::heicOf(image, {6, 0});
+    QTest::newRow("HEIC with a smaller version") << sample::heicOf(image, {6, 160});
+}
+
+/// A quarter turn clockwise puts the left side on top.
+void TestPictures::readsUpright()
+{
+    QFETCH(QByteArray, file);
+    const QString path = write(m_folder.filePath(QLatin1String(QTest::currentDataTag())), file);
+    PictureReader reader(path);
+    QCOMPARE(reader.size(), QSize(200, 320));
+    for (const QImage &image : {reader.read(), readPictureWithin(path, QSize(50, 80)),
+                                readPictureWithin(path, QSize(1000, 80)), thumbnailImage(path)}) {
+        QCOMPARE(image.height() * 10 / image.width(), 16);
+        QCOMPARE(colourAt(image, 0.5, 0.2), QStringLiteral("red"));
+        QCOMPARE(colourAt(image, 0.5, 0.8), QStringLiteral("blue"));
+    }
+    QCOMPARE(readPictureWithin(path, QSize(50, 1000)).size(), QSize(50, 80));
+    QCOMPARE(readPictureWithin(path, QSize(1000, 1000)).size(), QSize(200, 320));
+}
+
+/// The whole picture is cut off here, so only the smaller one can have been read.
+void TestPictures::smallerVersionInTheFileServes()
+{
+    QByteArray file = sample::heicOf(twoHalves(640, 400), {1, 160});
+    const QByteArray alone = sample::heicOf(twoHalves(640, 400));
+    const qsizetype begin = file.indexOf("mdat") + 4;
+    const qsizetype wholeBytes = alone.size() - alone.indexOf("mdat") - 4;
+    QVERIFY(wholeBytes > 0 && begin + wholeBytes < file.size());
+    file.replace(begin, wholeBytes, QByteArray(wholeBytes, '\0'));
+    const QString path = write(m_folder.filePath("cut.heic"), file);
+    const QImage small = readPictureWithin(path, QSize(120, 120));
+    QCOMPARE(small.size(), QSize(120, 75));
+    QCOMPARE(colourAt(small, 0.25, 0.5), QStringLiteral("red"));
+    QVERIFY(PictureReader(path).read().isNull());
+}
+
+void TestPictures::readsAnyKind_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QByteArray>("format"); // empty: no picture
+    QTest::newRow("JPEG") << picture(30, 20, "JPEG") << QByteArray("jpeg");
+    QTest::newRow("BMP") << picture(30, 20, "BMP") << QByteArray("bmp");
+    QTest::newRow("GIF") << QByteArray::fromHex("4749463839611e0014008000002b7a78ffffff2c000000001e001400000"
+                                                "2228c8f69c0ed0fa39cb4da8bb3debcfb0f86e24896e689a6eacab6ee0b"
+                                                "c7f24cd75b01003b")
+                         << QByteArray("gif");
+    QTest::newRow("HEIC") << sample::heicOf(twoHalves(30, 20)) << QByteArray("heif");
+    QTest::newRow("pages that may name other files")
+        << QByteArray("<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"30\" height=\"20\"></svg>")
+        << QByteArray();
+    QTest::newRow("a film") << QByteArray::fromHex("000000146674797071742020000000007174202000000008") +
+                                   "mdat"
+                            << QByteArray();
+    QTest::newRow("text") << QByteArray("no picture") << QByteArray();
+    QTest::newRow("empty") << QByteArray() << QByteArray();
+}
+
+void TestPictures::readsAnyKind()
+{
+    QFETCH(QByteArray, file);
+    QFETCH(QByteArray, format);
+    PictureReader reader(write(m_folder.filePath("any"), file));
+    QCOMPARE(reader.format(), format);
+    QCOMPARE(reader.size(), format.isEmpty() ? QSize() : QSize(30, 20));
+    QCOMPARE(reader.read().size(), reader.size().isEmpty() ? QSize(0, 0) : QSize(30, 20));
 }
 
 void TestPictures::thumbnailIsKept()
