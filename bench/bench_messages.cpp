@@ -2,13 +2,13 @@
 #include "bench_table.h"
 #include "messages/ios6_message_db.h"
 #include "sample/sample_maker.h"
+#include "touch_columns.h"
 
 #include <QByteArray>
 #include <QFile>
 #include <QTemporaryDir>
 
 #include <malloc.h>
-#include <sqlite3.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -59,33 +59,6 @@ double inChild(const std::function<double()> &work)
     return result;
 }
 
-void touchEveryColumn(const QString &path)
-{
-    Sqlite3DB db;
-    db.openThrow(path);
-    volatile qint64 sink = 0;
-    for (const char *sql : statements) {
-        Sqlite3Cursor cursor = db.queryThrow(QString::fromLatin1(sql));
-        sqlite3_stmt *row = cursor.statement();
-        const int columns = cursor.count();
-        while (cursor.moveNext())
-            for (int i = 0; i < columns; ++i)
-                switch (sqlite3_column_type(row, i)) {
-                case SQLITE_INTEGER:
-                    sink = sink + sqlite3_column_int64(row, i);
-                    break;
-                case SQLITE_TEXT:
-                    sink = sink + *sqlite3_column_text(row, i) + sqlite3_column_bytes(row, i);
-                    break;
-                case SQLITE_BLOB:
-                    sink = sink + sqlite3_column_bytes(row, i);
-                    break;
-                default:
-                    break;
-                }
-    }
-}
-
 std::unique_ptr<AbsMessageDb> load(const QString &path)
 {
     auto db = std::make_unique<IOS6MessageDb>(path, nullptr, ContactNames::AsStored);
@@ -112,7 +85,7 @@ void benchGeneration(const QString &folder, int ios)
 
     const QByteArray name = "load 500,000 messages, iOS " + QByteArray::number(ios);
     bench::compare(
-        name.constData(), 3, [&] { load(path); }, [&] { touchEveryColumn(path); });
+        name.constData(), 3, [&] { load(path); }, [&] { bench::touchEveryColumn(path, statements); });
 
     const double allowed = inChild([&] {
         const auto db = load(path);
