@@ -12,11 +12,14 @@
 #include "base/texts.h"
 #include "views/data_view.h"
 #include "views/load_itunes_backup_dlg.h"
+#include "views/local_database_dlg.h"
 #include "work/make_sample_thread.h"
 #include "work/message_boxes.h"
+#include "work/record_threads.h"
 #include "work/run_job.h"
 
 #include <QAction>
+#include <QFileDialog>
 #include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
@@ -179,8 +182,9 @@ void MainWindow::forgetViews(const BkNode *source)
     m_views->forget(source);
 }
 
-// A local database that is new shows at once, and the others with what they hold now.
-void MainWindow::onStoreChanged(const QString &folder)
+// A local database that is new shows at once, and the others with what they hold now. What was saved out of a
+// backup leads to where it is kept.
+BkNode *MainWindow::onStoreChanged(const QString &folder)
 {
     BkNode *database = m_model->addLocalDatabase(folder);
     m_tree->expand(m_model->indexOf(m_model->localDatabasesRoot()));
@@ -190,6 +194,44 @@ void MainWindow::onStoreChanged(const QString &folder)
         if (node != currentNode())
             m_views->forget(node);
     }
+    if (m_model->sourceOf(currentNode()).backup)
+        m_tree->setCurrentIndex(m_model->indexOf(database));
+    return database;
+}
+
+void MainWindow::miImportCards()
+{
+    const BkNode *database = m_model->sourceOf(currentNode()).localDatabase;
+    askForCards(database ? database->folder() : QString());
+}
+
+void MainWindow::askForCards(QString folder)
+{
+    const QString file = QFileDialog::getOpenFileName(this, textFor("IDS_IMPORT_CARDS_HINT"),
+                                                      QDir::homePath(), textFor("IDS_FILTER_VCARD_FILES"));
+    if (file.isEmpty())
+        return;
+    if (folder.isEmpty())
+        folder = chooseLocalDatabase(textFor("IDS_IMPORTED_DATABASE_NAME"), this);
+    if (!folder.isEmpty())
+        importCards(file, folder);
+}
+
+bool MainWindow::importCards(const QString &file, const QString &folder)
+{
+    auto worker = std::make_unique<BackupContactsThread>(RecordSource{nullptr, {}, file}, folder);
+    if (!runJob(textFor("IDS_SAVING_CONTACTS"), worker, this))
+        return false;
+    BkNode *database = onStoreChanged(folder);
+    for (const auto &child : database->children()) {
+        const auto *node = static_cast<const BkNode *>(child.get());
+        if (node->kind() != NodeKind::Contacts)
+            continue;
+        if (node == currentNode())
+            m_views->currentDataView()->reload();
+        m_tree->setCurrentIndex(m_model->indexOf(node));
+    }
+    return true;
 }
 
 void MainWindow::miUnmountBackup()

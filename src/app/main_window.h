@@ -23,9 +23,13 @@ public:
 
     /// Opens the backup in a folder and shows it. False when that failed, the user stopped, or it is open.
     bool loadBackup(const QString &folder);
+    /// Saves the contacts of a file of vCards into the local database in `folder` and shows them there. False
+    /// when that failed or the user stopped.
+    bool importCards(const QString &file, const QString &folder);
 
 public slots:
     void miLoadiTunesBackup();
+    void miImportCards();
     void miOpenAppFolder();
     void miClearCaches();
     void miHelp();
@@ -51,7 +55,8 @@ private:
     QAction *addUnavailable(const char *text, const char *icon, const char *why);
     void listLocalDatabases();
     void forgetViews(const BkNode *source);
-    void onStoreChanged(const QString &folder);
+    BkNode *onStoreChanged(const QString &folder);
+    void askForCards(QString folder);
     BkNode *currentNode() const;
     void syncWithView();
     void focusFilter();
@@ -74,6 +79,7 @@ private:
     QAction *m_feedback = nullptr;
     QAction *m_about = nullptr;
     QAction *m_home = nullptr;
+    QAction *m_import = nullptr;
     QAction *m_save = nullptr;
     QAction *m_export = nullptr;
     QAction *m_print = nullptr;

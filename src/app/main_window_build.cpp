@@ -61,6 +61,8 @@ void MainWindow::buildActions()
     m_about = newAction("IDS_MI_ABOUT_US", nullptr, &MainWindow::miAboutUs);
     m_home = newAction("IDS_MI_HOME", ":/res/home.png", &MainWindow::miHome);
 
+    m_import = newAction("IDS_IMPORT_CARDS", ":/res/act_import.png", &MainWindow::miImportCards);
+    m_import->setToolTip(textFor("IDS_IMPORT_CARDS_HINT"));
     m_save = addUnavailable("IDS_SAVE_TO_DATABASE", ":/res/act_save.png", "IDS_WHY_NO_SAVE");
     m_save->setShortcut(QKeySequence::Save);
     connect(m_save, &QAction::triggered, this,
@@ -109,7 +111,7 @@ void MainWindow::buildToolBar()
     bar->setIconSize({24, 24});
     bar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
     bar->setContextMenuPolicy(Qt::PreventContextMenu);
-    for (QAction *action : {m_load, m_save, m_export, m_print, m_search})
+    for (QAction *action : {m_load, m_import, m_save, m_export, m_print, m_search})
         bar->addAction(action);
     bar->addSeparator();
     bar->addAction(m_home);
@@ -135,6 +137,7 @@ void MainWindow::buildCentre()
     connect(start, &StartPage::sampleRequested, this, &MainWindow::makeSample);
     m_views = new ViewStack(start);
     connect(m_views, &ViewStack::storeChanged, this, &MainWindow::onStoreChanged);
+    connect(m_views, &ViewStack::importRequested, this, &MainWindow::askForCards);
     auto *splitter = new QSplitter;
     splitter->addWidget(m_tree);
     splitter->addWidget(m_views);

@@ -19,6 +19,7 @@ QWidget *ViewStack::makeView(const BkNode *node, const DataSource &source)
                          ? new RecordsMainForm({source.backup->backup(), {}}, *dataClass)
                          : new RecordsMainForm({nullptr, source.localDatabase->folder()}, *dataClass);
         connect(form, &RecordsMainForm::storeChanged, this, &ViewStack::storeChanged);
+        connect(form, &RecordsMainForm::importRequested, this, &ViewStack::importRequested);
         return form;
     }
     if (!source.backup)

@@ -26,6 +26,8 @@ public:
 signals:
     /// A view has changed what a local database holds.
     void storeChanged(const QString &folder);
+    /// Contacts out of a file are wanted in the local database in `folder`.
+    void importRequested(const QString &folder);
 
 private:
     QWidget *makeView(const BkNode *node, const DataSource &source);

@@ -30,8 +30,8 @@ void writeSaveLine(DataClass dataClass, const SaveResult &result, CommandContext
     json.field("merged", result.merged);
     json.endObject();
     context.out.write(line.append('\n'));
-    for (const QString &failed : result.failed)
-        context.tell(failed);
+    for (const QString &problem : result.problems)
+        context.tell(problem);
 }
 
 ExitStatus save(const QList<DataClass> &classes, bool all, const QString &source, const QString &name,
@@ -46,8 +46,6 @@ ExitStatus save(const QList<DataClass> &classes, bool all, const QString &source
         context.progress.clear();
         writeSaveLine(dataClass, result, context);
     }
-    for (const QString &skipped : open.skipped)
-        context.tell(source + QStringLiteral(": ") + skipped);
     return ExitStatus::Done;
 }
 
@@ -165,8 +163,8 @@ void addRemoveCommand(CLI::App &app, Job &job)
         if (!dataClass || !isPersonalClass(*dataClass))
             wrongUsage(QStringLiteral("CLASS: no \"%1\" are kept in local databases").arg(name));
         const QString database = requireDatabaseName(from);
-        job.run = [=, wanted = valuesOf(ids)](CommandContext &) {
-            removeRecords(*dataClass, requireDatabaseFolder(database), wanted);
+        job.run = [=, wanted = valuesOf(ids)](CommandContext &context) {
+            removeRecords(*dataClass, requireDatabaseFolder(database), wanted, context.progress);
             return ExitStatus::Done;
         };
     });

@@ -8,51 +8,15 @@
 #include "cli/open_backup.h"
 #include "cli/personal_json.h"
 #include "export/record_export.h"
-#include "personal/vcard_reader.h"
+#include "personal/card_file.h"
 
 #include <QDir>
-#include <QFile>
 
 #include <algorithm>
 
 namespace {
 constexpr char localPrefix[] = "local:";
 constexpr qsizetype localPrefixSize = sizeof localPrefix - 1;
-constexpr qint64 largestCardFile = qint64(1) << 30;
-
-/// The contacts of a file of cards; it has nothing else.
-class CardFile : public PersonalSource
-{
-public:
-    explicit CardFile(QList<ContactRecord> contacts) : m_contacts(std::move(contacts)) {}
-
-    QList<ContactRecord> contacts() override { return m_contacts; }
-    QList<CallEntry> calls() override { return {}; }
-    QList<NoteEntry> notes() override { return {}; }
-    QList<CalendarEvent> calendar() override { return {}; }
-    BookmarkTree bookmarks() override { return {}; }
-    qint64 count(DataClass dataClass) override { return has(dataClass) ? m_contacts.size() : 0; }
-    bool has(DataClass dataClass) const override { return dataClass == DataClass::Contacts; }
-
-private:
-    QList<ContactRecord> m_contacts;
-};
-
-OpenRecords openCardFile(const QString &path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        throw Error(QStringLiteral("can not open %1. %2").arg(path, file.errorString()));
-    if (file.size() > largestCardFile)
-        throw Error(QStringLiteral("%1: too large for a file of cards").arg(path));
-    VCardContacts cards = readVCards(file.readAll());
-    if (cards.contacts.isEmpty() && cards.skipped.isEmpty())
-        throw Error(QStringLiteral("%1: there is no card in it").arg(path));
-    OpenRecords open;
-    open.records = std::make_unique<CardFile>(std::move(cards.contacts));
-    open.skipped = cards.skipped;
-    return open;
-}
 
 bool isWithin(const QDateTime &date, std::int64_t from, std::int64_t to)
 {
@@ -153,8 +117,10 @@ OpenRecords openRecords(const QString &source, DataClass dataClass, const Passwo
         open.isLocal = true;
         return open;
     }
-    if (dataClass == DataClass::Contacts && QFileInfo(source).isFile())
-        return openCardFile(source);
+    if (dataClass == DataClass::Contacts && QFileInfo(source).isFile()) {
+        open.records = openCardFile(source);
+        return open;
+    }
     open.backup = openBackup(source, password, PasswordNeed::Always, progress);
     open.records = openDeviceRecords(*open.backup, open.backup->info().deviceId);
     return open;
@@ -192,8 +158,8 @@ ExitStatus showRecords(DataClass dataClass, const QString &source, const Passwor
     default:
         print(records.bookmarks(), [&](const auto &node) { appendBookmarkLine(line, *node); });
     }
-    for (const QString &skipped : open.skipped)
-        context.tell(source + QStringLiteral(": ") + skipped);
+    for (const QString &problem : records.problems(dataClass))
+        context.tell(problem);
     return ExitStatus::Done;
 }
 
@@ -207,7 +173,8 @@ ExitStatus exportRecords(const RecordExport &request, const PasswordOption &pass
                       context.progress);
     context.progress.clear();
     context.tell(QStringLiteral("%1 %2 written").arg(summary.written).arg(dataClassName(request.dataClass)));
-    for (const QString &remark : open.skipped + summary.skipped + summary.remarks)
+    for (const QString &remark :
+         open.records->problems(request.dataClass) + summary.skipped + summary.remarks)
         context.tell(remark);
     return ExitStatus::Done;
 }

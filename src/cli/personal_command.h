@@ -22,7 +22,6 @@ struct OpenRecords
 
     std::unique_ptr<BackupManifest> backup; // null for a local database and a file
     std::unique_ptr<PersonalSource> records;
-    QStringList skipped; // what could not be read of a file of cards
     bool isLocal = false;
 };
 

@@ -12,13 +12,9 @@
 #include <algorithm>
 
 namespace {
-constexpr char floatingZone[] = "_float";
-
 QString dayText(const CalendarEvent &event, const QDateTime &date)
 {
-    // An all-day or floating event means the same day wherever one is: its stored day, not the day here.
-    const bool asStored = event.all_day != 0 || event.tz == QLatin1String(floatingZone);
-    return (asStored ? date.toUTC() : date.toLocalTime()).toString(QStringLiteral("yyyyMMdd"));
+    return (isDayAsStored(event) ? date.toUTC() : date.toLocalTime()).toString(QStringLiteral("yyyyMMdd"));
 }
 
 QString localText(const QDateTime &date)
@@ -131,7 +127,8 @@ QString notePage(const NoteEntry &note)
 bool refersToServer(const QString &html)
 {
     static const QRegularExpression remote(
-        QStringLiteral("(src|background|data)\\s*=\\s*[\"']?\\s*(https?:)?//"),
+        QStringLiteral(
+            "(\\b(src|srcset|poster|background|data)\\s*=\\s*[\"']?|url\\(\\s*[\"']?)\\s*(https?:)?//"),
         QRegularExpression::CaseInsensitiveOption);
     return remote.match(html).hasMatch();
 }

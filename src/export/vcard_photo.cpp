@@ -12,7 +12,7 @@ bool isPicture(const QByteArray &bytes)
 
 QByteArray vCardPhoto(const QByteArray &vCard)
 {
-    for (const VCardLine &line : splitVCardLines(vCard).lines) {
+    for (const VCardLine &line : splitVCardLines(vCard)) {
         const QByteArray picture = line.name == "PHOTO" ? line.embeddedBytes() : QByteArray();
         if (isPicture(picture))
             return picture;

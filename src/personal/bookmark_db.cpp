@@ -167,13 +167,15 @@ LocalBookmarkDb::Saved LocalBookmarkDb::save(const BookmarkNode &node)
 
 bool LocalBookmarkDb::remove(qint64 id)
 {
-    m_db.executeThrow(Sqlite3Sql(QStringLiteral("delete from bookmarks where id=?")).addInt64Param(id));
-    const bool removed = m_db.changes() > 0;
-    // What a removed folder held could never be seen again, and would still be counted.
+    m_db.executeCachedThrow(Sqlite3Sql(QStringLiteral("delete from bookmarks where id=?")).addInt64Param(id));
+    return m_db.changes() > 0;
+}
+
+void LocalBookmarkDb::removeLeftovers()
+{
     do
         m_db.executeThrow(
             QStringLiteral("delete from bookmarks where parent is not null and parent<>0 and parent not in "
                            "(select id from bookmarks)"));
     while (m_db.changes() > 0);
-    return removed;
 }

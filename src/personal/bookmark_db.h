@@ -52,8 +52,10 @@ public:
     /// Saves the node with everything below it; its folders above are those of the tree. Call between begin()
     /// and commit().
     Saved save(const BookmarkNode &node);
-    /// Removes a bookmark, or a folder with what it holds. False when there is no such row.
+    /// Removes a bookmark or a folder. False when there is no such row. removeLeftovers() must follow.
     bool remove(qint64 id);
+    /// Removes what removed folders held: it could never be seen again, and would still be counted.
+    void removeLeftovers();
 
     struct Row
     {

@@ -236,10 +236,14 @@ LocalCalendarsDb::Saved LocalCalendarsDb::save(const CalendarEvent &event)
 
 bool LocalCalendarsDb::remove(qint64 id)
 {
-    m_db.executeThrow(Sqlite3Sql(QStringLiteral("delete from reminders where event_id=?")).addInt64Param(id));
-    m_db.executeThrow(Sqlite3Sql(QStringLiteral("delete from events where _id=?")).addInt64Param(id));
-    const bool removed = m_db.changes() > 0;
+    m_db.executeCachedThrow(
+        Sqlite3Sql(QStringLiteral("delete from reminders where event_id=?")).addInt64Param(id));
+    m_db.executeCachedThrow(Sqlite3Sql(QStringLiteral("delete from events where _id=?")).addInt64Param(id));
+    return m_db.changes() > 0;
+}
+
+void LocalCalendarsDb::removeLeftovers()
+{
     m_db.executeThrow(QStringLiteral(
         "delete from calendars where _id not in (select calendar_id from events group by calendar_id)"));
-    return removed;
 }

@@ -54,8 +54,11 @@ public:
     QList<CalendarEvent> readAll() override;
     /// Call between begin() and commit().
     Saved save(const CalendarEvent &event);
-    /// Removes the event, and its calendar when that is left empty. False when there is no such event.
+    /// Removes the event with its reminders. False when there is no such event. removeLeftovers() must
+    /// follow.
     bool remove(qint64 id);
+    /// Removes the calendars that are left empty.
+    void removeLeftovers();
 
     /// MD5 over the start and the first line of the summary, as 32 hexadecimal digits.
     static QString hashOf(const CalendarEvent &event);

@@ -31,3 +31,9 @@ struct CalendarEvent
 
     bool operator==(const CalendarEvent &) const = default;
 };
+
+/// True for an all-day or floating event: it means the same day wherever one is, the day as it is stored.
+inline bool isDayAsStored(const CalendarEvent &event)
+{
+    return event.all_day != 0 || event.tz == QLatin1String("_float");
+}

@@ -35,11 +35,11 @@ std::optional<ContactDataKind> kindOf(int property)
 
 constexpr int birthdayType = 3;
 
+// Beyond this a date has no year that could be written.
+constexpr qint64 farthestSeconds = 200'000'000'000;
+
 QString dateText(qint64 appleSecondsValue)
 {
-    constexpr qint64 farthest = 1'000'000'000'000;
-    if (appleSecondsValue > farthest || appleSecondsValue < -farthest)
-        return {};
     const QDateTime date = QDateTime::fromSecsSinceEpoch(unixFromApple(appleSecondsValue), Qt::UTC);
     return date.toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss"));
 }
@@ -151,6 +151,7 @@ qint64 IOSContactsDb::count()
 QList<ContactRecord> IOSContactsDb::readAll()
 {
     open();
+    m_problems.clear();
     QList<Person> people = readPeople();
     readPhotos(people);
     readValues(people);
@@ -161,7 +162,19 @@ QList<ContactRecord> IOSContactsDb::readAll()
     return records;
 }
 
-QList<IOSContactsDb::Person> IOSContactsDb::readPeople() const
+bool IOSContactsDb::fillDate(ContactDataRow &row, qint64 appleSecondsValue, const ContactRecord &record)
+{
+    if (appleSecondsValue > farthestSeconds || appleSecondsValue < -farthestSeconds) {
+        m_problems.append(QStringLiteral("contact %1 (%2): the date %3 is none")
+                              .arg(record.src_id, displayNameOf(record))
+                              .arg(appleSecondsValue));
+        return false;
+    }
+    row.data(1) = dateText(appleSecondsValue);
+    return true;
+}
+
+QList<IOSContactsDb::Person> IOSContactsDb::readPeople()
 {
     Sqlite3Cursor row =
         m_people.queryThrow(QStringLiteral("select rowid, * from Abperson order by rowid asc"));
@@ -193,9 +206,9 @@ QList<IOSContactsDb::Person> IOSContactsDb::readPeople() const
         // Zero stands for "none" on the device, and so does everything before it.
         if (const qint64 seconds = row.getInt64(birthday); seconds > 0) {
             ContactDataRow event;
-            event.data(1) = dateText(seconds);
             event.data(2) = QString::number(birthdayType);
-            record.rows[ContactDataKind::Event].append(event);
+            if (fillDate(event, seconds, record))
+                record.rows[ContactDataKind::Event].append(event);
         }
         addText(record, ContactDataKind::Nickname, row.getText(nickname));
         people.append(std::move(person));
@@ -221,7 +234,7 @@ void IOSContactsDb::readPhotos(QList<Person> &people) const
 
 // One pass over each table: a statement for every person would walk the whole table again where it has no
 // index.
-void IOSContactsDb::readValues(QList<Person> &people) const
+void IOSContactsDb::readValues(QList<Person> &people)
 {
     if (!m_people.hasTable(QStringLiteral("ABMultiValue")))
         return;
@@ -245,8 +258,10 @@ void IOSContactsDb::readValues(QList<Person> &people) const
             fillAddress(value, entries.value(row.getInt64(0)));
         else if (*kind == ContactDataKind::Im)
             fillInstantMessage(value, entries.value(row.getInt64(0)));
-        else
-            value.data(1) = *kind == ContactDataKind::Event ? dateText(row.getInt64(4)) : row.getText(4);
+        else if (*kind != ContactDataKind::Event)
+            value.data(1) = row.getText(4);
+        else if (!fillDate(value, row.getInt64(4), *record))
+            continue;
         record->rows[*kind].append(value);
     }
 }

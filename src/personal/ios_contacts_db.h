@@ -3,6 +3,8 @@
 #include "personal/contact_record.h"
 #include "sqlite/sqlite3_db.h"
 
+#include <QStringList>
+
 class FileSource;
 
 /// Any source of contacts. Used by one thread at a time.
@@ -25,6 +27,8 @@ public:
     qint64 count() override;
     /// Every person in ascending row id. Values without a label row are not read. Throws as count() does.
     QList<ContactRecord> readAll() override;
+    /// The rows that readAll() has left out: "Ada King: reason".
+    const QStringList &problems() const { return m_problems; }
 
 private:
     struct Person
@@ -36,9 +40,11 @@ private:
     FileSource &m_source;
     Sqlite3DB m_people;
     Sqlite3DB m_images;
+    QStringList m_problems;
 
     void open();
-    QList<Person> readPeople() const;
+    QList<Person> readPeople();
     void readPhotos(QList<Person> &people) const;
-    void readValues(QList<Person> &people) const;
+    void readValues(QList<Person> &people);
+    bool fillDate(ContactDataRow &row, qint64 appleSecondsValue, const ContactRecord &record);
 };

@@ -136,6 +136,6 @@ LocalCallHistoryDb::Added LocalCallHistoryDb::add(const CallEntry &call)
 
 bool LocalCallHistoryDb::remove(qint64 id)
 {
-    m_db.executeThrow(Sqlite3Sql(QStringLiteral("delete from call where _id=?")).addInt64Param(id));
+    m_db.executeCachedThrow(Sqlite3Sql(QStringLiteral("delete from call where _id=?")).addInt64Param(id));
     return m_db.changes() > 0;
 }

@@ -314,8 +314,9 @@ void LocalContactsDb::saveGroups(qint64 contactId, const ContactRecord &record, 
 
 bool LocalContactsDb::remove(qint64 id)
 {
-    m_db.executeThrow(Sqlite3Sql(QStringLiteral("delete from data where contact_id=?")).addInt64Param(id));
-    m_db.executeThrow(Sqlite3Sql(QStringLiteral("delete from contact where _id=?")).addInt64Param(id));
+    m_db.executeCachedThrow(
+        Sqlite3Sql(QStringLiteral("delete from data where contact_id=?")).addInt64Param(id));
+    m_db.executeCachedThrow(Sqlite3Sql(QStringLiteral("delete from contact where _id=?")).addInt64Param(id));
     m_names = {};
     return m_db.changes() > 0;
 }

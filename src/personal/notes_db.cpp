@@ -179,6 +179,6 @@ bool LocalNotesDb::save(const NoteEntry &note)
 
 bool LocalNotesDb::remove(const QString &hash)
 {
-    m_db.executeThrow(Sqlite3Sql(QStringLiteral("delete from notes where hash=?")).addTextParam(hash));
+    m_db.executeCachedThrow(Sqlite3Sql(QStringLiteral("delete from notes where hash=?")).addTextParam(hash));
     return m_db.changes() > 0;
 }

@@ -32,6 +32,10 @@ public:
     QList<NoteEntry> notes() override { return m_notes.readAll(); }
     QList<CalendarEvent> calendar() override { return m_calendar.readAll(); }
     BookmarkTree bookmarks() override { return m_bookmarks.readTree(); }
+    QStringList problems(DataClass dataClass) const override
+    {
+        return dataClass == DataClass::Contacts ? m_contacts.problems() : QStringList();
+    }
 
     qint64 count(DataClass dataClass) override
     {

@@ -9,6 +9,7 @@
 
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 #include <memory>
 
@@ -32,6 +33,8 @@ public:
     virtual qint64 count(DataClass dataClass) = 0;
     /// True when the source has the database of a class at all.
     virtual bool has(DataClass dataClass) const = 0;
+    /// What the last reading of a class has left out, each named with its reason.
+    virtual QStringList problems(DataClass) const { return {}; }
 };
 
 /// The records of a device. `files` must outlive the result; `deviceId` goes into the notes.

@@ -180,9 +180,9 @@ QString VCardLine::text() const
     return utf8.hasError() ? QString::fromLocal8Bit(raw) : text;
 }
 
-VCardLines splitVCardLines(QByteArrayView text)
+QList<VCardLine> splitVCardLines(QByteArrayView text)
 {
-    VCardLines result;
+    QList<VCardLine> lines;
     LineCursor cursor(text.startsWith("\xef\xbb\xbf") ? text.sliced(3) : text);
     while (!cursor.atEnd()) {
         QByteArray whole = cursor.next().toByteArray();
@@ -193,15 +193,13 @@ VCardLines splitVCardLines(QByteArrayView text)
         if (whole.trimmed().isEmpty())
             continue;
         VCardLine line;
-        if (!parseLine(whole, line)) {
-            ++result.malformed;
-            continue;
-        }
+        if (!parseLine(whole, line))
+            line = {};
         if (line.isQuotedPrintable())
             joinSoftBreaks(line, cursor);
-        result.lines.append(std::move(line));
+        lines.append(std::move(line));
     }
-    return result;
+    return lines;
 }
 
 QString vCardUnescaped(const QString &value)

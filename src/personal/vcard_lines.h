@@ -31,13 +31,8 @@ struct VCardLine
 };
 
 /// The properties of a text, in order. Folded lines and soft breaks of quoted-printable are joined. A line
-/// without a colon is left out and counted.
-struct VCardLines
-{
-    QList<VCardLine> lines;
-    int malformed = 0;
-};
-VCardLines splitVCardLines(QByteArrayView text);
+/// that is no property has an empty name.
+QList<VCardLine> splitVCardLines(QByteArrayView text);
 
 /// The parts of a structured value, split at unescaped ";", with escapes undone.
 QStringList vCardParts(const QString &value);

@@ -260,33 +260,42 @@ private:
 
 VCardContacts readVCards(QByteArrayView text)
 {
-    const VCardLines lines = splitVCardLines(text);
     VCardContacts result;
     std::unique_ptr<CardReader> card;
     int number = 0;
-    const auto skip = [&](const char *reason) {
-        const QString name = card ? card->fullName() : QString();
-        result.skipped.append(QStringLiteral("card %1%2: %3")
-                                  .arg(QString::number(number),
-                                       name.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(name),
-                                       QLatin1String(reason)));
+    int unreadable = 0;
+    const auto name = [&](const QString &problem) {
+        const QString name = card->fullName();
+        result.problems.append(QStringLiteral("card %1%2: %3")
+                                   .arg(QString::number(number),
+                                        name.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(name),
+                                        problem));
     };
-    for (const VCardLine &line : lines.lines) {
+    const auto skipUnfinished = [&] {
+        if (card)
+            name(QStringLiteral("it has no end, and is left out"));
+        card.reset();
+    };
+    for (const VCardLine &line : splitVCardLines(text)) {
         const bool isVCard = line.value.trimmed().compare("VCARD", Qt::CaseInsensitive) == 0;
         if (line.name == "BEGIN" && isVCard) {
-            if (card)
-                skip("it has no end");
+            skipUnfinished();
             ++number;
+            unreadable = 0;
             card = std::make_unique<CardReader>();
+        } else if (!card) {
+            continue;
         } else if (line.name == "END" && isVCard) {
-            if (card)
-                result.contacts.append(card->finish());
+            if (unreadable > 0)
+                name(QStringLiteral("%1 of its lines could not be read").arg(unreadable));
+            result.contacts.append(card->finish());
             card.reset();
-        } else if (card) {
+        } else if (line.name.isEmpty()) {
+            ++unreadable;
+        } else {
             card->read(line);
         }
     }
-    if (card)
-        skip("it has no end");
+    skipUnfinished();
     return result;
 }

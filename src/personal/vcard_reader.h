@@ -10,9 +10,10 @@
 struct VCardContacts
 {
     QList<ContactRecord> contacts;
-    QStringList skipped; // "card 3 (Ada): reason"
+    QStringList problems; // what is left out: "card 3 (Ada): reason"
 };
 
 /// Reads vCards of versions 2.1, 3.0 and 4.0: folded lines, quoted-printable with soft breaks, Base64,
-/// CHARSET. A malformed card is skipped and named; the others are read. Never throws for what the text holds.
+/// CHARSET. A malformed card or line is left out and named; the others are read. Never throws for what the
+/// text holds.
 VCardContacts readVCards(QByteArrayView text);

@@ -913,6 +913,14 @@
         <translation>No name</translation>
     </message>
     <message>
+        <source>IDS_NUMBER_HIDDEN</source>
+        <translation>Number hidden</translation>
+    </message>
+    <message>
+        <source>IDS_NOTE_TOO_LONG</source>
+        <translation>This note is very long. Only its beginning is shown here; an export holds all of it.</translation>
+    </message>
+    <message>
         <source>IDS_CALL_INCOMING</source>
         <translation>Incoming</translation>
     </message>
@@ -1097,6 +1105,26 @@
         <translation>Confirm to delete selected Bookmarks?</translation>
     </message>
     <message>
+        <source>IDS_CONFIRM_DEL_ALL_CONTACTS</source>
+        <translation>Confirm to delete all contacts?</translation>
+    </message>
+    <message>
+        <source>IDS_CONFIRM_DEL_ALL_CALLS</source>
+        <translation>Confirm to delete all Call History?</translation>
+    </message>
+    <message>
+        <source>IDS_CONFIRM_DEL_ALL_NOTES</source>
+        <translation>Confirm to delete all Notes?</translation>
+    </message>
+    <message>
+        <source>IDS_CONFIRM_DEL_ALL_CALENDAR</source>
+        <translation>Confirm to delete all Calendar events?</translation>
+    </message>
+    <message>
+        <source>IDS_CONFIRM_DEL_ALL_BOOKMARKS</source>
+        <translation>Confirm to delete all Bookmarks?</translation>
+    </message>
+    <message>
         <source>IDS_SUC_DEL_CONTACTS</source>
         <translation>Successfully deleted contacts.</translation>
     </message>
@@ -1117,6 +1145,30 @@
         <translation>Successfully deleted Bookmarks.</translation>
     </message>
     <message>
+        <source>IDS_SUC_DEL_ALL_CONTACTS</source>
+        <translation>Successfully deleted all contacts.</translation>
+    </message>
+    <message>
+        <source>IDS_SUC_DEL_ALL_CALLS</source>
+        <translation>Successfully deleted all Call History.</translation>
+    </message>
+    <message>
+        <source>IDS_SUC_DEL_ALL_NOTES</source>
+        <translation>Successfully deleted all Notes.</translation>
+    </message>
+    <message>
+        <source>IDS_SUC_DEL_ALL_CALENDAR</source>
+        <translation>Successfully deleted all Calendar events.</translation>
+    </message>
+    <message>
+        <source>IDS_SUC_DEL_ALL_BOOKMARKS</source>
+        <translation>Successfully deleted all Bookmarks.</translation>
+    </message>
+    <message>
+        <source>IDS_DELETING</source>
+        <translation>Deleting...</translation>
+    </message>
+    <message>
         <source>IDS_FILTER_VCARD_FILES</source>
         <translation>vCard Files(*.vcf)</translation>
     </message>
@@ -1127,6 +1179,22 @@
     <message>
         <source>IDS_CHOOSE_LOCAL_DB</source>
         <translation>Save into this local database. Pick one, or type a name for a new one.</translation>
+    </message>
+    <message>
+        <source>IDS_IMPORT_CARDS</source>
+        <translation>Import vCard file</translation>
+    </message>
+    <message>
+        <source>IDS_IMPORT_CARDS_HINT</source>
+        <translation>Bring the contacts of a .vcf file into a local database</translation>
+    </message>
+    <message>
+        <source>IDS_IMPORTED_DATABASE_NAME</source>
+        <translation>Imported contacts</translation>
+    </message>
+    <message>
+        <source>IDS_EMPTY_LOCAL_CONTACTS_HINT</source>
+        <translation>Open a backup and save its contacts into this local database, or import a vCard file.</translation>
     </message>
     <message>
         <source>IDS_DELETE</source>

@@ -4,7 +4,7 @@
 
 #include <QList>
 
-/// The words of a class of records in its view, as keys of texts.
+/// The words of a class of records in its view, as keys of texts. For the classes of RecordsMainForm.
 struct ClassTexts
 {
     const char *title;
@@ -13,6 +13,8 @@ struct ClassTexts
     const char *saveTitle;
     const char *confirmRemove;
     const char *removed;
+    const char *confirmRemoveAll;
+    const char *removedAll;
 };
 const ClassTexts &classTexts(DataClass dataClass);
 

@@ -1,32 +1,47 @@
 #include "views/contact_card.h"
 
+#include "base/texts.h"
 #include "personal/contact_words.h"
+#include "views/icons.h"
 
 #include <QBuffer>
+#include <QGuiApplication>
 #include <QImage>
 #include <QImageReader>
+#include <QPainter>
 
 namespace {
-constexpr int pictureSide = 96;
+constexpr int cardSide = 96;
+constexpr int listSide = 32;
 constexpr int largestSide = 12000;
 
 // A picture may claim any size: it is scaled while it is read, and refused when it is absurd.
-QString pictureHtml(const QByteArray &bytes)
+QImage readPicture(const ContactRecord &contact, int side)
 {
+    const auto photos = contact.rows.value(ContactDataKind::Photo);
+    if (photos.isEmpty())
+        return {};
     QBuffer buffer;
-    buffer.setData(bytes);
+    buffer.setData(photos.first().data15);
     QImageReader reader(&buffer);
     const QSize size = reader.size();
     if (!size.isValid() || size.width() > largestSide || size.height() > largestSide)
         return {};
-    reader.setScaledSize(size.scaled(pictureSide, pictureSide, Qt::KeepAspectRatio));
+    reader.setScaledSize(size.scaled(side, side, Qt::KeepAspectRatioByExpanding));
+    const QImage image = reader.read();
+    return image.copy((image.width() - side) / 2, (image.height() - side) / 2, side, side);
+}
+
+QString pictureHtml(const ContactRecord &contact)
+{
+    const qreal ratio = qGuiApp->devicePixelRatio();
+    const QImage image = readPicture(contact, qRound(cardSide * ratio));
     QByteArray png;
     QBuffer out(&png);
-    const QImage image = reader.read();
     if (image.isNull() || !image.save(&out, "PNG"))
         return {};
-    return QStringLiteral("<p><img src=\"data:image/png;base64,%1\"/></p>")
-        .arg(QString::fromLatin1(png.toBase64()));
+    return QStringLiteral("<p><img width=\"%1\" height=\"%1\" src=\"data:image/png;base64,%2\"/></p>")
+        .arg(QString::number(cardSide), QString::fromLatin1(png.toBase64()));
 }
 
 QString escaped(const QString &text)
@@ -57,13 +72,35 @@ QString rowHtml(ContactDataKind kind, const ContactDataRow &row)
 }
 } // namespace
 
+QString contactTitle(const ContactRecord &contact)
+{
+    for (const ContactDataKind kind : {ContactDataKind::Name, ContactDataKind::Organization,
+                                       ContactDataKind::Phone, ContactDataKind::Email})
+        for (const ContactDataRow &row : contact.rows.value(kind))
+            if (!row.data(1).isEmpty())
+                return row.data(1);
+    return textFor("IDS_NO_NAME");
+}
+
+QPixmap contactPicture(const ContactRecord &contact)
+{
+    const qreal ratio = qGuiApp->devicePixelRatio();
+    const int side = qRound(listSide * ratio);
+    QPixmap picture = QPixmap::fromImage(readPicture(contact, side));
+    if (picture.isNull()) {
+        picture = QPixmap(side, side);
+        picture.fill(Qt::transparent);
+        const QPixmap sign = listIcon("tree_contacts").pixmap(side / 2);
+        QPainter(&picture).drawPixmap(QRect(side / 4, side / 4, side / 2, side / 2), sign);
+    }
+    picture.setDevicePixelRatio(ratio);
+    return picture;
+}
+
 QString contactCard(const ContactRecord &contact)
 {
-    QString html;
-    const auto photos = contact.rows.value(ContactDataKind::Photo);
-    if (!photos.isEmpty())
-        html += pictureHtml(photos.first().data15);
-    html += QStringLiteral("<h2>%1</h2><table>").arg(escaped(displayNameOf(contact)));
+    QString html =
+        pictureHtml(contact) + QStringLiteral("<h2>%1</h2><table>").arg(escaped(contactTitle(contact)));
     for (auto kind = contact.rows.constBegin(); kind != contact.rows.constEnd(); ++kind)
         if (kind.key() != ContactDataKind::Name && kind.key() != ContactDataKind::Photo)
             for (const ContactDataRow &row : kind.value())

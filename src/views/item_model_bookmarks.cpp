@@ -60,12 +60,12 @@ QVariant ItemModelBookmarks::data(const QModelIndex &index, int role) const
     const bool isFolder = bookmark.type == BookmarkNode::folder;
     switch (role) {
     case Qt::DisplayRole:
-        return text.left(1000).simplified();
+        return text.left(longestShown).simplified();
     case Qt::DecorationRole:
         return index.column() == Title ? QVariant(listIcon(isFolder ? "tree_folder" : "tree_bookmarks"))
                                        : QVariant();
     case Qt::ToolTipRole:
-        return QStringLiteral("<p>%1</p>").arg(text.left(1000).toHtmlEscaped());
+        return QStringLiteral("<p>%1</p>").arg(text.left(longestShown).toHtmlEscaped());
     case RecordRole::Sort:
         return QString(QLatin1Char(isFolder ? '0' : '1') + text.toCaseFolded());
     case RecordRole::Search:

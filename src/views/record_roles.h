@@ -2,6 +2,9 @@
 
 #include <Qt>
 
+/// Longer texts are cut in lists and tool tips; a name out of a backup may have any length.
+inline constexpr int longestShown = 1000;
+
 /// What the models of records give besides what is displayed.
 namespace RecordRole {
 enum Role {

@@ -4,11 +4,15 @@
 #include "personal/contact_words.h"
 #include "views/contact_card.h"
 
+#include <QCache>
 #include <QLocale>
+#include <QPixmap>
 
 namespace {
 constexpr int dateWidth = 150;
 constexpr int shortWidth = 90;
+constexpr int picturesKept = 500;
+constexpr qsizetype longestNoteShown = 200'000;
 
 QString dateText(const QDateTime &date)
 {
@@ -17,7 +21,7 @@ QString dateText(const QDateTime &date)
 
 QString dayText(const CalendarEvent &event, const QDateTime &date)
 {
-    const QDateTime shown = event.all_day != 0 ? date.toUTC() : date.toLocalTime();
+    const QDateTime shown = isDayAsStored(event) ? date.toUTC() : date.toLocalTime();
     if (event.all_day != 0)
         return QLocale::system().toString(shown.date(), QLocale::ShortFormat);
     return QLocale::system().toString(shown, QLocale::ShortFormat);
@@ -32,15 +36,6 @@ QString firstOf(const ContactRecord &contact, ContactDataKind kind)
 {
     const auto rows = contact.rows.value(kind);
     return rows.isEmpty() ? QString() : rows.first().data(1);
-}
-
-QString contactName(const ContactRecord &contact)
-{
-    for (const ContactDataKind kind : {ContactDataKind::Name, ContactDataKind::Organization,
-                                       ContactDataKind::Phone, ContactDataKind::Email})
-        if (const QString text = firstOf(contact, kind); !text.isEmpty())
-            return text;
-    return textFor("IDS_NO_NAME");
 }
 
 QString contactSearch(const ContactRecord &contact)
@@ -70,7 +65,10 @@ const char *callKind(const CallEntry &call)
 
 QString callName(const CallEntry &call)
 {
-    return !call.person.isEmpty() ? call.person : !call.name.isEmpty() ? call.name : call.address;
+    for (const QString &name : {call.person, call.name, call.address})
+        if (!name.isEmpty())
+            return name;
+    return textFor("IDS_NUMBER_HIDDEN");
 }
 
 QString paragraph(const char *label, const QString &text)
@@ -94,13 +92,20 @@ RecordTable contactsTable(const QList<ContactRecord> &all)
         return RecordColumn{title, width, false, [&all, text](int row) { return text(all.at(row)); },
                             [&all, text](int row) { return sortedByText(text(all.at(row))); }};
     };
-    table.columns = {column("IDS_COL_NAME", 0, contactName),
+    table.columns = {column("IDS_COL_NAME", 0, contactTitle),
                      column("IDS_COL_PHONE", dateWidth, [](const ContactRecord &contact) {
                          return firstOf(contact, ContactDataKind::Phone);
                      })};
     table.searchText = [&all](int row) { return contactSearch(all.at(row)); };
     table.detail = [&all](int row) { return contactCard(all.at(row)); };
     table.identity = [&all](int row) { return QString::number(all.at(row).id); };
+    // Decoded when they are first shown, and only so many kept.
+    auto pictures = std::make_shared<QCache<int, QPixmap>>(picturesKept);
+    table.picture = [&all, pictures](int row) -> QVariant {
+        if (!pictures->contains(row))
+            pictures->insert(row, new QPixmap(contactPicture(all.at(row))));
+        return *pictures->object(row);
+    };
     return table;
 }
 
@@ -130,6 +135,36 @@ RecordTable callsTable(const QList<CallEntry> &all)
     return table;
 }
 
+// What a filter looks in. A document of each note would be exact, and far too slow for thousands of them.
+QString withoutTags(const QString &html)
+{
+    QString text;
+    text.reserve(html.size());
+    bool inTag = false;
+    for (const QChar c : html) {
+        if (c == QLatin1Char('<') || c == QLatin1Char('>'))
+            inTag = c == QLatin1Char('<');
+        else if (!inTag)
+            text += c;
+    }
+    return text.replace(QLatin1String("&nbsp;"), QLatin1String(" "))
+        .replace(QLatin1String("&lt;"), QLatin1String("<"))
+        .replace(QLatin1String("&gt;"), QLatin1String(">"))
+        .replace(QLatin1String("&quot;"), QLatin1String("\""))
+        .replace(QLatin1String("&amp;"), QLatin1String("&"));
+}
+
+// Laying out megabytes of text would hold up the window for minutes.
+QString noteText(const NoteEntry &note)
+{
+    if (note.content.size() <= longestNoteShown)
+        return heading(note.title) + note.content;
+    const qsizetype wholeTags = note.content.lastIndexOf(QLatin1Char('<'), longestNoteShown);
+    return heading(note.title) +
+           QStringLiteral("<p><i>%1</i></p>").arg(textFor("IDS_NOTE_TOO_LONG").toHtmlEscaped()) +
+           note.content.left(wholeTags > 0 ? wholeTags : longestNoteShown);
+}
+
 RecordTable notesTable(const QList<NoteEntry> &all)
 {
     RecordTable table;
@@ -141,9 +176,10 @@ RecordTable notesTable(const QList<NoteEntry> &all)
                      {"IDS_COL_SUMMARY", dateWidth, false, [&all](int row) { return all.at(row).summary; },
                       [&all](int row) { return sortedByText(all.at(row).summary); }}};
     table.searchText = [&all](int row) {
-        return QString(all.at(row).title + QLatin1Char('\n') + all.at(row).content);
+        return QString(all.at(row).title + QLatin1Char('\n') + all.at(row).summary + QLatin1Char('\n') +
+                       withoutTags(all.at(row).content));
     };
-    table.detail = [&all](int row) { return heading(all.at(row).title) + all.at(row).content; };
+    table.detail = [&all](int row) { return noteText(all.at(row)); };
     table.identity = [&all](int row) { return all.at(row).hash; };
     return table;
 }
@@ -154,8 +190,6 @@ RecordTable calendarTable(const QList<CalendarEvent> &all)
     RecordTable table;
     table.columns = {
         {"IDS_COL_TITLE", 0, false, title, [title](int row) { return sortedByText(title(row)); }},
-        {"IDS_COL_CALENDAR", shortWidth, false, [&all](int row) { return all.at(row).calendar; },
-         [&all](int row) { return sortedByText(all.at(row).calendar); }},
         {"IDS_COL_START", dateWidth, true,
          [&all](int row) { return dayText(all.at(row), all.at(row).start_date); },
          [&all](int row) { return all.at(row).start_date; }},
@@ -178,6 +212,7 @@ RecordTable calendarTable(const QList<CalendarEvent> &all)
                paragraph("IDS_COL_DESCRIPTION", event.description) + paragraph("IDS_COL_URL", event.url);
     };
     table.identity = [&all](int row) { return QString::number(all.at(row).id); };
+    table.group = [&all](int row) { return all.at(row).calendar; };
     return table;
 }
 } // namespace

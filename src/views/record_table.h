@@ -26,6 +26,8 @@ struct RecordTable
     std::function<QString(int row)> searchText;
     std::function<QString(int row)> detail;
     std::function<QString(int row)> identity;
+    std::function<QString(int row)> group;    // null: the records stand in one list
+    std::function<QVariant(int row)> picture; // beside the first column; null: none
 };
 
 /// The table of contacts, calls, notes or calendar events.

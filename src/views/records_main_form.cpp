@@ -1,12 +1,14 @@
 #include "views/records_main_form.h"
 
-#include "base/error.h"
 #include "base/texts.h"
 #include "personal/bookmark_db.h"
 #include "views/class_texts.h"
+#include "views/export_target.h"
 #include "views/item_model_bookmarks.h"
 #include "views/item_model_records.h"
 #include "views/local_database_dlg.h"
+#include "views/month_grid.h"
+#include "views/record_filter.h"
 #include "views/roomy_delegate.h"
 #include "views/safe_text_browser.h"
 #include "views/state_stack.h"
@@ -15,25 +17,21 @@
 #include "work/message_boxes.h"
 #include "work/record_threads.h"
 #include "work/run_job.h"
-#include "work/save_records.h"
 
 #include <QAction>
-#include <QCalendarWidget>
-#include <QDir>
 #include <QFileDialog>
 #include <QHeaderView>
 #include <QIcon>
 #include <QLineEdit>
 #include <QLocale>
-#include <QSortFilterProxyModel>
 #include <QSplitter>
-#include <QTextCharFormat>
 #include <QTreeView>
 #include <QVBoxLayout>
 
 namespace {
 constexpr int listWidth = 480;
 constexpr int detailWidth = 360;
+constexpr int pictureSide = 32;
 
 QString number(qsizetype value)
 {
@@ -44,30 +42,24 @@ QString counted(const char *one, const char *many, qsizetype count)
 {
     return count == 1 ? textFor(one) : textFor(many).arg(number(count));
 }
-
-QDate dayOf(const CalendarEvent &event)
-{
-    return (event.all_day != 0 ? event.start_date.toUTC() : event.start_date.toLocalTime()).date();
-}
 } // namespace
 
 RecordsMainForm::RecordsMainForm(RecordSource source, DataClass dataClass, QWidget *parent)
     : DataView(parent),
       m_source(std::move(source)),
       m_class(dataClass),
-      m_proxy(new QSortFilterProxyModel(this)),
+      m_proxy(new RecordFilter(this)),
       m_save(new QAction(textFor("IDS_SAVE_TO_DATABASE"), this)),
-      m_remove(new QAction(textFor("IDS_DELETE"), this))
+      m_remove(new QAction(textFor("IDS_DELETE"), this)),
+      m_import(new QAction(textFor("IDS_IMPORT_CARDS"), this))
 {
     m_save->setIcon(QIcon(QStringLiteral(":/res/act_save.png")));
     m_remove->setIcon(QIcon(QStringLiteral(":/res/act_remove.png")));
     connect(m_save, &QAction::triggered, this, &RecordsMainForm::saveToDatabase);
     connect(m_remove, &QAction::triggered, this, &RecordsMainForm::removeSelection);
-    m_proxy->setFilterRole(RecordRole::Search);
-    m_proxy->setSortRole(RecordRole::Sort);
-    m_proxy->setFilterCaseSensitivity(Qt::CaseInsensitive);
-    m_proxy->setSortLocaleAware(true);
-    m_proxy->setRecursiveFilteringEnabled(true);
+    m_import->setIcon(QIcon(QStringLiteral(":/res/act_import.png")));
+    m_import->setToolTip(textFor("IDS_IMPORT_CARDS_HINT"));
+    connect(m_import, &QAction::triggered, this, [this] { emit importRequested(m_source.folder); });
     buildWidgets();
     reload();
 }
@@ -94,6 +86,8 @@ void RecordsMainForm::buildWidgets()
     m_filter = m_header->addFilter(textFor(texts.filter));
     if (QAction *action = m_source.isLocal() ? removeAction() : saveAction())
         m_header->addAction(action);
+    if (takesCards())
+        m_header->addAction(m_import);
     m_header->addAction(exportAction());
     buildList();
     auto *splitter = new QSplitter;
@@ -114,7 +108,12 @@ void RecordsMainForm::buildWidgets()
         refresh();
     });
     connect(m_header, &ViewHeader::filterLeft, m_list, [this] { m_list->setFocus(); });
-    connect(m_states, &StateStack::actionRequested, this, &RecordsMainForm::reload);
+    connect(m_states, &StateStack::actionRequested, this, [this] {
+        if (m_records)
+            m_import->trigger();
+        else
+            reload();
+    });
 }
 
 void RecordsMainForm::buildList()
@@ -123,7 +122,9 @@ void RecordsMainForm::buildList()
     m_list->setObjectName(QStringLiteral("listRecords"));
     m_list->setAccessibleName(textFor(classTexts(m_class).title));
     m_list->setModel(m_proxy);
-    m_list->setRootIsDecorated(m_class == DataClass::Bookmarks);
+    m_list->setRootIsDecorated(m_class == DataClass::Bookmarks || m_class == DataClass::Calendar);
+    if (m_class == DataClass::Contacts)
+        m_list->setIconSize({pictureSide, pictureSide});
     m_list->setUniformRowHeights(true);
     m_list->setItemDelegate(new RoomyDelegate(m_list));
     m_list->setAllColumnsShowFocus(true);
@@ -147,12 +148,8 @@ QWidget *RecordsMainForm::buildDetail()
     m_detail->document()->setDocumentMargin(24);
     if (m_class != DataClass::Calendar)
         return m_detail;
-    m_month = new QCalendarWidget;
-    m_month->setObjectName(QStringLiteral("monthGrid"));
-    m_month->setAccessibleName(textFor("IDS_ACC_MONTH"));
-    m_month->setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
-    connect(m_month, &QCalendarWidget::clicked, this, &RecordsMainForm::showDay);
-    connect(m_month, &QCalendarWidget::activated, this, &RecordsMainForm::showDay);
+    m_month = new MonthGrid;
+    connect(m_month, &MonthGrid::dayPicked, this, &RecordsMainForm::showDay);
     auto *both = new QWidget;
     auto *layout = new QVBoxLayout(both);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -185,15 +182,19 @@ void RecordsMainForm::onLoaded(const LoadRecordsThread &worker)
     showRecords();
     const QString none = textFor(classTexts(m_class).empty);
     if (m_model->rowCount() == 0) {
-        m_states->showEmpty(none,
-                            textFor(m_source.isLocal() ? "IDS_EMPTY_LOCAL_HINT" : "IDS_EMPTY_BACKUP_HINT"));
+        if (takesCards())
+            m_states->showEmpty(none, textFor("IDS_EMPTY_LOCAL_CONTACTS_HINT"), m_import->text());
+        else
+            m_states->showEmpty(
+                none, textFor(m_source.isLocal() ? "IDS_EMPTY_LOCAL_HINT" : "IDS_EMPTY_BACKUP_HINT"));
         m_header->setCount({});
         showState(none);
         setStatus(none);
         return;
     }
     m_states->showContent();
-    m_list->setCurrentIndex(m_proxy->index(0, 0));
+    const QModelIndex first = m_proxy->index(0, 0);
+    m_list->setCurrentIndex(m_class == DataClass::Calendar ? m_proxy->index(0, 0, first) : first);
     refresh();
 }
 
@@ -230,40 +231,22 @@ void RecordsMainForm::showRecords()
     if (m_class == DataClass::Contacts)
         m_list->sortByColumn(0, Qt::AscendingOrder);
     else
-        m_list->sortByColumn(m_class == DataClass::Notes ? 1 : 2, Qt::DescendingOrder);
-    markDays();
-}
-
-void RecordsMainForm::markDays()
-{
-    if (!m_month)
-        return;
-    QTextCharFormat busy;
-    busy.setFontWeight(QFont::Bold);
-    busy.setFontUnderline(true);
-    m_month->setDateTextFormat(QDate(), QTextCharFormat());
-    QDate last;
-    for (const CalendarEvent &event : std::get<QList<CalendarEvent>>(*m_records)) {
-        const QDate day = dayOf(event);
-        m_month->setDateTextFormat(day, busy);
-        last = std::max(last, day);
-    }
-    if (last.isValid())
-        m_month->setSelectedDate(last);
+        m_list->sortByColumn(m_class == DataClass::Calls ? 2 : 1, Qt::DescendingOrder);
+    m_list->expandAll();
+    if (m_month)
+        m_month->setEvents(std::get<QList<CalendarEvent>>(*m_records));
 }
 
 // Selects the events of the day that was pointed at.
-void RecordsMainForm::showDay()
+void RecordsMainForm::showDay(const QDate &day)
 {
     if (!m_records)
         return;
     const auto &events = std::get<QList<CalendarEvent>>(*m_records);
     QItemSelection days;
-    for (int row = 0; row < m_proxy->rowCount(); ++row) {
-        const QModelIndex index = m_proxy->index(row, 0);
-        if (dayOf(events.at(index.data(RecordRole::Number).toInt())) == m_month->selectedDate())
+    for (const QModelIndex &index : m_proxy->records())
+        if (MonthGrid::dayOf(events.at(index.data(RecordRole::Number).toInt())) == day)
             days.select(index, index);
-    }
     if (days.isEmpty())
         return;
     m_list->selectionModel()->select(days, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
@@ -283,7 +266,7 @@ void RecordsMainForm::refresh()
     m_detail->setHtml(rows.isEmpty() ? QString() : rows.first().data(RecordRole::Detail).toString());
     const qsizetype shown = m_class == DataClass::Bookmarks
                                 ? countBookmarks(std::get<BookmarkTree>(*m_records))
-                                : m_proxy->rowCount();
+                                : m_proxy->recordCount();
     m_header->setCount(number(shown));
     setStatus(m_proxy->rowCount() == 0
                   ? textFor("IDS_NOTHING_MATCHES")
@@ -303,65 +286,40 @@ void RecordsMainForm::showState(const QString &why)
     const QString nothing = selected == 0 ? textFor("IDS_WHY_SELECT_RECORDS") : why;
     m_remove->setText(selected == 0 ? textFor("IDS_DELETE")
                                     : counted("IDS_DELETE_ONE_RECORD", "IDS_DELETE_%1_RECORDS", selected));
+    m_import->setEnabled(why.isEmpty() || m_records);
     m_remove->setEnabled(nothing.isEmpty());
     m_remove->setToolTip(nothing.isEmpty() ? m_remove->text() : nothing);
 }
 
 RecordSelection RecordsMainForm::selection() const
 {
-    if (m_class == DataClass::Bookmarks)
-        return std::shared_ptr<const BookmarkTree>(m_records, &std::get<BookmarkTree>(*m_records));
     QList<int> rows;
     for (const QModelIndex &row : selectedRows())
         rows.append(row.data(RecordRole::Number).toInt());
     std::sort(rows.begin(), rows.end());
-    const auto picked = [&rows](const auto &all) {
-        std::decay_t<decltype(all)> some;
-        for (const int row : std::as_const(rows))
-            some.append(all.at(row));
-        return rows.isEmpty() ? all : some;
+    const auto picked = [&](const auto &all) -> RecordSelection {
+        using List = std::decay_t<decltype(all)>;
+        if constexpr (std::is_same_v<List, BookmarkTree>) {
+            return std::shared_ptr<const BookmarkTree>(m_records, &all);
+        } else {
+            List some;
+            for (const int row : std::as_const(rows))
+                some.append(all.at(row));
+            return rows.isEmpty() ? all : some;
+        }
     };
-    switch (m_class) {
-    case DataClass::Contacts:
-        return picked(std::get<QList<ContactRecord>>(*m_records));
-    case DataClass::Calls:
-        return picked(std::get<QList<CallEntry>>(*m_records));
-    case DataClass::Notes:
-        return picked(std::get<QList<NoteEntry>>(*m_records));
-    default:
-        return picked(std::get<QList<CalendarEvent>>(*m_records));
-    }
+    return std::visit(picked, *m_records);
 }
 
 void RecordsMainForm::exportSelection()
 {
-    const QList<ClassFormat> &formats = classFormats(m_class);
-    const QString title = exportAction()->text();
-    if (!formats.first().ending) {
-        const QString folder = QFileDialog::getExistingDirectory(this, title, QDir::homePath());
-        if (!folder.isEmpty())
-            exportTo(QLatin1String(formats.first().name), folder);
-        return;
-    }
-    QStringList filters;
-    for (const ClassFormat &format : formats)
-        filters.append(textFor(format.label));
-    QString chosen = filters.first();
-    const QString proposed = QDir::home().filePath(dataClassName(m_class) + QLatin1Char('.') +
-                                                   QLatin1String(formats.first().ending));
-    QString path =
-        QFileDialog::getSaveFileName(this, title, proposed, filters.join(QStringLiteral(";;")), &chosen);
-    if (path.isEmpty())
-        return;
-    const ClassFormat &format = formats.at(std::max<qsizetype>(0, filters.indexOf(chosen)));
-    if (QFileInfo(path).suffix().isEmpty())
-        path += QLatin1Char('.') + QLatin1String(format.ending);
-    exportTo(QLatin1String(format.name), path);
+    if (const auto target = chooseExportTarget(m_class, exportAction()->text(), this))
+        exportTo(target->format, target->path);
 }
 
 bool RecordsMainForm::exportTo(const QString &format, const QString &target)
 {
-    auto worker = std::make_unique<ExportRecordsThread>(selection(), format, target);
+    std::unique_ptr<WorkerThread> worker = makeExportThread(selection(), format, target);
     return runJob(exportAction()->text(), worker, this, target);
 }
 
@@ -375,27 +333,43 @@ void RecordsMainForm::saveToDatabase()
 
 bool RecordsMainForm::saveInto(const QString &folder)
 {
-    auto worker = std::make_unique<SaveRecordsThread>(m_source, m_class, folder);
+    std::unique_ptr<WorkerThread> worker = makeBackupThread(m_class, m_source, folder);
     if (!runJob(textFor(classTexts(m_class).saveTitle), worker, this))
         return false;
     emit storeChanged(folder);
     return true;
 }
 
+bool RecordsMainForm::takesCards() const
+{
+    return m_class == DataClass::Contacts && m_source.isLocal();
+}
+
+// A folder takes what it holds with it, so bookmarks are all selected when the top level is.
+bool RecordsMainForm::isAllSelected() const
+{
+    const QModelIndexList rows = selectedRows();
+    if (!m_filter->text().isEmpty())
+        return false;
+    if (m_class != DataClass::Bookmarks)
+        return rows.size() == m_proxy->recordCount();
+    const auto isAtTop = [](const QModelIndex &row) { return !row.parent().isValid(); };
+    return std::count_if(rows.begin(), rows.end(), isAtTop) == m_proxy->rowCount();
+}
+
 void RecordsMainForm::removeSelection()
 {
+    const ClassTexts &texts = classTexts(m_class);
+    const bool all = isAllSelected();
     QStringList ids;
     for (const QModelIndex &row : selectedRows())
         ids.append(row.data(RecordRole::Identity).toString());
-    if (ids.isEmpty() || !askQuestion(textFor(classTexts(m_class).confirmRemove)))
+    if (ids.isEmpty() || !askQuestion(textFor(all ? texts.confirmRemoveAll : texts.confirmRemove)))
         return;
-    try {
-        removeRecords(m_class, m_source.folder, ids);
-    } catch (const Error &error) {
-        showErrorBox(error.sentence());
+    std::unique_ptr<WorkerThread> worker = std::make_unique<RemoveRecordsThread>(
+        m_class, m_source.folder, ids, all ? texts.removedAll : texts.removed);
+    if (!runJob(textFor("IDS_DELETING"), worker, this))
         return;
-    }
-    showInformationBox(textFor(classTexts(m_class).removed));
     emit storeChanged(m_source.folder);
     reload();
 }

@@ -10,10 +10,10 @@
 
 class BackgroundJob;
 class LoadRecordsThread;
+class MonthGrid;
 class QAbstractItemModel;
-class QCalendarWidget;
-class QSortFilterProxyModel;
 class QTreeView;
+class RecordFilter;
 class SafeTextBrowser;
 class StateStack;
 class ViewHeader;
@@ -43,6 +43,8 @@ public:
 signals:
     /// A local database has got new records, or lost some.
     void storeChanged(const QString &folder);
+    /// Contacts out of a file of vCards are wanted in the local database in `folder`.
+    void importRequested(const QString &folder);
 
 protected:
     void exportSelection() override;
@@ -53,15 +55,16 @@ private:
     RecordsPtr m_records;
     std::unique_ptr<BackgroundJob> m_job;
     std::unique_ptr<QAbstractItemModel> m_model;
-    QSortFilterProxyModel *m_proxy;
+    RecordFilter *m_proxy;
     ViewHeader *m_header = nullptr;
     QLineEdit *m_filter = nullptr;
     QTreeView *m_list = nullptr;
-    QCalendarWidget *m_month = nullptr; // of the calendar alone
+    MonthGrid *m_month = nullptr; // of the calendar alone
     SafeTextBrowser *m_detail = nullptr;
     StateStack *m_states = nullptr;
     QAction *m_save;
     QAction *m_remove;
+    QAction *m_import; // of the contacts of a local database
 
     void buildWidgets();
     void buildList();
@@ -69,12 +72,13 @@ private:
     void onLoaded(const LoadRecordsThread &worker);
     void onFailed(const QString &text);
     void showRecords();
-    void markDays();
-    void showDay();
+    void showDay(const QDate &day);
     void refresh();
     void showState(const QString &why);
     QModelIndexList selectedRows() const;
     RecordSelection selection() const;
+    bool takesCards() const;
+    bool isAllSelected() const;
     void saveToDatabase();
     void removeSelection();
 };

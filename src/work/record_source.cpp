@@ -1,6 +1,7 @@
 #include "work/record_source.h"
 
 #include "base/error.h"
+#include "personal/card_file.h"
 
 namespace {
 RecordsPtr readClass(PersonalSource &source, DataClass dataClass)
@@ -28,6 +29,10 @@ void withRecords(const RecordSource &source, Progress &progress,
 {
     if (source.isLocal()) {
         job(*openLocalRecords(source.folder));
+        return;
+    }
+    if (!source.cardFile.isEmpty()) {
+        job(*openCardFile(source.cardFile));
         return;
     }
     const BackupUse use(*source.backup, progress);

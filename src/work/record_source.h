@@ -8,13 +8,14 @@
 #include <memory>
 #include <variant>
 
-/// Where the records of a view come from: an open backup or a local database's folder, one of the two.
+/// Where records come from: an open backup, a local database's folder, or a file of vCards, one of the three.
 struct RecordSource
 {
     OpenBackupPtr backup;
     QString folder;
+    QString cardFile{};
 
-    bool isLocal() const { return !backup; }
+    bool isLocal() const { return !folder.isEmpty(); }
 };
 
 /// The records of one class.

@@ -36,7 +36,37 @@ QString SaveRecordsThread::work(Progress &progress)
     withRecords(m_source, progress, [&](PersonalSource &source) {
         result = saveRecords(m_dataClass, source, m_folder, progress);
     });
-    return saveText(m_dataClass, result);
+    return saveText(m_dataClass, result) + listedProblems("IDS_REMARKS_%1", result.problems);
+}
+
+std::unique_ptr<WorkerThread> makeBackupThread(DataClass dataClass, RecordSource source, QString folder)
+{
+    switch (dataClass) {
+    case DataClass::Contacts:
+        return std::make_unique<BackupContactsThread>(std::move(source), std::move(folder));
+    case DataClass::Calls:
+        return std::make_unique<BackupCallsThread>(std::move(source), std::move(folder));
+    case DataClass::Notes:
+        return std::make_unique<BackupNotesThread>(std::move(source), std::move(folder));
+    case DataClass::Calendar:
+        return std::make_unique<BackupCalendarThread>(std::move(source), std::move(folder));
+    case DataClass::Bookmarks:
+        return std::make_unique<BackupBookmarsThread>(std::move(source), std::move(folder));
+    default:
+        return nullptr;
+    }
+}
+
+RemoveRecordsThread::RemoveRecordsThread(DataClass dataClass, QString folder, QStringList ids,
+                                         const char *doneText)
+    : m_dataClass(dataClass), m_folder(std::move(folder)), m_ids(std::move(ids)), m_doneText(doneText)
+{
+}
+
+QString RemoveRecordsThread::work(Progress &progress)
+{
+    removeRecords(m_dataClass, m_folder, m_ids, progress);
+    return textFor(m_doneText);
 }
 
 ExportRecordsThread::ExportRecordsThread(RecordSelection selection, QString format, QString target)
@@ -49,4 +79,14 @@ QString ExportRecordsThread::work(Progress &progress)
     const SimpleExportSummary summary = exportRecords(m_selection, m_format, m_target, progress);
     return textFor(exportTextKey(m_selection)).arg(summary.written) +
            listedProblems("IDS_REMARKS_%1", summary.skipped + summary.remarks);
+}
+
+std::unique_ptr<WorkerThread> makeExportThread(RecordSelection selection, QString format, QString target)
+{
+    return std::visit(
+        [&](auto &selected) -> std::unique_ptr<WorkerThread> {
+            using Worker = ExportThread<std::decay_t<decltype(selected)>>;
+            return std::make_unique<Worker>(std::move(selected), std::move(format), std::move(target));
+        },
+        selection);
 }

@@ -24,7 +24,7 @@ private:
     RecordsPtr m_records;
 };
 
-/// Saves the records of one class into a local database.
+/// Saves the records of one class into a local database; a class of data has its own type below.
 class SaveRecordsThread : public WorkerThread
 {
     Q_OBJECT
@@ -41,7 +41,44 @@ private:
     QString m_folder;
 };
 
-/// Writes records to a file, or notes to a folder.
+template <DataClass Class>
+class BackupThread : public SaveRecordsThread
+{
+public:
+    BackupThread(RecordSource source, QString folder)
+        : SaveRecordsThread(std::move(source), Class, std::move(folder))
+    {
+    }
+};
+using BackupContactsThread = BackupThread<DataClass::Contacts>;
+using BackupCallsThread = BackupThread<DataClass::Calls>;
+using BackupNotesThread = BackupThread<DataClass::Notes>;
+using BackupCalendarThread = BackupThread<DataClass::Calendar>;
+using BackupBookmarsThread = BackupThread<DataClass::Bookmarks>;
+
+/// The worker that saves a class. Null for a class that is not kept as records.
+std::unique_ptr<WorkerThread> makeBackupThread(DataClass dataClass, RecordSource source, QString folder);
+
+/// Removes records of a local database by the identities that it shows them under, all or none.
+class RemoveRecordsThread : public WorkerThread
+{
+    Q_OBJECT
+
+public:
+    /// `doneText` is the key of the text for success.
+    RemoveRecordsThread(DataClass dataClass, QString folder, QStringList ids, const char *doneText);
+
+protected:
+    QString work(Progress &progress) override;
+
+private:
+    DataClass m_dataClass;
+    QString m_folder;
+    QStringList m_ids;
+    const char *m_doneText;
+};
+
+/// Writes records to a file, or notes to a folder; a class of data has its own type below.
 class ExportRecordsThread : public WorkerThread
 {
     Q_OBJECT
@@ -57,3 +94,21 @@ private:
     QString m_format;
     QString m_target;
 };
+
+template <typename Selected>
+class ExportThread : public ExportRecordsThread
+{
+public:
+    ExportThread(Selected selected, QString format, QString target)
+        : ExportRecordsThread(std::move(selected), std::move(format), std::move(target))
+    {
+    }
+};
+using ExportToFileThread = ExportThread<QList<ContactRecord>>;
+using ExportCallHistoryThread = ExportThread<QList<CallEntry>>;
+using ExportNotesThread = ExportThread<QList<NoteEntry>>;
+using ExportCalendarThread = ExportThread<QList<CalendarEvent>>;
+using ExportBookmarkThread = ExportThread<std::shared_ptr<const BookmarkTree>>;
+
+/// The worker that writes such a selection.
+std::unique_ptr<WorkerThread> makeExportThread(RecordSelection selection, QString format, QString target);

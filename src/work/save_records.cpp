@@ -43,73 +43,57 @@ void count(SaveResult &result, bool wasThere)
     ++(wasThere ? result.merged : result.added);
 }
 
-SaveResult saveContacts(PersonalSource &source, const QString &folder, Progress &progress)
+/// What a job says while it runs.
+struct RunningTexts
 {
-    const QList<ContactRecord> contacts = source.contacts();
-    LocalContactsDb store(folder);
+    const char *status; // key
+    const char *counter;
+};
+
+/// `save` puts one record into the store and tells whether it was there already.
+template <typename Store, typename Record, typename Save>
+SaveResult saveEach(const QList<Record> &records, const QString &folder, const RunningTexts &texts,
+                    Progress &progress, Save save)
+{
+    Store store(folder);
     store.open();
     StoreJob job(store);
-    const IOSContactCombineRule rule;
-    CountedProgress counted(progress, textFor("IDS_BACKUPING_CONTACTS"), QStringLiteral("Contacts:%1/%2"),
-                            contacts.size());
+    CountedProgress counted(progress, textFor(texts.status), QLatin1String(texts.counter), records.size());
     SaveResult result;
-    for (const ContactRecord &contact : contacts) {
+    for (const Record &record : records) {
         counted.item();
-        count(result, store.save(contact, rule).merged);
+        count(result, save(store, record));
     }
     job.commit();
     return result;
+}
+
+SaveResult saveContacts(PersonalSource &source, const QString &folder, Progress &progress)
+{
+    const IOSContactCombineRule rule;
+    return saveEach<LocalContactsDb>(
+        source.contacts(), folder, {"IDS_BACKUPING_CONTACTS", "Contacts:%1/%2"}, progress,
+        [&rule](auto &store, const auto &contact) { return store.save(contact, rule).merged; });
 }
 
 SaveResult saveCalls(PersonalSource &source, const QString &folder, Progress &progress)
 {
-    const QList<CallEntry> calls = source.calls();
-    LocalCallHistoryDb store(folder);
-    store.open();
-    StoreJob job(store);
-    CountedProgress counted(progress, textFor("IDS_BACKUPING_CALLS"), QStringLiteral("Calls:%1 / %2"),
-                            calls.size());
-    SaveResult result;
-    for (const CallEntry &call : calls) {
-        counted.item();
-        count(result, store.add(call).wasThere);
-    }
-    job.commit();
-    return result;
+    return saveEach<LocalCallHistoryDb>(
+        source.calls(), folder, {"IDS_BACKUPING_CALLS", "Calls:%1 / %2"}, progress,
+        [](auto &store, const auto &call) { return store.add(call).wasThere; });
 }
 
 SaveResult saveNotes(PersonalSource &source, const QString &folder, Progress &progress)
 {
-    const QList<NoteEntry> notes = source.notes();
-    LocalNotesDb store(folder);
-    store.open();
-    StoreJob job(store);
-    CountedProgress counted(progress, textFor("IDS_BACKUPING_NOTES"), QStringLiteral("Notes:%1 / %2"),
-                            notes.size());
-    SaveResult result;
-    for (const NoteEntry &note : notes) {
-        counted.item();
-        count(result, store.save(note));
-    }
-    job.commit();
-    return result;
+    return saveEach<LocalNotesDb>(source.notes(), folder, {"IDS_BACKUPING_NOTES", "Notes:%1 / %2"}, progress,
+                                  [](auto &store, const auto &note) { return store.save(note); });
 }
 
 SaveResult saveCalendar(PersonalSource &source, const QString &folder, Progress &progress)
 {
-    const QList<CalendarEvent> events = source.calendar();
-    LocalCalendarsDb store(folder);
-    store.open();
-    StoreJob job(store);
-    CountedProgress counted(progress, textFor("IDS_BACKUPING_CALENDAR_ITEMS"),
-                            QStringLiteral("Calendar event:%1 / %2"), events.size());
-    SaveResult result;
-    for (const CalendarEvent &event : events) {
-        counted.item();
-        count(result, store.save(event).wasThere);
-    }
-    job.commit();
-    return result;
+    return saveEach<LocalCalendarsDb>(
+        source.calendar(), folder, {"IDS_BACKUPING_CALENDAR_ITEMS", "Calendar event:%1 / %2"}, progress,
+        [](auto &store, const auto &event) { return store.save(event).wasThere; });
 }
 
 void saveBookmarkNode(LocalBookmarkDb &store, const BookmarkNode &node, qint64 parent,
@@ -140,8 +124,21 @@ SaveResult saveBookmarks(PersonalSource &source, const QString &folder, Progress
     return result;
 }
 
+/// The identity of a record of a store, as it is shown.
 template <typename Store>
-void removeAll(const QString &folder, const QStringList &ids)
+bool removeOne(Store &store, const QString &id)
+{
+    if constexpr (std::is_same_v<Store, LocalNotesDb>) {
+        return store.remove(id);
+    } else {
+        bool isNumber = false;
+        const qint64 number = id.toLongLong(&isNumber);
+        return isNumber && store.remove(number);
+    }
+}
+
+template <typename Store>
+void removeAll(const QString &folder, const QStringList &ids, Progress &progress)
 {
     Store store(folder);
     if (!store.openExisting())
@@ -149,23 +146,19 @@ void removeAll(const QString &folder, const QStringList &ids)
     StoreJob job(store);
     QStringList unique = ids;
     unique.removeDuplicates();
+    CountedProgress counted(progress, textFor("IDS_DELETING"), QStringLiteral("%1 / %2"), unique.size());
     for (const QString &id : std::as_const(unique)) {
-        bool removed = false;
-        if constexpr (std::is_same_v<Store, LocalNotesDb>) {
-            removed = store.remove(id);
-        } else {
-            bool isNumber = false;
-            const qint64 number = id.toLongLong(&isNumber);
-            removed = isNumber && store.remove(number);
-        }
-        if (!removed)
+        counted.item();
+        if (!removeOne(store, id))
             throw Error(QStringLiteral("there is no record \"%1\" in %2").arg(id, store.path()));
     }
+    // Once, and after all: a bookmark may be named together with the folder that holds it.
+    if constexpr (requires { store.removeLeftovers(); })
+        store.removeLeftovers();
     job.commit();
 }
-} // namespace
 
-SaveResult saveRecords(DataClass dataClass, PersonalSource &source, const QString &folder, Progress &progress)
+SaveResult saveClass(DataClass dataClass, PersonalSource &source, const QString &folder, Progress &progress)
 {
     switch (dataClass) {
     case DataClass::Contacts:
@@ -181,6 +174,14 @@ SaveResult saveRecords(DataClass dataClass, PersonalSource &source, const QStrin
     default:
         throw Error(QStringLiteral("%1 are not kept in local databases").arg(dataClassName(dataClass)));
     }
+}
+} // namespace
+
+SaveResult saveRecords(DataClass dataClass, PersonalSource &source, const QString &folder, Progress &progress)
+{
+    SaveResult result = saveClass(dataClass, source, folder, progress);
+    result.problems = source.problems(dataClass);
+    return result;
 }
 
 QString saveText(DataClass dataClass, const SaveResult &result)
@@ -203,19 +204,19 @@ QString saveText(DataClass dataClass, const SaveResult &result)
     }
 }
 
-void removeRecords(DataClass dataClass, const QString &folder, const QStringList &ids)
+void removeRecords(DataClass dataClass, const QString &folder, const QStringList &ids, Progress &progress)
 {
     switch (dataClass) {
     case DataClass::Contacts:
-        return removeAll<LocalContactsDb>(folder, ids);
+        return removeAll<LocalContactsDb>(folder, ids, progress);
     case DataClass::Calls:
-        return removeAll<LocalCallHistoryDb>(folder, ids);
+        return removeAll<LocalCallHistoryDb>(folder, ids, progress);
     case DataClass::Notes:
-        return removeAll<LocalNotesDb>(folder, ids);
+        return removeAll<LocalNotesDb>(folder, ids, progress);
     case DataClass::Calendar:
-        return removeAll<LocalCalendarsDb>(folder, ids);
+        return removeAll<LocalCalendarsDb>(folder, ids, progress);
     case DataClass::Bookmarks:
-        return removeAll<LocalBookmarkDb>(folder, ids);
+        return removeAll<LocalBookmarkDb>(folder, ids, progress);
     default:
         throw Error(QStringLiteral("%1 are not kept in local databases").arg(dataClassName(dataClass)));
     }

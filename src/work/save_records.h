@@ -13,8 +13,8 @@ struct SaveResult
 {
     qint64 handled = 0; // added + merged; folders of bookmarks do not count
     qint64 added = 0;
-    qint64 merged = 0;  // was there already, changed or not
-    QStringList failed; // "record: reason"
+    qint64 merged = 0;    // was there already, changed or not
+    QStringList problems; // what the source could not give, each named with its reason
 };
 
 /// Saves every record of a class of the source into the local database in `folder`, in one transaction: a
@@ -26,5 +26,5 @@ SaveResult saveRecords(DataClass dataClass, PersonalSource &source, const QStrin
 QString saveText(DataClass dataClass, const SaveResult &result);
 
 /// Removes records of a local database by the identities that it shows them under, all or none: an identity
-/// that is not there is an Error, and nothing is removed.
-void removeRecords(DataClass dataClass, const QString &folder, const QStringList &ids);
+/// that is not there is an Error, and nothing is removed. Throws Error and Cancelled.
+void removeRecords(DataClass dataClass, const QString &folder, const QStringList &ids, Progress &progress);

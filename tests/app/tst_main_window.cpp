@@ -8,6 +8,7 @@
 #include "views/load_itunes_backup_dlg.h"
 #include "views/message_export_dlg.h"
 #include "views/passcode_dlg.h"
+#include "views/records_main_form.h"
 #include "views/sms_main_form.h"
 
 #include <QAction>
@@ -61,6 +62,8 @@ private slots:
     void unlist();
     void sampleFromTheStartPage();
     void localDatabases();
+    void cardsComeIntoALocalDatabase();
+    void savingLeadsToTheLocalDatabase();
     void clearCachesSparesOpenBackups();
 
 private:
@@ -254,6 +257,57 @@ void TestMainWindow::localDatabases()
     QVERIFY(!QFile::exists(family));
     QVERIFY(done && done->text() == QStringLiteral("Successfully deleted local Database."));
     QCOMPARE(treeOf(window)->model()->rowCount(root), 0);
+}
+
+void TestMainWindow::cardsComeIntoALocalDatabase()
+{
+    QFile cards(m_home->filePath(QStringLiteral("cards.vcf")));
+    QVERIFY(cards.open(QIODevice::WriteOnly));
+    cards.write("BEGIN:VCARD\nVERSION:2.1\nFN:Ada\nEND:VCARD\nBEGIN:VCARD\nFN:Lost\n"
+                "BEGIN:VCARD\nFN:Grace\nEND:VCARD\n");
+    cards.close();
+    const QString folder = localDatabasesFolder().filePath(QStringLiteral("Friends"));
+    MainWindow window({});
+    window.show();
+    for (int run = 0; run < 2; ++run) {
+        const AnswerBox done;
+        QVERIFY(window.importCards(cards.fileName(), folder));
+        QVERIFY2(done.text().startsWith(
+                     run == 0 ? QStringLiteral("Successfully backup 2 contacts.")
+                              : QStringLiteral("Successfully backup 2 contacts with 2  merged.")),
+                 qPrintable(done.text()));
+        QVERIFY2(done.text().contains(QStringLiteral("card 2 (Lost): it has no end")),
+                 qPrintable(done.text()));
+    }
+    const QModelIndex shown = treeOf(window)->currentIndex();
+    QCOMPARE(shown.data().toString(), QStringLiteral("Contacts(2)"));
+    QCOMPARE(shown.parent().data().toString(), QStringLiteral("Friends"));
+    QTreeView *list = window.findChild<QTreeView *>(QStringLiteral("listRecords"));
+    QTRY_COMPARE(list->model()->rowCount(), 2);
+    const AnswerBox error;
+    QVERIFY(!window.importCards(m_home->path() + QStringLiteral("/nothing.vcf"), folder));
+    QVERIFY(error.text().contains(QStringLiteral("nothing.vcf")));
+}
+
+void TestMainWindow::savingLeadsToTheLocalDatabase()
+{
+    const SampleBackup sample;
+    MainWindow window({});
+    window.show();
+    QVERIFY(window.loadBackup(sample.folder()));
+    const QAbstractItemModel *model = treeOf(window)->model();
+    const QModelIndexList calls =
+        model->match(backupNode(window), Qt::DisplayRole, QStringLiteral("Call History("), 1,
+                     Qt::MatchStartsWith | Qt::MatchRecursive);
+    QCOMPARE(calls.size(), 1);
+    treeOf(window)->setCurrentIndex(calls.first());
+    auto *form = window.findChild<RecordsMainForm *>();
+    QTRY_VERIFY(form->saveAction()->isEnabled());
+    const AnswerBox done;
+    QVERIFY(form->saveInto(localDatabasesFolder().filePath(QStringLiteral("Family"))));
+    QCOMPARE(done.text(),
+             QStringLiteral("Successfully backup %1 Call History").arg(sample.summary().counts.calls));
+    QCOMPARE(treeOf(window)->currentIndex().data().toString(), QStringLiteral("Family"));
 }
 
 void TestMainWindow::clearCachesSparesOpenBackups()

@@ -181,7 +181,7 @@ void TestContactExports::roundTrip()
     address.data(1) = composeAddress(address);
     contact.rows[Kind::PostalAddress] = {address};
     const VCardContacts back = readVCards(VCardExport::exportContact(contact));
-    QVERIFY(back.skipped.isEmpty());
+    QVERIFY(back.problems.isEmpty());
     QCOMPARE(back.contacts.size(), 1);
     // A backslash before a character is an escape for every reader.
     contact.rows[Kind::Note].first().data(1) = QString::fromUtf8("two\nlines; \\ and , \xf0\x9f\x98\x80");
@@ -232,7 +232,9 @@ void TestContactExports::malformedCardsAreNamed()
         readVCards("rubbish\nBEGIN:VCARD\nFN:Ada\nBEGIN:VCARD\nFN:B\nno colon here\nEND:VCARD\n"
                    "BEGIN:VCARD\nPHOTO;ENCODING=b:!!!\nEND:VCARD\nBEGIN:VCARD\nFN:cut");
     QCOMPARE(cards.contacts.size(), 2);
-    QCOMPARE(cards.skipped, (QStringList{"card 1 (Ada): it has no end", "card 4 (cut): it has no end"}));
+    QCOMPARE(cards.problems, (QStringList{"card 1 (Ada): it has no end, and is left out",
+                                          "card 2 (B): 1 of its lines could not be read",
+                                          "card 4 (cut): it has no end, and is left out"}));
 }
 
 void TestContactExports::columnsByRank()

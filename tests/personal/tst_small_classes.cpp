@@ -215,6 +215,7 @@ void TestSmallClasses::localCalendar()
     QCOMPARE(db.readAll(), QList{event});
     QVERIFY(db.remove(first.id));
     QVERIFY(!db.remove(first.id));
+    db.removeLeftovers();
     Sqlite3DB raw;
     raw.openThrow(db.path());
     Sqlite3Cursor left = raw.queryThrow(
@@ -298,6 +299,9 @@ void TestSmallClasses::localBookmarks()
     QCOMPARE(outline(tree), QStringLiteral("http://b,Top(http://a,http://b)"));
     QVERIFY(db.remove(tree.front()->id));
     QVERIFY(!db.remove(tree.front()->id));
+    QVERIFY(db.remove(tree.back()->id));
+    db.removeLeftovers();
+    QCOMPARE(db.count(), 0); // what the folder held went with it
 }
 
 void TestSmallClasses::localCalls()

@@ -3,25 +3,36 @@
 #include "resources/resources.h"
 #include "support/modal.h"
 #include "support/sample_backup.h"
+#include "views/contact_card.h"
 #include "views/item_model_bookmarks.h"
 #include "views/item_model_records.h"
+#include "views/record_filter.h"
 #include "views/record_roles.h"
 #include "views/records_main_form.h"
 #include "views/safe_text_browser.h"
 
 #include <QAbstractItemModelTester>
 #include <QAction>
+#include <QBuffer>
 #include <QCalendarWidget>
 #include <QFile>
 #include <QLineEdit>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTextDocument>
 #include <QTreeView>
 
 namespace {
 QTreeView *listOf(const RecordsMainForm &form)
 {
     return form.findChild<QTreeView *>(QStringLiteral("listRecords"));
+}
+
+/// The first row that is a record: events stand below their calendars.
+QModelIndex firstRecord(const QAbstractItemModel *model)
+{
+    const QModelIndex first = model->index(0, 0);
+    return first.flags().testFlag(Qt::ItemIsSelectable) ? first : model->index(0, 0, first);
 }
 
 constexpr DataClass viewedClasses[] = {DataClass::Contacts, DataClass::Calls, DataClass::Notes,
@@ -40,6 +51,9 @@ private slots:
     void durations();
     void filterAndDetail();
     void monthSelectsDays();
+    void eventsStandBelowTheirCalendars();
+    void contactsShowEveryRow();
+    void longTextsAreCut();
     void exports();
     void emptySource();
     void saveShowAndDelete_data() { classRows(); }
@@ -79,7 +93,7 @@ void TestRecordsForm::models()
     QVERIFY(model->rowCount() > 1);
     for (int column = 0; column < model->columnCount(); ++column)
         QVERIFY(!model->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString().isEmpty());
-    QVERIFY(!model->index(0, 0).data(RecordRole::Detail).toString().isEmpty());
+    QVERIFY(!firstRecord(model.get()).data(RecordRole::Detail).toString().isEmpty());
 }
 
 void TestRecordsForm::durations()
@@ -115,13 +129,102 @@ void TestRecordsForm::monthSelectsDays()
     form.show();
     QTRY_VERIFY(listOf(form)->isVisible());
     auto *month = form.findChild<QCalendarWidget *>();
-    const auto records = listOf(form)->model();
-    const QModelIndex last = records->index(records->rowCount() - 1, 0);
-    const QDate day = last.sibling(last.row(), 2).data(RecordRole::Sort).toDateTime().toLocalTime().date();
+    const QModelIndex event = firstRecord(listOf(form)->model());
+    const QDate day = event.siblingAtColumn(1).data(RecordRole::Sort).toDateTime().toLocalTime().date();
     QVERIFY(month->dateTextFormat(day).fontWeight() == QFont::Bold);
-    month->setSelectedDate(day);
+    listOf(form)->clearSelection();
     emit month->clicked(day);
-    QVERIFY(listOf(form)->selectionModel()->isRowSelected(last.row(), {}));
+    QVERIFY(listOf(form)->selectionModel()->isSelected(event));
+}
+
+void TestRecordsForm::eventsStandBelowTheirCalendars()
+{
+    QList<CalendarEvent> events;
+    for (const char *name : {"Work/early", "home/b", "Work/late", "home/a", "Work/all day"}) {
+        CalendarEvent event;
+        event.calendar = QString::fromLatin1(name).section(QLatin1Char('/'), 0, 0);
+        event.summary = QString::fromLatin1(name).section(QLatin1Char('/'), 1);
+        event.start_date = QDateTime::fromSecsSinceEpoch(1767225600 + 86400 * events.size(), Qt::UTC);
+        event.all_day = event.summary == QLatin1String("all day");
+        events.append(event);
+    }
+    ItemModelRecords model(makeRecordTable(DataClass::Calendar, std::make_shared<const Records>(events)));
+    const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    RecordFilter filter;
+    filter.setSourceModel(&model);
+    const auto outline = [&filter] {
+        QStringList lines;
+        for (int row = 0; row < filter.rowCount(); ++row) {
+            const QModelIndex group = filter.index(row, 0);
+            lines.append(group.data().toString());
+            for (int below = 0; below < filter.rowCount(group); ++below)
+                lines.append(filter.index(below, 0, group).data().toString());
+        }
+        return lines.join(QLatin1Char('|'));
+    };
+    filter.sort(0);
+    QCOMPARE(outline(), QStringLiteral("home (2)|a|b|Work (3)|all day|early|late"));
+    filter.sort(1, Qt::DescendingOrder);
+    QCOMPARE(outline(), QStringLiteral("home (2)|a|b|Work (3)|all day|late|early"));
+    QCOMPARE(filter.records().size(), 5);
+    QCOMPARE(filter.recordCount(), 5);
+    const QModelIndex allDay = filter.index(0, 0, filter.index(1, 0));
+    QCOMPARE(allDay.siblingAtColumn(2).data().toString(), QStringLiteral("All day"));
+    QVERIFY(allDay.data(RecordRole::Detail).toString().contains(QStringLiteral("All day")));
+    filter.setFilterFixedString(QStringLiteral("LATE"));
+    QCOMPARE(outline(), QStringLiteral("Work (3)|late"));
+}
+
+void TestRecordsForm::contactsShowEveryRow()
+{
+    ContactRecord contact;
+    const auto add = [&contact](ContactDataKind kind, const char *value, int type, const char *label) {
+        ContactDataRow row;
+        row.data(1) = QString::fromUtf8(value);
+        row.data(2) = QString::number(type);
+        row.data(3) = QString::fromUtf8(label);
+        contact.rows[kind].append(row);
+    };
+    add(ContactDataKind::Phone, "+49 (171) 392-00 123", 2, "");
+    add(ContactDataKind::Phone, "22000", 0, "B<oa>t");
+    add(ContactDataKind::Email, "a@b.c", 1, "");
+    QImage red(200, 100, QImage::Format_RGB32);
+    red.fill(Qt::red);
+    ContactDataRow photo;
+    QBuffer buffer(&photo.data15);
+    QVERIFY(red.save(&buffer, "JPEG"));
+    contact.rows[ContactDataKind::Photo] = {photo};
+    ContactRecord forged = contact;
+    forged.rows[ContactDataKind::Photo].first().data15 = QByteArray(30'000'000, '\xff');
+
+    QTextDocument card;
+    card.setHtml(contactCard(contact));
+    const QString text = card.toPlainText();
+    for (const char *shown : {"Mobile", "+49 (171) 392-00 123", "B<oa>t", "22000", "Home", "a@b.c"})
+        QVERIFY2(text.contains(QLatin1String(shown)), shown);
+    const ItemModelRecords model(makeRecordTable(
+        DataClass::Contacts, std::make_shared<const Records>(QList<ContactRecord>{contact, forged})));
+    const auto pictureOf = [&model](int row) {
+        return model.index(row, 0).data(Qt::DecorationRole).value<QPixmap>().toImage();
+    };
+    const QImage picture = pictureOf(0);
+    QVERIFY(picture.width() == picture.height() && picture.pixelColor(picture.rect().center()).red() > 200);
+    QVERIFY(!pictureOf(1).isNull() && pictureOf(1) != picture);
+    QCOMPARE(model.index(0, 0).data().toString(), QStringLiteral("+49 (171) 392-00 123")); // it has no name
+}
+
+void TestRecordsForm::longTextsAreCut()
+{
+    NoteEntry note;
+    note.title = QString(10'000, QLatin1Char('t'));
+    note.content = QStringLiteral("<p>%1</p>").arg(QString(20'000, QLatin1Char('x'))).repeated(1000);
+    const ItemModelRecords model(
+        makeRecordTable(DataClass::Notes, std::make_shared<const Records>(QList<NoteEntry>{note})));
+    const QModelIndex index = model.index(0, 0);
+    QVERIFY(index.data().toString().size() <= 1000);
+    QVERIFY(index.data(RecordRole::Detail).toString().size() < 1'000'000);
+    QVERIFY(index.data(RecordRole::Detail).toString().contains(QStringLiteral("Only its beginning")));
+    QVERIFY(!index.data(RecordRole::Search).toString().contains(QStringLiteral("<p>")));
 }
 
 void TestRecordsForm::exports()
@@ -174,7 +277,7 @@ void TestRecordsForm::saveShowAndDelete()
     local.show();
     QTRY_VERIFY(listOf(local)->isVisible());
     listOf(local)->selectionModel()->clear();
-    listOf(local)->setCurrentIndex(listOf(local)->model()->index(0, 0));
+    listOf(local)->setCurrentIndex(firstRecord(listOf(local)->model()));
     QVERIFY(local.removeAction()->isEnabled());
     {
         const AnswerBox no(QMessageBox::No);
@@ -195,6 +298,15 @@ void TestRecordsForm::saveShowAndDelete()
     local.removeAction()->trigger();
     QCOMPARE(boxes.size(), 2);
     QVERIFY(openLocalRecords(folder)->count(dataClass) < saved);
+
+    QTRY_VERIFY(listOf(local)->isVisible());
+    listOf(local)->selectAll();
+    boxes.clear();
+    local.removeAction()->trigger();
+    QCOMPARE(boxes.size(), 2);
+    QVERIFY2(boxes.first().startsWith(QStringLiteral("Confirm to delete all ")), qPrintable(boxes.first()));
+    QVERIFY2(boxes.last().startsWith(QStringLiteral("Successfully deleted all ")), qPrintable(boxes.last()));
+    QCOMPARE(openLocalRecords(folder)->count(dataClass), 0);
 }
 
 void TestRecordsForm::richTextFetchesNothing()

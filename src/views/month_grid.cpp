@@ -1,0 +1,38 @@
+#include "views/month_grid.h"
+
+#include "base/texts.h"
+
+#include <QTextCharFormat>
+
+MonthGrid::MonthGrid(QWidget *parent) : QCalendarWidget(parent)
+{
+    setObjectName(QStringLiteral("monthGrid"));
+    setAccessibleName(textFor("IDS_ACC_MONTH"));
+    setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
+    connect(this, &QCalendarWidget::clicked, this, &MonthGrid::dayPicked);
+    connect(this, &QCalendarWidget::activated, this, &MonthGrid::dayPicked);
+}
+
+QDate MonthGrid::dayOf(const CalendarEvent &event)
+{
+    const bool asStored = isDayAsStored(event);
+    return (asStored ? event.start_date.toUTC() : event.start_date.toLocalTime()).date();
+}
+
+void MonthGrid::setEvents(const QList<CalendarEvent> &events)
+{
+    QTextCharFormat busy;
+    busy.setFontWeight(QFont::Bold);
+    busy.setFontUnderline(true);
+    setDateTextFormat(QDate(), QTextCharFormat());
+    QSet<QDate> days;
+    for (const CalendarEvent &event : events)
+        days.insert(dayOf(event));
+    QDate last;
+    for (const QDate &day : std::as_const(days)) {
+        setDateTextFormat(day, busy);
+        last = std::max(last, day);
+    }
+    if (last.isValid())
+        setSelectedDate(last);
+}

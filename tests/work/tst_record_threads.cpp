@@ -1,0 +1,250 @@
+#include "base/error.h"
+#include "base/texts.h"
+#include "recording_receiver.h"
+#include "resources/resources.h"
+#include "support/sample_backup.h"
+#include "work/record_threads.h"
+#include "work/save_records.h"
+
+#include <QTest>
+
+namespace {
+/// Keeps every report.
+class Reports : public NoProgress
+{
+public:
+    void report(const QString &status, int, const QString &detail) override
+    {
+        statuses.insert(status);
+        details.append(detail);
+    }
+
+    QSet<QString> statuses;
+    QStringList details;
+};
+
+/// Asks to stop once that many records are worked on.
+class StopAfter : public NoProgress
+{
+public:
+    explicit StopAfter(int items) : m_left(items) {}
+    bool isCancelled() const override { return --m_left < 0; }
+
+private:
+    mutable int m_left;
+};
+
+QString endOf(WorkerThread &worker)
+{
+    RecordingReceiver receiver;
+    ProgressLink link;
+    link.receiver = &receiver;
+    worker.setLink(link);
+    worker.start();
+    [&receiver] { QTRY_VERIFY(receiver.ended()); }();
+    worker.wait();
+    return receiver.lines.constLast();
+}
+
+constexpr DataClass savedClasses[] = {DataClass::Contacts, DataClass::Calls, DataClass::Notes,
+                                      DataClass::Calendar, DataClass::Bookmarks};
+} // namespace
+
+/// The workers of contacts, calls, notes, calendar and bookmarks.
+class TestRecordThreads : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void savingTells_data();
+    void savingTells();
+    void exportingTells_data();
+    void exportingTells();
+    void stopLeavesTheStore_data();
+    void stopLeavesTheStore();
+    void removingIsAllOrNothing();
+    void foldersAndTheirBookmarksGoTogether();
+    void remotePicturesAreTold();
+
+private:
+    std::unique_ptr<SampleBackup> m_sample;
+    RecordSource source() const { return {m_sample->opened(), {}}; }
+};
+
+void TestRecordThreads::initTestCase()
+{
+    initResources();
+    installTexts();
+    m_sample = std::make_unique<SampleBackup>();
+}
+
+void TestRecordThreads::savingTells_data()
+{
+    QTest::addColumn<DataClass>("dataClass");
+    QTest::addColumn<QString>("status");
+    QTest::addColumn<QString>("counter"); // its beginning
+    QTest::addColumn<QString>("success"); // %1: the number
+    QTest::newRow("contacts") << DataClass::Contacts << "Backing up contacts now. Please wait..."
+                              << "Contacts:1/"
+                              << "Successfully backup %1 contacts with 1  merged.";
+    QTest::newRow("calls") << DataClass::Calls << "Backing up Call History now. Please wait..."
+                           << "Calls:1 / "
+                           << "Successfully backup %1 Call History";
+    QTest::newRow("notes") << DataClass::Notes << "Backing up Notes. Please wait..."
+                           << "Notes:1 / "
+                           << "Successfully backup %1 notes.";
+    QTest::newRow("calendar") << DataClass::Calendar << "Backing up Calendar events now. Please wait..."
+                              << "Calendar event:1 / "
+                              << "Successfully backup %1 Calendar events.";
+    QTest::newRow("bookmarks") << DataClass::Bookmarks << "Backing up Bookmarks now. Please wait..."
+                               << "Bookmarks:1 / "
+                               << "Successfully backup %1 Bookmarks";
+}
+
+void TestRecordThreads::savingTells()
+{
+    QFETCH(DataClass, dataClass);
+    QFETCH(QString, status);
+    QFETCH(QString, counter);
+    QFETCH(QString, success);
+    Reports reports;
+    QTemporaryDir folder;
+    SaveResult result;
+    withRecords(source(), reports, [&](PersonalSource &records) {
+        result = saveRecords(dataClass, records, folder.filePath(QStringLiteral("a")), reports);
+    });
+    QVERIFY(result.handled > 1);
+    QCOMPARE(result.added + result.merged, result.handled);
+    QCOMPARE(reports.statuses, QSet<QString>{status});
+    QVERIFY2(reports.details.first().startsWith(counter), qPrintable(reports.details.first()));
+    const auto worker = makeBackupThread(dataClass, source(), folder.filePath(QStringLiteral("b")));
+    QCOMPARE(endOf(*worker), QStringLiteral("done: ") + success.arg(result.handled));
+}
+
+void TestRecordThreads::exportingTells_data()
+{
+    QTest::addColumn<DataClass>("dataClass");
+    QTest::addColumn<QString>("format");
+    QTest::addColumn<QString>("status");
+    QTest::addColumn<QString>("counter");
+    QTest::addColumn<QString>("success");
+    QTest::newRow("contacts") << DataClass::Contacts << "vcard"
+                              << "Extracting Contacts now. Please wait..."
+                              << "Contacts:1/"
+                              << "Successfully extracted %1 Contacts.";
+    QTest::newRow("calls") << DataClass::Calls << "csv"
+                           << ""
+                           << "1 / "
+                           << "Successfully extracted %1 Call history.";
+    QTest::newRow("notes") << DataClass::Notes << "html"
+                           << "Extracting Notes now. Please wait..."
+                           << "Notes:1 / "
+                           << "Successfully extracted %1 Notes.";
+    QTest::newRow("calendar") << DataClass::Calendar << "ical"
+                              << "Extracting Calendar events now. Please wait..."
+                              << "1 / "
+                              << "Successfully extracted %1 Calendar events.";
+    QTest::newRow("bookmarks") << DataClass::Bookmarks << "html"
+                               << "Extracting Bookmarks now. Please wait..."
+                               << "1 / "
+                               << "Successfully extracted %1 Bookmarks.";
+}
+
+void TestRecordThreads::exportingTells()
+{
+    QFETCH(DataClass, dataClass);
+    QFETCH(QString, format);
+    QFETCH(QString, status);
+    QFETCH(QString, counter);
+    QFETCH(QString, success);
+    Reports reports;
+    const RecordsPtr records = readRecords(source(), dataClass, reports);
+    const RecordSelection all = std::visit(
+        [&records](const auto &list) -> RecordSelection {
+            if constexpr (std::is_same_v<std::decay_t<decltype(list)>, BookmarkTree>)
+                return std::shared_ptr<const BookmarkTree>(records, &list);
+            else
+                return list;
+        },
+        *records);
+    reports = {};
+    QTemporaryDir folder;
+    const qint64 written = exportRecords(all, format, folder.filePath(QStringLiteral("a")), reports).written;
+    QVERIFY(written > 1);
+    QCOMPARE(reports.statuses, QSet<QString>{status});
+    QVERIFY2(reports.details.first().startsWith(counter), qPrintable(reports.details.first()));
+    const auto worker = makeExportThread(all, format, folder.filePath(QStringLiteral("b")));
+    QCOMPARE(endOf(*worker), QStringLiteral("done: ") + success.arg(written));
+}
+
+void TestRecordThreads::stopLeavesTheStore_data()
+{
+    QTest::addColumn<DataClass>("dataClass");
+    for (const DataClass dataClass : savedClasses)
+        QTest::newRow(qPrintable(dataClassName(dataClass))) << dataClass;
+}
+
+void TestRecordThreads::stopLeavesTheStore()
+{
+    QFETCH(DataClass, dataClass);
+    QTemporaryDir folder;
+    const OpenBackupPtr backup = m_sample->opened();
+    StopAfter stop(3);
+    QVERIFY_EXCEPTION_THROWN(
+        saveRecords(dataClass, *openDeviceRecords(backup->manifest(), QString()), folder.path(), stop),
+        Cancelled);
+    QCOMPARE(openLocalRecords(folder.path())->count(dataClass), 0);
+}
+
+void TestRecordThreads::removingIsAllOrNothing()
+{
+    QTemporaryDir folder;
+    NoProgress nobody;
+    withRecords(source(), nobody, [&](PersonalSource &records) {
+        saveRecords(DataClass::Calls, records, folder.path(), nobody);
+    });
+    const qint64 saved = openLocalRecords(folder.path())->count(DataClass::Calls);
+    const auto remove = [&](const QStringList &ids) {
+        RemoveRecordsThread worker(DataClass::Calls, folder.path(), ids, "IDS_SUC_DEL_CALLS");
+        return endOf(worker);
+    };
+    for (const QString &wrong : {QStringLiteral("99999"), QStringLiteral("1x"), QString()}) {
+        QVERIFY(remove({QStringLiteral("1"), wrong}).startsWith(QStringLiteral("error: there is no record")));
+        QCOMPARE(openLocalRecords(folder.path())->count(DataClass::Calls), saved);
+    }
+    QCOMPARE(remove({QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("1")}),
+             QStringLiteral("done: Successfully deleted Call History."));
+    QCOMPARE(openLocalRecords(folder.path())->count(DataClass::Calls), saved - 2);
+}
+
+void TestRecordThreads::foldersAndTheirBookmarksGoTogether()
+{
+    QTemporaryDir folder;
+    NoProgress nobody;
+    withRecords(source(), nobody, [&](PersonalSource &records) {
+        saveRecords(DataClass::Bookmarks, records, folder.path(), nobody);
+    });
+    QStringList ids;
+    const auto collect = [&ids](const BookmarkTree &tree, const auto &self) -> void {
+        for (const auto &node : tree) {
+            ids.append(QString::number(node->id));
+            self(node->children, self);
+        }
+    };
+    collect(openLocalRecords(folder.path())->bookmarks(), collect);
+    removeRecords(DataClass::Bookmarks, folder.path(), ids, nobody);
+    QVERIFY(openLocalRecords(folder.path())->bookmarks().empty());
+}
+
+void TestRecordThreads::remotePicturesAreTold()
+{
+    NoteEntry note;
+    note.content = QStringLiteral("<img src=\"https://example.org/a.png\">");
+    QTemporaryDir folder;
+    ExportNotesThread worker({note}, QStringLiteral("html"), folder.path());
+    QVERIFY(endOf(worker).contains(QStringLiteral("refers to pictures on a server")));
+}
+
+QTEST_MAIN(TestRecordThreads)
+#include "tst_record_threads.moc"
