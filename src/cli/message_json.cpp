@@ -2,6 +2,7 @@
 
 #include "base/apple_time.h"
 #include "cli/json_writer.h"
+#include "messages/attachment_content.h"
 
 namespace {
 void appleInstant(JsonWriter &json, const char *name, int appleSeconds)
@@ -48,7 +49,7 @@ void writeAttachments(JsonWriter &json, const _MsgMessage &message, const FileSo
         json.field("mime_type", attachment->mime_type);
         json.field("total_bytes", attachment->total_bytes);
         json.key("present");
-        json.boolean(!attachment->source.isNull() && source.hasContent(attachment->source));
+        json.boolean(hasContent(*attachment, &source));
         json.endObject();
     }
     json.endArray();
@@ -80,8 +81,8 @@ void appendMessageLine(QByteArray &to, const MessageRef &ref, const FileSource &
     json.beginObject();
     json.field("rowid", message.rowid);
     json.field("guid", message.guid);
-    json.field("chat", ref.chat->rowid);
-    json.field("chat_name", chatName(*ref.chat, Addresses::With));
+    json.field("chat", ref.chat ? ref.chat->rowid : 0);
+    json.field("chat_name", ref.chat ? chatName(*ref.chat, Addresses::With) : conversationTitle(ref));
     json.field("title", conversationTitle(ref));
     textOrNull(json, "sender", message.handle != nullptr ? message.handle->id : QString());
     json.field("text", message.text);

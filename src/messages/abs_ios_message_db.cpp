@@ -3,6 +3,7 @@
 #include "messages/device_database.h"
 #include "messages/device_path.h"
 #include "messages/stored_attachments.h"
+#include "messages/typed_stream.h"
 #include "personal/country_lib_db.h"
 #include "personal/ios_contacts_mem_db.h"
 
@@ -125,6 +126,15 @@ void AbsIOSMessageDb::nameHandle(_MsgHandle &handle, const IOSContactsMemDb *con
         return;
     handle._ct_name = contact->name;
     handle._photo = contact->photo;
+}
+
+void AbsIOSMessageDb::takeTextOfBody(_MsgMessage &message)
+{
+    if (!message.text.isEmpty() || message.attributedBody.isEmpty())
+        return;
+    const std::optional<QString> text = typedStreamText(message.attributedBody);
+    message.text = text.value_or(QString());
+    m_unreadableTexts += text ? 0 : 1;
 }
 
 void AbsIOSMessageDb::placeAttachment(_MsgAttachment &attachment) const

@@ -79,6 +79,8 @@ protected:
     /// Normalises the address and gives it its name; `contacts` may be null.
     void nameHandle(_MsgHandle &handle, const IOSContactsMemDb *contacts) const;
     QString normalised(const QString &address, const QString &country) const;
+    /// Gives a message without text the one of its attributed body.
+    void takeTextOfBody(_MsgMessage &message);
     /// Says where the file of an attachment is that was just read.
     virtual void placeAttachment(_MsgAttachment &attachment) const;
 

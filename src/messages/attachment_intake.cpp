@@ -2,6 +2,7 @@
 
 #include "base/contained_path.h"
 #include "base/error.h"
+#include "messages/attachment_content.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -81,16 +82,16 @@ void AttachmentIntake::take(const _MsgAttachment &attachment, const QString &gui
     const auto leaveOut = [&](const QString &reason) {
         m_missing.append(QStringLiteral("%1: %2").arg(attachment.displayName(), reason));
     };
-    if (!m_source || attachment.source.isNull() || !m_source->hasContent(attachment.source))
+    if (!hasContent(attachment, m_source))
         return leaveOut(QStringLiteral("its file is not in the source."));
-    if (m_source->isLocked(attachment.source))
+    if (isLocked(attachment, m_source))
         return leaveOut(QStringLiteral("its file is of a class that the password does not unlock."));
     const std::optional<QString> destination = containedPath(m_store.folder(), place.relativePath);
     if (!destination || !staysBelow(m_store.folder(), *destination))
         return leaveOut(QStringLiteral("its file has no place in %1.").arg(m_store.folder()));
     note(guid, place);
     try {
-        m_source->fetchTo(attachment.source, *destination);
+        fetchContent(attachment, m_source, *destination);
         ++m_copied;
     } catch (const Error &error) {
         if (isDiskFull(m_store.folder(), attachment.total_bytes))

@@ -1,7 +1,6 @@
 #include "messages/ios6_message_db.h"
 
 #include "messages/message_columns.h"
-#include "messages/typed_stream.h"
 #include "personal/ios_contacts_mem_db.h"
 
 #include <QScopeGuard>
@@ -166,11 +165,7 @@ void IOS6MessageDb::readMessages(qint64 chatId, Progress &progress)
 void IOS6MessageDb::completeMessage(_MsgMessage &message)
 {
     message.sourceRowid = message.rowid;
-    if (message.text.isEmpty() && !message.attributedBody.isEmpty()) {
-        const std::optional<QString> text = typedStreamText(message.attributedBody);
-        message.text = text.value_or(QString());
-        m_unreadableTexts += text ? 0 : 1;
-    }
+    takeTextOfBody(message);
     message.handle = handle(message.handle_id);
     if (message.handle && message.country.isEmpty())
         message.country = message.handle->country;

@@ -1,8 +1,7 @@
 #include "messages/message_import.h"
 
+#include "messages/derived_identity.h"
 #include "messages/logic_hash.h"
-
-#include <QUuid>
 
 #include <algorithm>
 
@@ -17,12 +16,6 @@ const _MsgChat &unknownChat()
         return unknown;
     }();
     return chat;
-}
-
-// The same text always gives the same GUID.
-QString guidFrom(const QString &text)
-{
-    return QUuid::createUuidV5(QUuid(), text.toUtf8()).toString(QUuid::WithoutBraces).toUpper();
 }
 
 // Tables refuse records without a GUID, and messages must not be lost for that.

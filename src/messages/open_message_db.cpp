@@ -2,6 +2,7 @@
 
 #include "base/error.h"
 #include "messages/device_database.h"
+#include "messages/ios5_message_db.h"
 #include "messages/ios6_message_db.h"
 
 namespace {
@@ -33,15 +34,13 @@ std::unique_ptr<AbsMessageDb> openMessageDbFile(const QString &path, FileSource 
                                            QStringLiteral("chat_handle_join"), QStringLiteral("message"),
                                            QStringLiteral("chat_message_join")};
     const QSet<QString> tables = tableNames(path);
-    if (tables.contains(newerTables)) {
-        auto db = std::make_unique<IOS6MessageDb>(path, source, ContactNames::FromAddressBook);
-        useCountries(*db);
-        return db;
-    }
     if (!tables.contains(QStringLiteral("message")))
         throw Error(QStringLiteral("%1 is no message database: it has no table \"message\".").arg(path));
-    throw Error(
-        QStringLiteral("The message database %1 was written by iOS 5 or earlier. Databases of that kind "
-                       "cannot be read yet.")
-            .arg(path));
+    std::unique_ptr<AbsIOSMessageDb> db;
+    if (tables.contains(newerTables))
+        db = std::make_unique<IOS6MessageDb>(path, source, ContactNames::FromAddressBook);
+    else
+        db = std::make_unique<IOS5MessageDb>(path, source);
+    useCountries(*db);
+    return db;
 }
