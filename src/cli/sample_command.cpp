@@ -19,6 +19,7 @@ struct SampleArguments
     const CLI::Option *messages;
     const CLI::Option *files;
     const CLI::Option *seed;
+    const CLI::Option *macos;
 };
 
 SampleOptions::Layout layoutOf(const QString &name)
@@ -75,13 +76,16 @@ void addSampleCommand(CLI::App &app, Job &job)
         .messages = addValue(command, "--messages", "how many messages"),
         .files = addValue(command, "--files", "how many files besides those with data"),
         .seed = addValue(command, "--seed", "equal seeds give equal backups"),
+        // For whoever tests the program: it writes no backup.
+        .macos = addSwitch(command, "--macos", "write the Messages folder of a Mac instead")->group(""),
     };
     command.callback([&job, arguments] {
         job.needsPictures = true;
-        job.run = [options = optionsOf(arguments)](CommandContext &) {
+        const bool isForMac = isGiven(arguments.macos);
+        job.run = [options = optionsOf(arguments), isForMac](CommandContext &) {
             // What a stop leaves behind is no backup: its Manifest.plist would have come last.
             endAtOnceOnStop();
-            makeSample(options);
+            isForMac ? makeMacMessages(options) : makeSample(options);
             return ExitStatus::Done;
         };
     });

@@ -82,16 +82,17 @@ QByteArray contentOf(const AttachmentCase &example, SeededGenerator &chance)
     return {};
 }
 
+} // namespace
+
 /// The folder of one attachment, below the folder of all.
-QString ownFolder(const QByteArray &guid)
+QString MessageContent::ownFolder(const QByteArray &guid) const
 {
-    return QStringLiteral("Library/SMS/Attachments/%1/%2/%3")
+    return QStringLiteral("Library/%1/Attachments/%2/%3/%4")
+        .arg(QLatin1String(m_keeper == Keeper::Mac ? "Messages" : "SMS"))
         .arg(QString::fromLatin1(guid.left(2).toLower()))
         .arg(guid.back() % 16, 2, 10, QLatin1Char('0'))
         .arg(QString::fromLatin1(guid));
 }
-
-} // namespace
 
 MessageRow MessageContent::messageWithFiles(std::size_t conversation, const QByteArray &text,
                                             const QByteArrayList &guids)
@@ -165,7 +166,8 @@ void MessageContent::addAttachmentCase(std::size_t index)
     case Where::Media:
         break;
     case Where::MediaAbsolute:
-        attachment.filename = QStringLiteral("/var/mobile/") + path;
+        attachment.filename =
+            QLatin1String(m_keeper == Keeper::Mac ? "/Users/jordis/" : "/var/mobile/") + path;
         break;
     case Where::Home:
         file.domain = QStringLiteral("HomeDomain");

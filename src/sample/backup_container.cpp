@@ -42,6 +42,15 @@ void copyContent(QIODevice &from, QIODevice &to)
 
 } // namespace
 
+void prepareFolder(const QString &folder)
+{
+    const QDir dir(folder);
+    if (dir.exists() && !dir.isEmpty(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot))
+        throw Error(QStringLiteral("%1 is not empty.").arg(folder));
+    if (!dir.mkpath(QStringLiteral(".")))
+        throw Error(QStringLiteral("can not create %1.").arg(folder));
+}
+
 void writeFile(const QString &path, const QByteArray &content)
 {
     QFile file(path);

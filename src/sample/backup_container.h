@@ -67,6 +67,9 @@ private:
     int m_rows = 0;
 };
 
+/// Makes a folder that a sample is to fill. Throws Error when it cannot or when the folder holds something.
+void prepareFolder(const QString &folder);
+
 /// Writes a small file beside no other protection than the sample's own: plists and the like. Throws Error.
 void writeFile(const QString &path, const QByteArray &content);
 

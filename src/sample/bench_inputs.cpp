@@ -3,6 +3,7 @@
 #include "base/error.h"
 #include "sample/manifest_writer.h"
 #include "sample/message_content.h"
+#include "sample/old_message_content.h"
 
 #include <QFile>
 
@@ -77,6 +78,14 @@ void makeCatalogueOnly(const QString &path, int rows, quint64 seed)
 SampleCounts makeMessageDatabase(const QString &path, int ios, int messages, int chats, quint64 seed)
 {
     refuseExisting(path);
+    if (ios < 6) {
+        OldMessageDatabase database(path, generationFor(ios));
+        OldMessageContent content(database, generationFor(ios), SeededGenerator(seed).fork("messages"));
+        content.addShowcase();
+        content.addBulk(messages, chats);
+        database.finish();
+        return content.counts();
+    }
     MessageDatabase database(path, generationFor(ios), seed);
     MessageContent content(database, SeededGenerator(seed).fork("messages"));
     content.addShowcase();

@@ -43,11 +43,11 @@ constexpr Column oldColumns[] = {
     {"id", "INTEGER"},
     {"name", "TEXT"},
     {"country_code", "TEXT"},
-    {"network_code", "TEXT"},
-    {"read", "INTEGER"},
-    {"assisted", "INTEGER"},
-    {"face_time_data", "BLOB"},
-    {"originalAddress", "TEXT"},
+    {"network_code", "TEXT", 6},
+    {"read", "INTEGER", 6},
+    {"assisted", "INTEGER", 6},
+    {"face_time_data", "BLOB", 6},
+    {"originalAddress", "TEXT", 6},
     {"answered", "INTEGER", 7},
 };
 
@@ -83,35 +83,41 @@ qint64 dateOf(const Making &making, std::size_t index)
     return making.generation.backupDate - static_cast<qint64>(std::size(calls) - slot) * 40000;
 }
 
-/// The older table says it with flags alone, and later with flags and a column of its own.
-int flagsOf(const Call &call, bool hasAnswered)
+/// The older table says it with flags alone, of which there were two sets, and later with flags and a column
+/// of its own.
+int flagsOf(const Call &call, int ios)
 {
+    const bool isMissed = call.direction == Direction::Missed;
+    if (ios < 6)
+        return isMissed ? 8 : call.direction == Direction::Outgoing ? 5 : 4;
     if (call.direction == Direction::Outgoing)
         return 9;
-    return call.direction == Direction::Missed && !hasAnswered ? 17 : 0;
+    return isMissed && ios < 7 ? 17 : 0;
 }
 
 void putOldHistory(Making &making, bool empty)
 {
-    const bool hasAnswered = making.generation.ios >= 7;
+    const int ios = making.generation.ios;
     const QString path = making.inScratch("call_history.db");
     SqliteFile file(path);
     file.execute(
-        createTable("call", oldColumns, making.generation.ios) +
+        createTable("call", oldColumns, ios) +
         "CREATE TABLE data (ROWID INTEGER PRIMARY KEY AUTOINCREMENT, pdp_ip INTEGER, bytes_rcvd REAL, "
         "bytes_sent REAL);"
         "CREATE TABLE _SqliteDatabaseProperties (key TEXT, value TEXT, UNIQUE(key));"
-        "INSERT INTO _SqliteDatabaseProperties VALUES('_ClientVersion', '12')");
+        "INSERT INTO _SqliteDatabaseProperties VALUES('_ClientVersion', '" +
+        (ios < 6 ? "9" : "12") + "')");
     for (std::size_t i = 0; i < std::size(calls) && !empty; ++i) {
         const Call &call = calls[i];
-        Statement(file, "insert into call(address, date, duration, flags, id, country_code, network_code, "
-                        "read, assisted) "
-                        "values(?,?,?,?,-1,'310','410',1,0)")
-            .run(Utf8{call.address}, dateOf(making, i), call.duration, flagsOf(call, hasAnswered));
-        if (hasAnswered)
+        Statement(file, "insert into call(address, date, duration, flags, id, country_code) "
+                        "values(?,?,?,?,-1,'310')")
+            .run(Utf8{call.address}, dateOf(making, i), call.duration, flagsOf(call, ios));
+        if (ios >= 7)
             Statement(file, "update call set answered=? where ROWID=?")
                 .run(call.direction != Direction::Missed, file.lastInsertId());
     }
+    if (ios >= 6)
+        file.execute("update call set network_code='410', read=1, assisted=0");
     file.close(SqliteFile::Journal::Rollback);
     making.container.putFile(
         making.place("WirelessDomain", QStringLiteral("Library/CallHistory/call_history.db")), path);

@@ -10,6 +10,7 @@ namespace sample {
 namespace {
 
 constexpr Generation generations[] = {
+    {5, "5.1.1", "9B206", "iPhone2,1", "iPhone 3GS", 21, 34, 96, 1340032130},
     {6, "6.1.6", "10B500", "iPhone2,1", "iPhone 3GS", 36, 50, 108, 1398932130},
     {7, "7.1.2", "11D257", "iPhone3,1", "iPhone 4", 7006, 52, 122, 1409300130},
     {9, "9.3.6", "13G37", "iPhone4,1", "iPhone 4S", 9006, 62, 131, 1566300530},

@@ -20,7 +20,7 @@ struct Generation
     bool nanosecondDates() const { return ios >= 11; }
 };
 
-/// The generation of 6, 7, 9, 10, 11, 12, 14, 15, 16 or 17; throws Error for any other number.
+/// The generation of 5, 6, 7, 9, 10, 11, 12, 14, 15, 16 or 17; throws Error for any other number.
 const Generation &generationFor(int ios);
 
 } // namespace sample

@@ -15,12 +15,14 @@ constexpr qint64 lastHour = 3600;
 
 } // namespace
 
-MessageContent::MessageContent(MessageDatabase &database, SeededGenerator chance, AttachmentSink sink)
+MessageContent::MessageContent(MessageDatabase &database, SeededGenerator chance, AttachmentSink sink,
+                               Keeper keeper)
     : m_database(database),
       m_generation(database.generation()),
       m_chance(chance),
       m_date(appleFromUnix(m_generation.backupDate) - threeYears),
-      m_sink(std::move(sink))
+      m_sink(std::move(sink)),
+      m_keeper(keeper)
 {
 }
 

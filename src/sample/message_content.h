@@ -20,13 +20,17 @@ struct AttachmentFile
 };
 using AttachmentSink = std::function<void(const AttachmentFile &)>;
 
+/// Whose database it is: the two keep attachments in different places.
+enum class Keeper { Phone, Mac };
+
 /// Fills a message database: first the handles and the showcase conversations, then bulk messages in all of
 /// them.
 class MessageContent
 {
 public:
     /// Without a sink attachments are rows alone.
-    MessageContent(MessageDatabase &database, SeededGenerator chance, AttachmentSink sink = {});
+    MessageContent(MessageDatabase &database, SeededGenerator chance, AttachmentSink sink = {},
+                   Keeper keeper = Keeper::Phone);
 
     void addShowcase();
     /// Adds conversations until there are `chats`, then messages until there are `messages`.
@@ -63,6 +67,7 @@ private:
     void addAttachments();
     void addAttachmentCase(std::size_t index);
     void addBulkAttachment(std::size_t conversation);
+    QString ownFolder(const QByteArray &guid) const;
     MessageRow messageWithFiles(std::size_t conversation, const QByteArray &text,
                                 const QByteArrayList &guids);
     void attach(qint64 message, AttachmentRow row, const AttachmentFile &file);
@@ -83,6 +88,7 @@ private:
     std::vector<Conversation> m_chats;
     SampleCounts m_counts;
     AttachmentSink m_sink;
+    Keeper m_keeper;
     QByteArrayList
         m_pictures; // shared by the bulk attachments: encoding one for each would take longer than all else
 };

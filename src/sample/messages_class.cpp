@@ -1,5 +1,7 @@
 #include "sample/data_classes.h"
+#include "base/error.h"
 #include "sample/message_content.h"
+#include "sample/old_message_content.h"
 
 namespace sample {
 
@@ -7,20 +9,48 @@ namespace {
 
 constexpr int messagesInWal = 12;
 
-} // namespace
-
-void addMessages(Making &making)
+AttachmentSink sinkOf(Making &making)
 {
-    const QString path = making.inScratch("sms.db");
-    MessageDatabase database(path, making.generation, making.options.seed);
-    const AttachmentSink sink = [&](const AttachmentFile &file) {
+    return [&making](const AttachmentFile &file) {
         const FilePlace place{file.domain, file.relativePath, file.modified};
         if (file.stored)
             making.container.put(place, file.content);
         else
             making.container.putRowAlone(place, file.content.size());
     };
-    MessageContent content(database, making.chance.fork("messages"), sink);
+}
+
+FilePlace databasePlace(const Making &making)
+{
+    FilePlace place = making.place("HomeDomain", QStringLiteral("Library/SMS/sms.db"));
+    place.sizeDifference = -8192; // the catalogue's size is older than the file
+    return place;
+}
+
+void addOldMessages(Making &making)
+{
+    if (making.options.walCompanion)
+        throw Error(QStringLiteral("Databases of iOS 5 have no write-ahead log."));
+    const QString path = making.inScratch("sms.db");
+    OldMessageDatabase database(path, making.generation);
+    OldMessageContent content(database, making.generation, making.chance.fork("messages"), sinkOf(making));
+    content.addShowcase();
+    content.addBulk(making.options.messages, making.options.chats);
+    making.summary.chats = content.chats();
+    making.summary.counts = content.counts();
+    database.finish();
+    making.container.putFile(databasePlace(making), path);
+}
+
+} // namespace
+
+void addMessages(Making &making)
+{
+    if (making.generation.ios < 6)
+        return addOldMessages(making);
+    const QString path = making.inScratch("sms.db");
+    MessageDatabase database(path, making.generation, making.options.seed);
+    MessageContent content(database, making.chance.fork("messages"), sinkOf(making));
     content.addShowcase();
     content.addBulk(making.options.messages, making.options.chats);
     if (making.options.walCompanion) {
@@ -30,13 +60,11 @@ void addMessages(Making &making)
     making.summary.chats = content.chats();
     making.summary.counts = content.counts();
     database.finish();
-    FilePlace place = making.place("HomeDomain", QStringLiteral("Library/SMS/sms.db"));
-    place.sizeDifference = -8192; // the catalogue's size is older than the file
-    making.container.putFile(place, path);
+    making.container.putFile(databasePlace(making), path);
     if (making.options.walCompanion) {
         making.summary.counts.messagesInWal = messagesInWal;
-        place = making.place("HomeDomain", QStringLiteral("Library/SMS/sms.db-wal"));
-        making.container.putFile(place, path + QStringLiteral("-wal"));
+        making.container.putFile(making.place("HomeDomain", QStringLiteral("Library/SMS/sms.db-wal")),
+                                 path + QStringLiteral("-wal"));
     }
 }
 

@@ -3,7 +3,6 @@
 #include "base/error.h"
 #include "sample/data_classes.h"
 
-#include <QDir>
 #include <QTemporaryDir>
 
 #include <algorithm>
@@ -11,15 +10,6 @@
 namespace sample {
 
 namespace {
-
-void prepareFolder(const QString &folder)
-{
-    const QDir dir(folder);
-    if (dir.exists() && !dir.isEmpty(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot))
-        throw Error(QStringLiteral("%1 is not empty.").arg(folder));
-    if (!dir.mkpath(QStringLiteral(".")))
-        throw Error(QStringLiteral("can not create %1.").arg(folder));
-}
 
 SampleSummary make(const SampleOptions &options, const QString &scratch)
 {

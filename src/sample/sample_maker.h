@@ -22,7 +22,7 @@ struct SampleOptions
 
     QString folder;                 ///< becomes the backup folder itself; made when missing, must be empty
     Layout layout = Layout::Modern; ///< Manifest.db with sub-folders, or Manifest.mbdb with a flat folder
-    int ios = 17;                   ///< generation of every schema: 6, 7, 9 to 12 or 14 to 17
+    int ios = 17;                   ///< generation of every schema: 5 to 7, 9 to 12 or 14 to 17
     QString password;               ///< empty: the backup is not encrypted
     int messages = 200; ///< rows of `message`; those of the showcase conversations are there in any case
     int files = 40;     ///< catalogued files besides those of the data classes
@@ -37,7 +37,7 @@ struct SampleOptions
 
     bool catalogueWithoutPadding = false; ///< the encrypted Manifest.db ends with its last page, unpadded
     bool saltedDescriptors = false;       ///< plain Manifest.db with a salt and encrypted `file` blobs
-    /// Some more messages, the newest, stand only in a catalogued sms.db-wal.
+    /// Some more messages, the newest, stand only in a catalogued sms.db-wal; from iOS 6 on.
     bool walCompanion = false;
     bool emptyOldCallHistory = false; ///< a call_history.db without rows stands beside the newer store
     std::vector<SampleRow> extraRows;
@@ -68,13 +68,13 @@ struct SampleHandle
 
 struct SampleChat
 {
-    qint64 rowid = 0;
-    QString identifier;
+    qint64 rowid = 0;   ///< in its table; up to iOS 5 there are two
+    QString identifier; ///< empty when the tables give it none
     QString displayName;
     std::vector<SampleHandle> handles; ///< ascending decimal text of the row id
     QString title;  ///< display name, else names or addresses joined with ", ", else "Unknown"
-    int joined = 0; ///< rows of chat_message_join that lead to a message
-    int listed = 0; ///< those whose message is no system item
+    int joined = 0; ///< messages in it, system items among them
+    int listed = 0; ///< those that are no system items
 };
 
 /// How many records of each class a reader should find.
@@ -114,6 +114,10 @@ struct SampleSummary
 /// a file cannot be written; Manifest.plist comes last, so what a failure leaves behind is not taken for a
 /// backup.
 SampleSummary makeSample(const SampleOptions &options);
+
+/// Writes a folder as the Messages application of macOS keeps it: "chat.db" and "Attachments/". Only
+/// `folder`, `messages`, `chats` and `seed` mean something. Throws Error as makeSample() does.
+SampleSummary makeMacMessages(const SampleOptions &options);
 
 /// Writes a plain Manifest.db of `rows` file rows without any content file. Throws Error, also when `path`
 /// exists.

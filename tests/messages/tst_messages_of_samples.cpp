@@ -1,9 +1,11 @@
-#include "messages/abs_message_db.h"
+#include "messages/attachment_content.h"
+#include "messages/message_source.h"
 #include "resources/resources.h"
 #include "sample_source.h"
 
 #include <QTest>
 
+#include <algorithm>
 #include <limits>
 
 /// Reads whole sample backups, which are written without any of the code under test.
@@ -15,6 +17,8 @@ private slots:
     void initTestCase() { initResources(); }
     void wholeBackup_data();
     void wholeBackup();
+    void wholeOldBackup();
+    void wholeMacFolder();
 };
 
 void TestSampleMessages::wholeBackup_data()
@@ -62,6 +66,78 @@ void TestSampleMessages::wholeBackup()
     }
     QVERIFY(db->select({}, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()).size() >=
             listed);
+}
+
+// Row ids and the identifiers of groups are the reader's own there: conversations are known by their people.
+void TestSampleMessages::wholeOldBackup()
+{
+    QTemporaryDir folder;
+    SampleOptions options;
+    options.folder = folder.filePath(QStringLiteral("backup"));
+    options.ios = 5;
+    options.messages = 600;
+    options.chats = 30;
+    const SampleSummary summary = makeSample(options);
+    SampleSource source(options.folder, summary);
+
+    const auto db = openMessageDb(source);
+    QCOMPARE(db->kind(), 5);
+    QCOMPARE(db->countMessages(), summary.counts.joinedMessages);
+    db->loadChats();
+    NoProgress progress;
+    db->loadMessages(0, progress);
+    QCOMPARE(db->warnings(), QStringList());
+    QCOMPARE(db->skippedRows(), 0);
+    QCOMPARE(int(db->messageCount()), summary.counts.listedMessages);
+
+    const auto keyOf = [](const QString &service, QStringList addresses) {
+        addresses.sort();
+        return service + u' ' + addresses.join(u' ');
+    };
+    QMap<QString, int> expected, found;
+    for (const SampleChat &chat : summary.chats) {
+        QStringList addresses;
+        for (const SampleHandle &handle : chat.handles)
+            addresses << handle.address;
+        expected.insert(keyOf(chat.handles.front().service, addresses), chat.listed);
+    }
+    std::size_t attachments = 0;
+    for (const _MsgChat *chat : db->chats()) {
+        QStringList addresses;
+        for (const _MsgHandle *handle : chat->handles)
+            addresses << handle->id;
+        found.insert(keyOf(chat->service_name, addresses), int(chat->messages.size()));
+        for (const _MsgMessage *message : chat->messages)
+            attachments += message->attachments.size();
+    }
+    QCOMPARE(found, expected);
+    QCOMPARE(int(attachments), summary.counts.attachments);
+}
+
+void TestSampleMessages::wholeMacFolder()
+{
+    QTemporaryDir folder;
+    SampleOptions options;
+    options.folder = folder.filePath(QStringLiteral("Messages"));
+    options.messages = 400;
+    const SampleSummary summary = makeMacMessages(options);
+    const MessageSource opened = openMessageFile(options.folder);
+    QCOMPARE(opened.database->countMessages(), summary.counts.joinedMessages);
+    opened.database->loadChats();
+    NoProgress progress;
+    opened.database->loadMessages(0, progress);
+    QCOMPARE(int(opened.database->messageCount()), summary.counts.listedMessages);
+    QSet<QString> present;
+    for (const _MsgChat *chat : opened.database->chats())
+        for (const _MsgMessage *message : chat->messages)
+            for (const _MsgAttachment *attachment : message->attachments)
+                if (hasContent(*attachment, opened.files.get()))
+                    present.insert(attachment->local_path);
+    const auto isAttachment = [](const SampleFile &file) {
+        return file.stored && !file.relativePath.endsWith(u"-preview-left");
+    };
+    QCOMPARE(present.size(), std::count_if(summary.files.begin(), summary.files.end(), isAttachment));
+    QVERIFY(!QFile::exists(options.folder + QStringLiteral("/chat.db-shm")));
 }
 
 QTEST_GUILESS_MAIN(TestSampleMessages)

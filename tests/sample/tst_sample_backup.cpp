@@ -50,6 +50,7 @@ void TestSampleBackup::sameOptionsSameBytes_data()
     QTest::addColumn<bool>("wal");
     QTest::newRow("modern") << Layout::Modern << 17 << QString() << true;
     QTest::newRow("modern, encrypted") << Layout::Modern << 12 << u"secret"_s << false;
+    QTest::newRow("mbdb, oldest") << Layout::Mbdb << 5 << QString() << false;
     QTest::newRow("mbdb") << Layout::Mbdb << 6 << QString() << false;
     QTest::newRow("mbdb, encrypted") << Layout::Mbdb << 9 << u"secret"_s << false;
 }

@@ -56,7 +56,7 @@ struct Made
 void addGenerations()
 {
     QTest::addColumn<int>("ios");
-    for (const int ios : {6, 7, 9, 10, 11, 12, 14, 15, 16, 17})
+    for (const int ios : {5, 6, 7, 9, 10, 11, 12, 14, 15, 16, 17})
         QTest::addRow("iOS %d", ios) << ios;
 }
 
@@ -139,6 +139,7 @@ void TestSampleClasses::columnsOfTheGeneration_data()
     };
     // As counted in databases of devices.
     const char *messages = "Library/SMS/sms.db";
+    row(5, messages, "message", 33);
     row(6, messages, "message", 38);
     row(9, messages, "message", 51);
     row(10, messages, "message", 60);

@@ -1,3 +1,4 @@
+#include "base/error.h"
 #include "outside_tools.h"
 
 #include <QDir>
@@ -14,6 +15,8 @@ class TestSampleMessages : public QObject
 private slots:
     void counts_data();
     void counts();
+    void oldestCounts();
+    void macFolder();
     void bodiesWithoutText();
     void attachments_data();
     void attachments();
@@ -79,6 +82,55 @@ void TestSampleMessages::counts()
     QCOMPARE(readAll(path).mid(18, 2), ios >= 9 ? QByteArray("\2\2") : QByteArray("\1\1"));
     const qint64 newest = column(path, u"select max(date) from message"_s).first().toLongLong();
     QCOMPARE(newest > 1000000000000000, ios >= 11);
+}
+
+void TestSampleMessages::oldestCounts()
+{
+    QTemporaryDir home;
+    SampleOptions options = optionsFor(home, 5);
+    options.messages = 300;
+    options.chats = 20;
+    const SampleSummary summary = makeSample(options);
+    const QString path = messagesPath(options, summary);
+    const auto count = [&](const QString &sql) { return column(path, sql).first().toInt(); };
+    QCOMPARE(count(u"select count(*) from message"_s), 300);
+    QCOMPARE(summary.counts.listedMessages, 300);
+    QCOMPARE(
+        count(u"select (select count(*) from madrid_attachment) + (select count(*) from msg_pieces where "
+              "content_type like 'image/%' or content_type like 'text/x%')"_s),
+        summary.counts.attachments);
+    QCOMPARE(count(u"select (select count(*) from msg_group) + (select count(*) from madrid_chat)"_s), 20);
+    QCOMPARE(summary.chats.size(), std::size_t(20));
+    QCOMPARE(
+        count(u"select count(*) from msg_group where newest_message not in (select ROWID from message)"_s),
+        0);
+    QCOMPARE(count(u"select count(distinct hash) from msg_group"_s),
+             count(u"select count(*) from msg_group"_s));
+    QVERIFY(count(u"select min(date) from message where is_madrid=0"_s) >
+            count(u"select max(date) from message where is_madrid=1"_s));
+}
+
+void TestSampleMessages::macFolder()
+{
+    QTemporaryDir home;
+    SampleOptions options = optionsFor(home, 17);
+    options.messages = 300;
+    const SampleSummary summary = makeMacMessages(options);
+    const QString path = options.folder + u"/chat.db"_s;
+    QCOMPARE(column(path, u"pragma integrity_check"_s), QStringList{u"ok"_s});
+    QCOMPARE(column(path, u"select count(*) from message"_s), QStringList{u"300"_s});
+    QCOMPARE(column(path, u"select name from sqlite_master where sql like '%sr_%'"_s), QStringList());
+    QVERIFY(column(path, u"select max(date) from message"_s).first().toLongLong() > 1000000000000000);
+    QStringList absent;
+    const QStringList names = column(path, u"select filename from attachment where filename is not null"_s);
+    QCOMPARE(int(names.size()) + 1, summary.counts.attachments);
+    for (const QString &name : names) {
+        QVERIFY2(name.contains(u"/Library/Messages/Attachments/"_s), qPrintable(name));
+        if (!QFile::exists(options.folder + u"/Attachments/"_s + name.section(u"/Attachments/"_s, 1)))
+            absent << name.section(u'/', -1);
+    }
+    QCOMPARE(absent, (QStringList{u"left in the cloud.jpg"_s, u"row alone.mov"_s}));
+    QVERIFY_THROWS_EXCEPTION(Error, makeMacMessages(options)); // the folder is no longer empty
 }
 
 void TestSampleMessages::bodiesWithoutText()
