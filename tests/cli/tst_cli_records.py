@@ -14,7 +14,7 @@ import sys
 
 from command_line import PASSWORD, Case, file_id, main, run, stored
 
-SOURCES = [(ios, layout) for ios in ("6", "9", "12", "17") for layout in ("mbdb", "modern")]
+SOURCES = [(ios, layout) for ios in ("5", "6", "9", "12", "17") for layout in ("mbdb", "modern")]
 CLASSES = ("contacts", "calls", "notes", "calendar", "bookmarks")
 READ_BOOKMARKS = pathlib.Path(__file__).parent.parent / "tools" / "read_bookmarks.py"
 IDENTITY = {"contacts": "_id", "calls": "_id", "notes": "hash", "calendar": "id", "bookmarks": "id"}
@@ -45,6 +45,9 @@ def people(backup):
 
 def calls(backup, ios):
     """(address, seconds, type) of every call."""
+    if ios == "5":
+        return rows(backup, "WirelessDomain", "Library/CallHistory/call_history.db",
+                    "select address, duration, flags from call")
     if ios == "6":
         return rows(backup, "WirelessDomain", "Library/CallHistory/call_history.db",
                     "select address, duration, case flags when 0 then 4 when 9 then 5 else 8 end from call")
