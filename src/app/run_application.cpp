@@ -8,6 +8,7 @@
 #include "base/shell.h"
 #include "base/texts.h"
 #include "resources/resources.h"
+#include "views/web_views.h"
 #include "work/make_sample_thread.h"
 
 #include <QApplication>
@@ -20,11 +21,14 @@ constexpr int workersMayTakeMs = 5000;
 int runApplication(int &argc, char **argv)
 {
     initResources();
+    const QString lessProtected = prepareWebViews();
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("quillbarrow"));
     QApplication::setApplicationVersion(QStringLiteral(QB_VERSION));
     installTexts();
     initLog(appDataFolder().filePath(QStringLiteral("qlogs")), keptLogs);
+    if (!lessProtected.isEmpty())
+        qWarning("%s", qUtf8Printable(lessProtected));
     installStyle(application);
     int status = 0;
     {

@@ -28,7 +28,7 @@ QWidget *ViewStack::makeView(const BkNode *node, const DataSource &source)
     case NodeKind::Backup:
         return new BKDescForm(source.backup->backup()->info());
     case NodeKind::Messages:
-        return new SMSMainForm(source.backup->backup());
+        return new SMSMainForm({source.backup->backup()});
     case NodeKind::FileSystem:
         return new FileSysMainForm(source.backup->backup());
     default:

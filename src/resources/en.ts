@@ -893,6 +893,46 @@
         <translation>&gt;&gt;Next Page</translation>
     </message>
     <message>
+        <source>IDS_ACC_CONVERSATION</source>
+        <translation>The conversation</translation>
+    </message>
+    <message>
+        <source>IDS_LOOK_BUBBLES</source>
+        <translation>Bubbles</translation>
+    </message>
+    <message>
+        <source>IDS_LOOK_BUBBLES_HINT</source>
+        <translation>Read the conversation page by page</translation>
+    </message>
+    <message>
+        <source>IDS_LOOK_LIST</source>
+        <translation>List</translation>
+    </message>
+    <message>
+        <source>IDS_LOOK_LIST_HINT</source>
+        <translation>Choose single messages</translation>
+    </message>
+    <message>
+        <source>IDS_FIRST_PAGE</source>
+        <translation>« First</translation>
+    </message>
+    <message>
+        <source>IDS_PAGE_BACK</source>
+        <translation>‹ Back</translation>
+    </message>
+    <message>
+        <source>IDS_PAGE_%1_OF_%2</source>
+        <translation>Page %1 of %2</translation>
+    </message>
+    <message>
+        <source>IDS_PAGE_ON</source>
+        <translation>Next ›</translation>
+    </message>
+    <message>
+        <source>IDS_LAST_PAGE</source>
+        <translation>Last »</translation>
+    </message>
+    <message>
         <source>IDS_SAVE_ATTACHMENT</source>
         <translation>Save Attachment</translation>
     </message>

@@ -1,14 +1,13 @@
 #include "views/conversation_summary.h"
 
-#include "base/apple_time.h"
 #include "base/texts.h"
+#include "views/conversation_facts.h"
 #include "views/fonts.h"
 #include "views/item_model_messages.h"
 #include "views/state_stack.h"
 #include "views/two_line_delegate.h"
 #include "work/elided_label.h"
 
-#include <QDateTime>
 #include <QLabel>
 #include <QListView>
 #include <QLocale>
@@ -18,7 +17,6 @@
 
 namespace {
 constexpr std::size_t newestShown = 200;
-constexpr qsizetype peopleNamed = 12;
 
 struct Gathered
 {
@@ -71,30 +69,10 @@ Gathered gather(const std::vector<const _MsgChat *> &chats, const DateRange &ran
     return gathered;
 }
 
-QString peopleText(const QStringList &people)
-{
-    if (people.size() <= peopleNamed)
-        return people.join(QStringLiteral(", "));
-    return people.first(peopleNamed).join(QStringLiteral(", ")) + QStringLiteral(", ") +
-           textFor("IDS_AND_%1_MORE").arg(people.size() - peopleNamed);
-}
-
-QString dayText(std::int64_t appleSeconds)
-{
-    return QLocale::system().toString(QDateTime::fromSecsSinceEpoch(unixFromApple(appleSeconds)).date(),
-                                      QLocale::LongFormat);
-}
-
 QString factsText(const Gathered &gathered)
 {
-    const QString count = textFor(gathered.count == 1 ? "IDS_ONE_MESSAGE" : "IDS_%1_MESSAGES")
-                              .arg(QLocale::system().toString(gathered.count));
-    if (gathered.count == 0)
-        return count;
-    const QString first = dayText(gathered.days.from);
-    const QString last = dayText(gathered.days.to);
-    return count + QStringLiteral("\n") +
-           (first == last ? first : QStringLiteral("%1 – %2").arg(first, last));
+    const QString count = messageCountText(gathered.count);
+    return gathered.count == 0 ? count : count + QLatin1Char('\n') + daysText(gathered.days);
 }
 
 QLabel *plainLabel(const char *name)
@@ -118,7 +96,7 @@ ConversationSummary::ConversationSummary(QWidget *parent)
       m_list(new QListView),
       m_model(new ItemModelMessages(this))
 {
-    m_title->setObjectName(QStringLiteral("lbConversation"));
+    m_title->setObjectName(QStringLiteral("lbConversations"));
     m_title->setFont(titleFont(m_title->font()));
     m_people->setForegroundRole(QPalette::PlaceholderText);
     m_newest->setFont(strongFont(m_newest->font()));
@@ -151,7 +129,7 @@ void ConversationSummary::showNothing(const QString &text)
 }
 
 void ConversationSummary::showConversations(const std::vector<const _MsgChat *> &chats,
-                                            const DateRange &range, std::shared_ptr<const AbsMessageDb> owner)
+                                            const DateRange &range, std::shared_ptr<const void> owner)
 {
     Gathered gathered = gather(chats, range);
     m_title->setText(chats.size() == 1

@@ -24,7 +24,7 @@ public:
 
     /// `chats`, at least one, belong to `owner`, which is kept. Messages outside of `range` do not count.
     void showConversations(const std::vector<const _MsgChat *> &chats, const DateRange &range,
-                           std::shared_ptr<const AbsMessageDb> owner);
+                           std::shared_ptr<const void> owner);
     /// What stands here while nothing is selected.
     void showNothing(const QString &text);
 

@@ -20,6 +20,7 @@ public:
     QVariant data(const QModelIndex &index, int role) const override;
 
     void setMessages(std::vector<MessageRef> messages, std::shared_ptr<const void> owner);
+    const MessageRef &message(int row) const { return m_rows.at(static_cast<std::size_t>(row)); }
 
 private:
     std::vector<MessageRef> m_rows;

@@ -62,7 +62,7 @@ QVariant ItemModelSms::headerData(int section, Qt::Orientation orientation, int 
     return {};
 }
 
-void ItemModelSms::setMessages(std::shared_ptr<const AbsMessageDb> messages)
+void ItemModelSms::setMessages(LoadedMessagesPtr messages)
 {
     beginResetModel();
     m_messages = std::move(messages);
@@ -111,7 +111,7 @@ void ItemModelSms::fill()
     m_rows.clear();
     if (!m_messages)
         return;
-    for (const _MsgChat *chat : m_messages->chats()) {
+    for (const _MsgChat *chat : m_messages->database->chats()) {
         Row row = makeRow(*chat, m_range);
         if (row.messages > 0)
             m_rows.push_back(std::move(row));

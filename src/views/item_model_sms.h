@@ -1,7 +1,7 @@
 #pragma once
 
-#include "messages/abs_message_db.h"
 #include "views/date_range_edit.h"
+#include "work/loaded_messages.h"
 
 #include <QAbstractTableModel>
 
@@ -22,7 +22,7 @@ public:
     QVariant data(const QModelIndex &index, int role) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
-    void setMessages(std::shared_ptr<const AbsMessageDb> messages);
+    void setMessages(LoadedMessagesPtr messages);
     void setRange(const DateRange &range);
 
     const _MsgChat &chat(int row) const { return *m_rows.at(static_cast<std::size_t>(row)).chat; }
@@ -42,7 +42,7 @@ private:
     static Row makeRow(const _MsgChat &chat, const DateRange &range);
     void fill();
 
-    std::shared_ptr<const AbsMessageDb> m_messages;
+    LoadedMessagesPtr m_messages;
     DateRange m_range;
     DateRange m_bounds;
     std::vector<Row> m_rows;

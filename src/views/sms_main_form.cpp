@@ -3,6 +3,7 @@
 #include "base/texts.h"
 #include "views/conversation_filter.h"
 #include "views/conversation_summary.h"
+#include "views/conversation_view.h"
 #include "views/date_range_edit.h"
 #include "views/item_model_sms.h"
 #include "views/message_export_dlg.h"
@@ -19,6 +20,7 @@
 #include <QLineEdit>
 #include <QLocale>
 #include <QSplitter>
+#include <QStackedWidget>
 #include <QTreeView>
 #include <QVBoxLayout>
 
@@ -45,9 +47,9 @@ QString exportText(std::size_t count)
 }
 } // namespace
 
-SMSMainForm::SMSMainForm(OpenBackupPtr backup, QWidget *parent)
+SMSMainForm::SMSMainForm(MessageOrigin origin, QWidget *parent)
     : DataView(parent),
-      m_backup(std::move(backup)),
+      m_origin(std::move(origin)),
       m_model(new ItemModelSms(this)),
       m_proxy(new ConversationFilter(this))
 {
@@ -66,9 +68,13 @@ void SMSMainForm::buildWidgets()
     m_header->addAction(exportAction());
     buildList();
     m_summary = new ConversationSummary;
+    m_conversation = new ConversationView;
+    m_detail = new QStackedWidget;
+    m_detail->addWidget(m_summary);
+    m_detail->addWidget(m_conversation);
     auto *splitter = new QSplitter;
     splitter->addWidget(m_list);
-    splitter->addWidget(m_summary);
+    splitter->addWidget(m_detail);
     splitter->setStretchFactor(0, 0);
     splitter->setStretchFactor(1, 1);
     splitter->setSizes({listWidth, listWidth});
@@ -117,9 +123,10 @@ void SMSMainForm::buildList()
 void SMSMainForm::reload()
 {
     m_summary->showNothing({});
+    m_conversation->clear();
     m_model->setMessages(nullptr);
     m_messages.reset();
-    auto worker = std::make_unique<LoadMessagesThread>(m_backup);
+    auto worker = std::make_unique<LoadMessagesThread>(m_origin);
     LoadMessagesThread *loading = worker.get();
     m_job = std::make_unique<BackgroundJob>(std::move(worker));
     connect(m_job.get(), &BackgroundJob::progressed, m_states, &StateStack::setProgress);
@@ -133,9 +140,9 @@ void SMSMainForm::reload()
     m_job->start();
 }
 
-void SMSMainForm::onLoaded(LoadMessagesThread &worker)
+void SMSMainForm::onLoaded(const LoadMessagesThread &worker)
 {
-    m_messages = worker.takeMessages();
+    m_messages = worker.messages();
     m_model->setMessages(m_messages);
     if (m_model->rowCount() == 0) {
         m_states->showEmpty(textFor("IDS_NO_MESSAGES"),
@@ -189,11 +196,14 @@ void SMSMainForm::refresh()
     if (!m_messages)
         return;
     const std::vector<const _MsgChat *> chats = selectedChats();
-    if (chats.empty())
+    if (chats.size() == 1)
+        m_conversation->showConversation(*chats.front(), m_range->range(), m_messages);
+    else if (chats.empty())
         m_summary->showNothing(
             textFor(m_proxy->rowCount() == 0 ? "IDS_NOTHING_MATCHES" : "IDS_SELECT_CONVERSATION"));
     else
         m_summary->showConversations(chats, m_range->range(), m_messages);
+    m_detail->setCurrentWidget(chats.size() == 1 ? static_cast<QWidget *>(m_conversation) : m_summary);
     setExportState(exportText(chats.size()),
                    chats.empty() ? textFor("IDS_WHY_SELECT_CONVERSATIONS") : QString());
     showCounts(chats.size());
@@ -222,7 +232,8 @@ bool SMSMainForm::exportTo(const MessageExportChoice &choice)
     if (ids.empty())
         return false;
     const DateRange range = m_range->range();
-    auto worker = std::make_unique<ExportMessagesThread>(m_messages->select(ids, range.from, range.to),
-                                                         m_messages, choice.format, choice.target, m_backup);
+    auto worker =
+        std::make_unique<ExportMessagesThread>(m_messages->database->select(ids, range.from, range.to),
+                                               m_messages, choice.format, choice.target, m_messages->files);
     return runJob(textFor("IDS_EXTRACTING_MESSAGES"), worker, this, choice.target);
 }

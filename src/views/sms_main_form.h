@@ -1,31 +1,32 @@
 #pragma once
 
 #include "views/data_view.h"
-#include "work/open_backup.h"
+#include "work/loaded_messages.h"
 
 #include <memory>
 
-class AbsMessageDb;
 class BackgroundJob;
 class ConversationFilter;
 class ConversationSummary;
+class ConversationView;
 class DateRangeEdit;
 class ItemModelSms;
 class LoadMessagesThread;
+class QStackedWidget;
 class QTreeView;
 class StateStack;
 class ViewHeader;
 struct MessageExportChoice;
 struct _MsgChat;
 
-/// The messages of one backup: its conversations on the left, what is to be known of the selected ones on the
-/// right. Loads them on a worker when it is made and again on reload().
+/// The messages of one source: its conversations on the left, the selected one on the right, or what is to be
+/// known of several. Loads them on a worker when it is made and again on reload().
 class SMSMainForm : public DataView
 {
     Q_OBJECT
 
 public:
-    explicit SMSMainForm(OpenBackupPtr backup, QWidget *parent = nullptr);
+    explicit SMSMainForm(MessageOrigin origin, QWidget *parent = nullptr);
     ~SMSMainForm() override;
 
     QLineEdit *filterEdit() const override { return m_filter; }
@@ -40,15 +41,15 @@ protected:
 private:
     void buildWidgets();
     void buildList();
-    void onLoaded(LoadMessagesThread &worker);
+    void onLoaded(const LoadMessagesThread &worker);
     void onFailed(const QString &text);
     void onFilterChanged();
     void refresh();
     void showCounts(std::size_t selected);
     std::vector<const _MsgChat *> selectedChats() const;
 
-    OpenBackupPtr m_backup;
-    std::shared_ptr<AbsMessageDb> m_messages;
+    MessageOrigin m_origin;
+    LoadedMessagesPtr m_messages;
     std::unique_ptr<BackgroundJob> m_job;
     ItemModelSms *m_model;
     ConversationFilter *m_proxy;
@@ -57,5 +58,7 @@ private:
     DateRangeEdit *m_range = nullptr;
     StateStack *m_states = nullptr;
     QTreeView *m_list = nullptr;
+    QStackedWidget *m_detail = nullptr;
     ConversationSummary *m_summary = nullptr;
+    ConversationView *m_conversation = nullptr;
 };

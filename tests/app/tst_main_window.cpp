@@ -5,6 +5,7 @@
 #include "resources/resources.h"
 #include "support/modal.h"
 #include "support/sample_backup.h"
+#include "support/web_test_main.h"
 #include "views/load_itunes_backup_dlg.h"
 #include "views/message_export_dlg.h"
 #include "views/passcode_dlg.h"
@@ -331,5 +332,5 @@ void TestMainWindow::clearCachesSparesOpenBackups()
     QCOMPARE(own.entryList(QDir::Dirs | QDir::NoDotAndDotDot), copies);
 }
 
-QTEST_MAIN(TestMainWindow)
+QB_WEB_TEST_MAIN(TestMainWindow)
 #include "tst_main_window.moc"

@@ -3,6 +3,7 @@
 #include "sqlite/sqlite3_db.h"
 #include "support/modal.h"
 #include "support/sample_backup.h"
+#include "support/web_test_main.h"
 #include "views/bk_desc_form.h"
 #include "views/date_range_edit.h"
 #include "views/file_sys_main_form.h"
@@ -115,7 +116,7 @@ void TestDataViews::longNames()
 void TestDataViews::conversationsLoadAndFilter()
 {
     const SampleBackup sample;
-    SMSMainForm form(sample.opened());
+    SMSMainForm form({sample.opened()});
     form.show();
     QVERIFY2(!form.exportAction()->isEnabled(), "nothing to export while it loads");
     QVERIFY(!form.exportAction()->toolTip().isEmpty());
@@ -140,7 +141,7 @@ void TestDataViews::conversationsLoadAndFilter()
 void TestDataViews::conversationsExport()
 {
     const SampleBackup sample;
-    SMSMainForm form(sample.opened());
+    SMSMainForm form({sample.opened()});
     form.show();
     QTRY_VERIFY(isLoaded(form));
     QTemporaryDir target;
@@ -154,7 +155,7 @@ void TestDataViews::exportCancelledLeavesNothing()
 {
     const SampleBackup sample;
     const OpenBackupPtr backup = sample.opened();
-    SMSMainForm form(backup);
+    SMSMainForm form({backup});
     form.show();
     QTRY_VERIFY(isLoaded(form));
     QTemporaryDir target;
@@ -194,7 +195,7 @@ void TestDataViews::noMessages()
         catalogue.openThrow(sample.folder() + QStringLiteral("/Manifest.db"), SqliteOpen::ReadWrite);
         catalogue.executeThrow(QStringLiteral("delete from Files where relativePath='Library/SMS/sms.db'"));
     }
-    SMSMainForm form(sample.opened());
+    SMSMainForm form({sample.opened()});
     form.show();
     auto *states = form.findChild<StateStack *>(QStringLiteral("viewStates"));
     QTRY_COMPARE(labelText(*states->currentWidget(), "lbStateTitle"),
@@ -208,7 +209,7 @@ void TestDataViews::messagesFailAndTryAgain()
     const OpenBackupPtr backup = sample.opened();
     const QString path = contentPath(sample);
     QVERIFY(QFile::rename(path, path + QStringLiteral("x")));
-    SMSMainForm form(backup);
+    SMSMainForm form({backup});
     form.show();
     auto *states = form.findChild<StateStack *>(QStringLiteral("viewStates"));
     QTRY_COMPARE(labelText(*states->currentWidget(), "lbStateTitle"),
@@ -256,5 +257,5 @@ void TestDataViews::filesExport()
     QCOMPARE(filesBelow(target.path()), QStringList(target.filePath(QStringLiteral("sms.db"))));
 }
 
-QTEST_MAIN(TestDataViews)
+QB_WEB_TEST_MAIN(TestDataViews)
 #include "tst_data_views.moc"

@@ -1,5 +1,4 @@
 #include "base/texts.h"
-#include "messages/abs_message_db.h"
 #include "resources/resources.h"
 #include "support/sample_backup.h"
 #include "views/conversation_filter.h"
@@ -29,7 +28,7 @@ private slots:
 private:
     std::unique_ptr<SampleBackup> m_sample;
     OpenBackupPtr m_backup;
-    std::shared_ptr<AbsMessageDb> m_messages;
+    LoadedMessagesPtr m_messages;
 };
 
 void TestItemModels::initTestCase()
@@ -38,10 +37,8 @@ void TestItemModels::initTestCase()
     installTexts();
     m_sample = std::make_unique<SampleBackup>();
     m_backup = m_sample->opened();
-    m_messages = openMessageDb(m_backup->manifest());
     NoProgress nobody;
-    m_messages->loadChats();
-    m_messages->loadMessages(0, nobody);
+    m_messages = loadMessages({m_backup}, nobody);
 }
 
 void TestItemModels::backups()
@@ -77,7 +74,7 @@ void TestItemModels::conversations()
     }
     QVERIFY(model.rowCount() > 3);
     std::size_t all = 0;
-    for (const _MsgChat *chat : m_messages->chats())
+    for (const _MsgChat *chat : m_messages->database->chats())
         all += chat->messages.size();
     QCOMPARE(std::size_t(total), all);
     model.setMessages(nullptr);
@@ -130,7 +127,7 @@ void TestItemModels::messages()
 {
     ItemModelMessages model;
     const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
-    const std::vector<MessageRef> all = m_messages->select({}, INT64_MIN, INT64_MAX);
+    const std::vector<MessageRef> all = m_messages->database->select({}, INT64_MIN, INT64_MAX);
     model.setMessages(all, m_messages);
     QCOMPARE(model.rowCount(), static_cast<int>(all.size()));
     for (int row = 0; row < model.rowCount(); ++row) {

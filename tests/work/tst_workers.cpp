@@ -98,7 +98,7 @@ void TestWorkers::loadMessagesFails()
     const OpenBackupPtr backup = sample.opened();
     QVERIFY(QFile::remove(contentPath(sample, QStringLiteral("Library/SMS/sms.db"))));
     RecordingReceiver receiver;
-    LoadMessagesThread worker(backup);
+    LoadMessagesThread worker({backup});
     ProgressLink link;
     link.receiver = &receiver;
     worker.setLink(link);
@@ -159,7 +159,7 @@ void TestWorkers::oneWorkerAtATimeUsesABackup()
     NoProgress nobody;
     auto turn = std::make_unique<BackupUse>(*backup, nobody);
     RecordingReceiver receiver;
-    LoadMessagesThread worker(backup);
+    LoadMessagesThread worker({backup});
     ProgressLink link;
     link.receiver = &receiver;
     worker.setLink(link);
@@ -168,7 +168,7 @@ void TestWorkers::oneWorkerAtATimeUsesABackup()
     turn.reset();
     QTRY_VERIFY(receiver.ended());
     QVERIFY(worker.wait());
-    QVERIFY(worker.takeMessages() != nullptr);
+    QVERIFY(worker.messages() != nullptr);
 }
 
 QTEST_GUILESS_MAIN(TestWorkers)

@@ -1,0 +1,233 @@
+#include "views/page_server.h"
+
+#include "base/error.h"
+#include "export/viewable_file.h"
+#include "export/emoji_picture.h"
+#include "export/message_text.h"
+#include "export/thumbnails.h"
+#include "views/web_views.h"
+
+#include <QBuffer>
+#include <QFile>
+#include <QFileInfo>
+#include <QPointer>
+#include <QUrl>
+#include <QWebEngineUrlRequestJob>
+
+namespace {
+constexpr int threads = 2;
+constexpr qint64 longestTextBytes = 1024 * 1024;
+const QString attachmentPath = QStringLiteral("/attachment/");
+const QString picturePath = QStringLiteral("/picture/");
+const QString emojiPath = QStringLiteral("/app_res/emoji/");
+
+QUrl addressOfPage(quint64 number)
+{
+    QUrl url;
+    url.setScheme(QLatin1String(conversationScheme));
+    url.setHost(QStringLiteral("conversation"));
+    url.setPath(QStringLiteral("/"));
+    url.setQuery(QString::number(number));
+    return url;
+}
+
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QByteArray emptyPhoto()
+{
+    return contentOf(QStringLiteral(":/bubble/empty_photo.jpg"));
+}
+
+/// Stops once the page is left.
+class PageProgress : public Progress
+{
+public:
+    explicit PageProgress(const ShownPage &page) : m_page(page) {}
+    void report(const QString &, int, const QString &) override {}
+    bool isCancelled() const override { return m_page.left; }
+
+private:
+    const ShownPage &m_page;
+};
+
+/// The attachment's file here on the computer; nothing when it cannot be had, which the log then tells.
+std::optional<QString> fetched(const ShownPage &page, const _MsgAttachment &attachment)
+{
+    std::optional<QString> path;
+    try {
+        PageProgress progress(page);
+        page.owner->files.use(progress,
+                              [&](FileSource *source) { path = viewableFile(attachment, source); });
+    } catch (const Error &error) {
+        qWarning("An attachment is not shown: %s", error.what());
+    }
+    return path;
+}
+
+QByteArray encoded(const QImage &image)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    if (!image.isNull())
+        image.save(&buffer, image.hasAlphaChannel() ? "PNG" : "JPEG");
+    return bytes;
+}
+
+/// The picture that stands for an attachment; empty when there is none. Of a copy that vanishes nothing is
+/// kept.
+QByteArray smallPicture(const ShownPage &page, const _MsgAttachment &attachment)
+{
+    const std::optional<QString> file = fetched(page, attachment);
+    if (!file)
+        return {};
+    const bool isCard = attachmentKind(attachment.mime_type) == AttachmentKind::VCard;
+    if (!page.owner->filesStay)
+        return encoded(isCard ? vCardImage(*file) : thumbnailImage(*file));
+    const std::optional<QString> kept = isCard ? vCardPictureOf(*file) : thumbnailOf(*file);
+    return kept ? contentOf(*kept) : QByteArray();
+}
+
+/// Links to addresses of the page's own. Pictures are promised and made when the page asks for them.
+class PageLinks : public AttachmentLinks
+{
+public:
+    explicit PageLinks(const ShownPage &page) : m_page(page) {}
+
+    QByteArray link(const _MsgAttachment &attachment) override
+    {
+        // A text that is not there leaves no bubble. Anything else says so when it is clicked.
+        if (attachmentKind(attachment.mime_type) == AttachmentKind::PlainText && !fetched(m_page, attachment))
+            return "#";
+        return attachmentPath.toLatin1() + QByteArray::number(attachment.rowid);
+    }
+    QByteArray picture(const _MsgAttachment &attachment) override
+    {
+        const bool isCard = attachmentKind(attachment.mime_type) == AttachmentKind::VCard;
+        if (isCard && smallPicture(m_page, attachment).isEmpty())
+            return {};
+        return picturePath.toLatin1() + QByteArray::number(attachment.rowid);
+    }
+    std::optional<QString> text(const _MsgAttachment &attachment) override
+    {
+        const std::optional<QString> path = fetched(m_page, attachment);
+        if (!path || QFileInfo(*path).size() > longestTextBytes)
+            return std::nullopt;
+        return QString::fromUtf8(contentOf(*path));
+    }
+
+private:
+    const ShownPage &m_page;
+};
+} // namespace
+
+const _MsgAttachment *ShownPage::attachment(qint64 rowid) const
+{
+    const auto found = attachments.find(rowid);
+    return found == attachments.end() ? nullptr : found->second;
+}
+
+PageServer::PageServer(QObject *parent)
+    : QWebEngineUrlSchemeHandler(parent), m_page(std::make_shared<ShownPage>())
+{
+    m_threads.setMaxThreadCount(threads);
+}
+
+PageServer::~PageServer()
+{
+    m_page->left = true;
+    m_threads.clear();
+    m_threads.waitForDone();
+}
+
+QUrl PageServer::show(std::shared_ptr<ShownPage> page)
+{
+    m_page->left = true;
+    m_page = std::move(page);
+    for (const MessageRef &ref : m_page->page.messages)
+        for (const _MsgAttachment *attachment : ref.message->attachments)
+            m_page->attachments.emplace(attachment->rowid, attachment);
+    return addressOfPage(++m_shown);
+}
+
+const _MsgAttachment *PageServer::attachmentOf(const QUrl &url) const
+{
+    const QString path = url.path();
+    return path.startsWith(attachmentPath) ? m_page->attachment(path.mid(attachmentPath.size()).toLongLong())
+                                           : nullptr;
+}
+
+// The page follows the window's colours, whatever the desktop says.
+QByteArray PageServer::styleSheet() const
+{
+    QByteArray sheet = contentOf(QStringLiteral(":/bubble/style.css"));
+    sheet.replace("@media screen and (prefers-color-scheme: dark)",
+                  m_dark ? "@media screen" : "@media not all");
+    sheet.replace("color-scheme: light dark", m_dark ? "color-scheme: dark" : "color-scheme: light");
+    return sheet;
+}
+
+void PageServer::requestStarted(QWebEngineUrlRequestJob *job)
+{
+    const QString path = job->requestUrl().path();
+    const std::shared_ptr<const ShownPage> page = m_page;
+    if (path == QLatin1String("/")) {
+        answerLater(job, [page] {
+            PageLinks links(*page);
+            return Answer{"text/html", conversationPage(page->page, links)};
+        });
+    } else if (path == QLatin1String("/bubble/style.css")) {
+        answer(job, {"text/css", styleSheet()});
+    } else if (path.startsWith(QLatin1String("/bubble/"))) {
+        answer(job, {path.endsWith(QLatin1String(".png")) ? "image/png" : "image/jpeg",
+                     contentOf(QLatin1Char(':') + path)});
+    } else if (path.startsWith(emojiPath)) {
+        const QString key = path.mid(emojiPath.size()).section(QLatin1Char('.'), 0, 0);
+        answerLater(job, [key] { return Answer{"image/png", emojiPng(key.toUInt(nullptr, 16))}; });
+    } else if (path.startsWith(picturePath)) {
+        const _MsgAttachment *attachment = page->attachment(path.mid(picturePath.size()).toLongLong());
+        answerLater(job, [page, attachment] {
+            const QByteArray picture = attachment ? smallPicture(*page, *attachment) : QByteArray();
+            // The engine tells the kind of picture by its content.
+            return Answer{"image/jpeg", picture.isEmpty() ? emptyPhoto() : picture};
+        });
+    } else {
+        job->fail(QWebEngineUrlRequestJob::UrlNotFound);
+    }
+}
+
+void PageServer::answerLater(QWebEngineUrlRequestJob *job, std::function<Answer()> make)
+{
+    const QPointer<QWebEngineUrlRequestJob> waiting(job);
+    m_threads.start([this, waiting, make = std::move(make)] {
+        Answer made;
+        try {
+            made = make();
+        } catch (const Cancelled &) {
+            // Nobody waits for it.
+        } catch (const std::exception &error) {
+            qWarning("A part of a conversation is not shown: %s", error.what());
+        }
+        QMetaObject::invokeMethod(
+            this,
+            [waiting, made] {
+                if (waiting)
+                    answer(waiting, made);
+            },
+            Qt::QueuedConnection);
+    });
+}
+
+void PageServer::answer(QWebEngineUrlRequestJob *job, const Answer &answer)
+{
+    if (answer.content.isEmpty()) {
+        job->fail(QWebEngineUrlRequestJob::UrlNotFound);
+        return;
+    }
+    auto *content = new QBuffer(job); // read until the job has ended
+    content->setData(answer.content);
+    job->reply(answer.type, content);
+}
