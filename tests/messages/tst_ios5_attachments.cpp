@@ -46,6 +46,7 @@ private slots:
     void textParts();
     void fileParts();
     void looseFile();
+    void partsThatCannotBeWritten();
     void partsAreSaved();
     void namesOfParts();
 
@@ -210,6 +211,25 @@ void TestIos5Attachments::looseFile()
     present.sort();
     QCOMPARE(present, (QStringList{u"a.jpg"_s, u"there.gif"_s}));
     QCOMPARE(folder.entryList(QDir::Files), QStringList{u"sms.db"_s});
+}
+
+void TestIos5Attachments::partsThatCannotBeWritten()
+{
+    const QString longEnding = u"a."_s + QString(5000, u'j');
+    m_case->made->group(1, 5, {u"111"_s});
+    m_case->made->text(5, 1, 0, 2, u"111"_s, u"text"_s);
+    m_case->made->part(5, 0, u"image/jpeg"_s, longEnding, "lost");
+    m_case->made->part(5, 1, u"image/jpeg"_s, longEnding, "lost, too");
+    m_case->made->part(5, 2, u"image/jpeg"_s, u"b.jpg"_s, "whole");
+    m_case->made->part(5, 3, u"text/plain"_s, {}, "more");
+    m_case->load();
+    QCOMPARE(m_case->db->warnings().size(), 1);
+    QVERIFY(m_case->db->warnings().first().contains(u"can not write"_s));
+    const _MsgMessage &read = *m_case->message(5);
+    QCOMPARE(read.text, u"text\nmore"_s);
+    QCOMPARE(read.attachments.size(), 3u);
+    for (const _MsgAttachment *attachment : read.attachments)
+        QCOMPARE(hasContent(*attachment, nullptr), attachment->displayName() == u"b.jpg"_s);
 }
 
 void TestIos5Attachments::partsAreSaved()

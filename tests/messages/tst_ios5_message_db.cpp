@@ -42,6 +42,7 @@ private slots:
     void lastDates();
     void textOutOfStyledBody();
     void oneChatAtATime();
+    void stoppedLoadCanBeRepeated();
     void derivedGuidsStay();
     void withoutIMessage();
     void hostileRows();
@@ -337,6 +338,32 @@ void TestIos5MessageDb::oneChatAtATime()
     QCOMPARE(m_case->message(2)->text, u"y\npart"_s);
     QCOMPARE(m_case->message(4)->attachments, m_case->message(5)->attachments);
     QCOMPARE(m_case->message(4)->attachments.size(), 1u);
+}
+
+void TestIos5MessageDb::stoppedLoadCanBeRepeated()
+{
+    class StopLater : public NoProgress
+    {
+    public:
+        bool isCancelled() const override { return ++asked > 2; }
+        mutable int asked = 0;
+    } stop;
+    constexpr int rows = 1000;
+    m_case->made->run(u"begin"_s);
+    m_case->made->group(1, 1, {u"111"_s});
+    for (int i = 1; i <= rows; ++i) {
+        m_case->made->text(i, 1, i, 2, u"111"_s, u"text"_s);
+        m_case->made->part(i, 0, u"text/plain"_s, {}, "part");
+    }
+    m_case->made->run(u"commit"_s);
+    m_case->load();
+    m_case->db->loadChats(); // forgets what was loaded
+    QVERIFY_THROWS_EXCEPTION(Cancelled, m_case->db->loadMessages(0, stop));
+    QVERIFY(m_case->db->messageCount() > 100 && m_case->db->messageCount() < rows);
+    m_case->db->loadMessages(0, m_case->progress);
+    QCOMPARE(m_case->db->chat(1)->messages.size(), std::size_t(rows));
+    QCOMPARE(m_case->message(rows)->text, u"text\npart"_s);
+    QCOMPARE(m_case->message(1)->text, u"text\npart"_s);
 }
 
 void TestIos5MessageDb::derivedGuidsStay()
