@@ -110,12 +110,12 @@ Sqlite3Cursor Sqlite3DB::queryThrow(const Sqlite3Sql &sql) const
 
 Sqlite3Cursor &Sqlite3DB::cachedThrow(const Sqlite3Sql &sql)
 {
-    std::shared_ptr<Sqlite3Cursor> &kept = m_cached[sql.sql()];
-    if (kept)
-        kept->rebind(sql);
+    auto kept = m_cached.constFind(sql.sql());
+    if (kept == m_cached.constEnd())
+        kept = m_cached.insert(sql.sql(), std::make_shared<Sqlite3Cursor>(queryThrow(sql)));
     else
-        kept = std::make_shared<Sqlite3Cursor>(queryThrow(sql));
-    return *kept;
+        (*kept)->rebind(sql);
+    return **kept;
 }
 
 void Sqlite3DB::executeCachedThrow(const Sqlite3Sql &sql)

@@ -17,6 +17,7 @@ private slots:
     void whatIsNoDatabase();
     void lockedDatabaseFailsAtOnce();
     void transactionRollsBack();
+    void failedStatementIsNotKept();
     void immutableLeavesNothingBeside();
 
 private:
@@ -134,6 +135,20 @@ void TestSqlite::transactionRollsBack()
     QVERIFY(cursor.moveNext());
     QCOMPARE(cursor.getText(0), QStringLiteral("2"));
     QVERIFY_EXCEPTION_THROWN(db.executeThrow(QStringLiteral("insert into nothing values(1)")), Error);
+}
+
+void TestSqlite::failedStatementIsNotKept()
+{
+    Sqlite3DB db;
+    db.openThrow(freshPath(), SqliteOpen::ReadWriteCreate);
+    const QString statement = QStringLiteral("insert into later values(1)");
+    {
+        const Sqlite3Transaction transaction(db);
+        QVERIFY_EXCEPTION_THROWN(db.cachedThrow(statement), Error);
+    } // rolls back
+    db.executeThrow(QStringLiteral("create table later(x)"));
+    db.executeCachedThrow(statement);
+    QCOMPARE(db.changes(), 1);
 }
 
 void TestSqlite::immutableLeavesNothingBeside()
