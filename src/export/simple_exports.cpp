@@ -3,6 +3,7 @@
 #include "base/error.h"
 #include "base/texts.h"
 #include "export/text_file.h"
+#include "personal/plain_text.h"
 
 #include <QDir>
 #include <QRegularExpression>
@@ -106,9 +107,7 @@ QString noteFileName(const NoteEntry &note)
 {
     constexpr qsizetype longestTitle = 20;
     static const QRegularExpression forbidden(QStringLiteral("[\\\\/:*?\"<>|\\n\\r\\t\\x00]+"));
-    QString title = QString(note.title).remove(forbidden);
-    if (title.size() > longestTitle)
-        title.truncate(title.at(longestTitle - 1).isHighSurrogate() ? longestTitle - 1 : longestTitle);
+    const QString title = firstCharacters(QString(note.title).remove(forbidden), longestTitle);
     const QString key = note.create_date.toLocalTime().toString(QStringLiteral("yyyyMMdd-hhmmss"));
     return key + QLatin1Char('-') + title + QStringLiteral(".html");
 }

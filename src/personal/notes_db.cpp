@@ -27,8 +27,8 @@ qint64 unixOf(const QDateTime &date)
 
 QString summaryOf(const QString &content)
 {
-    const QString text = plainTextOfHtml(content);
-    return text.size() > summaryLength ? text.left(summaryLength) + QStringLiteral("...") : text;
+    const QString text = plainTextOfHtml(content, summaryLength);
+    return text.size() > summaryLength ? firstCharacters(text, summaryLength) + QStringLiteral("...") : text;
 }
 
 /// The columns of the local table, resolved once.

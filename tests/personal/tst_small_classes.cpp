@@ -95,12 +95,36 @@ void TestSmallClasses::noteSummary_data()
     QTest::newRow("100 characters") << QStringLiteral("<div>%1</div>").arg(hundred) << hundred;
     QTest::newRow("101 characters") << QStringLiteral("<div>%1y</div>").arg(hundred)
                                     << hundred + QStringLiteral("...");
+    QTest::newRow("a character of two units at the end")
+        << QStringLiteral("%1\U0001F600 and more").arg(hundred.left(99))
+        << hundred.left(99) + QStringLiteral("...");
     QTest::newRow("no body text") << QString() << QString();
+    const auto row = [](const char *name, const char *content, const char *summary) {
+        QTest::newRow(name) << QString::fromUtf8(content) << QString::fromUtf8(summary);
+    };
+    row("blocks and breaks", "a<div>b<br></div><div><br></div><DIV>c</DIV>", "a\nb\n\nc");
+    row("table and list", "<table><tr><td>1</td><td>2</td></tr></table><ul><li>x<li>y</ul>", "1\n2\nx\ny");
+    row("blanks", " a \r\n\t b<b> c </b>d<p> e", "a b c d\ne");
+    row("blanks that stay", "a&nbsp;&nbsp;b<pre>c  d\ne</pre> f", "a  b\nc  d\ne\nf");
+    row("entities", "&lt;b&gt; &amp;amp; &eacute;&#233;&#xE9; &#x1F600;",
+        "<b> &amp; \u00e9\u00e9\u00e9 \U0001F600");
+    row("no entities", "AT&T &bogus; & &; &#xZ; &#0;&#xD800;", "AT&T &bogus; & &; &#xZ; \uFFFD\uFFFD");
+    row("no tags", "1 < 2 <3 <", "1 < 2 <3 <");
+    row("not for reading", "<head><title>t</title><style>p {}</style></head><!-- c --><script>s</script>x",
+        "x");
+    row("quotes in a tag", "<a title=\"a > b\" name=it's>x</a>", "x");
+    row("sizes that depend on a font", "<p style=\"margin:1em;line-height:2ex\">x<font size=7>y", "xy");
+    row("a style sheet of this machine",
+        "<link rel=\"stylesheet\" type=\"text/css\" href=\"file:///etc/passwd\"><p>x", "x");
+    row("a tag without an end", "x<p title=\"", "x");
+    QTest::newRow("deep nesting") << QStringLiteral("<div><b><ul>").repeated(200'000) + u'x'
+                                  << QStringLiteral("x");
 }
 
 void TestSmallClasses::noteSummary()
 {
     QFETCH(QString, content);
+    content.replace(u'\'', QStringLiteral("''"));
     ScratchSource source;
     source.putDatabase(
         notesFile,
@@ -377,5 +401,5 @@ void TestSmallClasses::missingDatabases()
              QStringLiteral("Cannot find Bookmarks.db."));
 }
 
-QTEST_MAIN(TestSmallClasses)
+QTEST_GUILESS_MAIN(TestSmallClasses)
 #include "tst_small_classes.moc"
