@@ -185,8 +185,10 @@ QString LocalCalendarsDb::hashOf(const CalendarEvent &event)
 
 qint64 LocalCalendarsDb::calendarId(const CalendarEvent &event)
 {
+    // A name with a wildcard may match calendars that came later than its own; it must not move to them.
     Sqlite3Cursor &row =
-        m_db.cachedThrow(Sqlite3Sql(QStringLiteral("select _id from calendars where name like ?"))
+        m_db.cachedThrow(Sqlite3Sql(QStringLiteral("select _id from calendars where name%1 order by _id")
+                                        .arg(m_db.likeCondition(event.calendar)))
                              .addTextParam(event.calendar));
     if (row.moveNext())
         return row.getInt64(0);

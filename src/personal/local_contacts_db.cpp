@@ -169,7 +169,8 @@ qint64 LocalContactsDb::findByName(const QString &fullName)
 {
     if (fullName.contains(QLatin1Char('%')) || fullName.contains(QLatin1Char('_'))) {
         Sqlite3Cursor &row = m_db.cachedThrow(
-            Sqlite3Sql(QStringLiteral("select _id,src_id from contact where full_name like ? limit 1"))
+            Sqlite3Sql(QStringLiteral("select _id,src_id from contact where full_name%1 limit 1")
+                           .arg(m_db.likeCondition(fullName)))
                 .addTextParam(fullName));
         return row.moveNext() ? row.getInt64(0) : 0;
     }
@@ -219,7 +220,8 @@ qint64 LocalContactsDb::addContact(const ContactRecord &record)
 qint64 LocalContactsDb::groupId(const QString &name)
 {
     Sqlite3Cursor row = m_db.queryThrow(
-        Sqlite3Sql(QStringLiteral("select _id from contact_group where name like ?")).addTextParam(name));
+        Sqlite3Sql(QStringLiteral("select _id from contact_group where name") + m_db.likeCondition(name))
+            .addTextParam(name));
     if (row.moveNext())
         return row.getInt64(0);
     m_db.executeThrow(

@@ -190,6 +190,12 @@ bool Sqlite3DB::hasTable(const QString &table) const
     return cursor.moveNext();
 }
 
+QString Sqlite3DB::likeCondition(const QString &text) const
+{
+    const int longest = sqlite3_limit(m_db, SQLITE_LIMIT_LIKE_PATTERN_LENGTH, -1);
+    return text.toUtf8().size() <= longest ? QStringLiteral(" like ?") : QStringLiteral("=? collate nocase");
+}
+
 Sqlite3Transaction::Sqlite3Transaction(Sqlite3DB &db) : m_db(db)
 {
     m_db.beginTran();

@@ -61,6 +61,9 @@ public:
     /// Column names of a table in lower case; empty when there is no such table.
     QSet<QString> tbCols(const QString &table) const;
     bool hasTable(const QString &table) const;
+    /// The rest of a condition that compares a column with `text`, which is to be bound: with LIKE, or, as
+    /// LIKE refuses long patterns, for equality without regard to the case of ASCII letters.
+    QString likeCondition(const QString &text) const;
 
     /// For calls that this wrapper does not have.
     sqlite3 *handle() const { return m_db; }

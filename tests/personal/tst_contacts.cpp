@@ -309,6 +309,9 @@ void TestContacts::wildcardsInAName()
     QVERIFY(!save(db, person("B_b", Kind::Note, row({{1, "n"}}))).merged);
     QVERIFY(!save(db, person("Bob", Kind::Note, row({{1, "n"}}))).merged);
     QVERIFY(save(db, person("b_B", Kind::Note, row({{1, "n"}}))).merged);
+    const QByteArray tooLongForLike(60'000, '%');
+    QVERIFY(!save(db, person(tooLongForLike.constData(), Kind::Note, row({{1, "n"}}))).merged);
+    QVERIFY(save(db, person(tooLongForLike.constData(), Kind::Note, row({{1, "n"}}))).merged);
 }
 
 void TestContacts::groupsAreMadeOnce()

@@ -234,6 +234,21 @@ void TestSmallClasses::localCalendar()
     moved.summary = QStringLiteral("Lunch\nHall");
     moved.calendar = QStringLiteral("hOME");
     QVERIFY(db.save(moved).wasThere);
+    CalendarEvent elsewhere = event;
+    elsewhere.calendar = QString(60'000, u'x'); // longer than LIKE allows
+    const auto other = db.save(elsewhere);
+    QVERIFY(!other.wasThere);
+    elsewhere.calendar = elsewhere.calendar.toUpper();
+    QVERIFY(db.save(elsewhere).wasThere);
+    QVERIFY(db.remove(other.id));
+    for (const bool wasThere : {false, true}) // "z!" sorts before "z%", which matches it
+        for (const char *name : {"z%", "z!"}) {
+            elsewhere.calendar = QLatin1String(name);
+            const auto saved = db.save(elsewhere);
+            QCOMPARE(saved.wasThere, wasThere);
+            if (wasThere)
+                QVERIFY(db.remove(saved.id));
+        }
     db.commit();
     event.id = first.id;
     QCOMPARE(db.readAll(), QList{event});
