@@ -216,19 +216,32 @@ QList<IOSContactsDb::Person> IOSContactsDb::readPeople()
     return people;
 }
 
-void IOSContactsDb::readPhotos(QList<Person> &people) const
+// A damaged database of pictures costs the pictures that can not be read, and no contact.
+void IOSContactsDb::readPhotos(QList<Person> &people)
 {
-    if (!m_images.isOpen() || !m_images.hasTable(QStringLiteral("ABFullSizeImage")))
-        return;
-    Sqlite3Cursor row =
-        m_images.queryThrow(QStringLiteral("select data from ABFullSizeImage where record_id=? limit 1"));
-    for (Person &person : people) {
-        row.rebind(Sqlite3Sql().addInt64Param(person.rowid));
-        if (!row.moveNext())
-            continue;
-        ContactDataRow photo;
-        photo.data15 = row.getBlob(0);
-        person.record.rows[ContactDataKind::Photo].append(photo);
+    QStringList failures;
+    try {
+        if (!m_images.isOpen() || !m_images.hasTable(QStringLiteral("ABFullSizeImage")))
+            return;
+        Sqlite3Cursor row =
+            m_images.queryThrow(QStringLiteral("select data from ABFullSizeImage where record_id=? limit 1"));
+        for (Person &person : people) {
+            row.rebind(Sqlite3Sql().addInt64Param(person.rowid));
+            try {
+                if (!row.moveNext())
+                    continue;
+                ContactDataRow photo;
+                photo.data15 = row.getBlob(0);
+                person.record.rows[ContactDataKind::Photo].append(photo);
+            } catch (const Error &error) {
+                failures.append(error.sentence());
+            }
+        }
+        if (!failures.isEmpty())
+            m_problems.append(QStringLiteral("the pictures of %1 contacts are left out: %2")
+                                  .arg(QString::number(failures.size()), failures.first()));
+    } catch (const Error &error) {
+        m_problems.append(QStringLiteral("the pictures of the contacts are left out: ") + error.sentence());
     }
 }
 

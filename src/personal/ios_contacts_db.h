@@ -44,7 +44,7 @@ private:
 
     void open();
     QList<Person> readPeople();
-    void readPhotos(QList<Person> &people) const;
+    void readPhotos(QList<Person> &people);
     void readValues(QList<Person> &people);
     bool fillDate(ContactDataRow &row, qint64 appleSecondsValue, const ContactRecord &record);
 };

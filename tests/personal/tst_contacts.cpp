@@ -24,6 +24,7 @@ private slots:
     void address();
     void damagedAddressBooks_data();
     void damagedAddressBooks();
+    void damagedPictures();
     void sameNameIsMerged();
     void mergeRules_data();
     void mergeRules();
@@ -215,6 +216,29 @@ void TestContacts::damagedAddressBooks()
         QVERIFY_EXCEPTION_THROWN(db.readAll(), Error);
     else
         QCOMPARE(db.readAll().size(), contacts);
+}
+
+void TestContacts::damagedPictures()
+{
+    ScratchSource source;
+    source.putDatabase(AddressBook::file,
+                       QStringLiteral("create table ABPerson(First TEXT); insert into ABPerson values('A')"));
+    source.putDatabase(AddressBook::images,
+                       QStringLiteral("create table ABFullSizeImage(record_id INTEGER)"));
+    IOSContactsDb withoutColumn(source);
+    QCOMPARE(withoutColumn.readAll().size(), 1);
+    QCOMPARE(withoutColumn.problems().size(), 1);
+
+    source.putDatabase(AddressBook::images,
+                       QStringLiteral("create table ABFullSizeImage(record_id INTEGER, data BLOB);"
+                                      "insert into ABFullSizeImage values(1, zeroblob(9000))"));
+    QFile images(source.pathOf(AddressBook::images));
+    QVERIFY(images.open(QIODevice::ReadWrite) && images.seek(4096));
+    QCOMPARE(images.write(QByteArray(4096, '\xEE')), 4096);
+    images.close();
+    IOSContactsDb overwritten(source);
+    QCOMPARE(overwritten.readAll().size(), 1);
+    QVERIFY(overwritten.problems().value(0).contains(QLatin1String("pictures of 1 contacts")));
 }
 
 void TestContacts::sameNameIsMerged()
