@@ -15,6 +15,13 @@ struct Folder
     int depth = 0;
 };
 
+// Early databases have no column for what is hidden.
+QString shownCondition(const Sqlite3DB &db)
+{
+    const bool canHide = db.tbCols(QStringLiteral("bookmarks")).contains(QStringLiteral("hidden"));
+    return canHide ? QStringLiteral(" and hidden=0") : QString();
+}
+
 // Rows come ordered by parent, so a folder that is read after its children has lost them.
 BookmarkTree buildTree(Sqlite3Cursor row, const QString &sourceColumn)
 {
@@ -72,16 +79,18 @@ qint64 IOSBookmarkDb::count()
 {
     open();
     Sqlite3Cursor row =
-        m_db.queryThrow(QStringLiteral("select count(*) from bookmarks where type=0 and hidden=0"));
+        m_db.queryThrow(QStringLiteral("select count(*) from bookmarks where type=0") + shownCondition(m_db));
     return row.moveNext() ? row.getInt64(0) : 0;
 }
 
 BookmarkTree IOSBookmarkDb::readTree()
 {
     open();
-    return buildTree(m_db.queryThrow(QStringLiteral("select * from bookmarks where id > 0 and hidden=0 order "
-                                                    "by parent asc, type asc, order_index asc, id asc")),
-                     QStringLiteral("external_uuid"));
+    return buildTree(
+        m_db.queryThrow(QStringLiteral("select * from bookmarks where id > 0%1 order by parent asc, "
+                                       "type asc, order_index asc, id asc")
+                            .arg(shownCondition(m_db))),
+        QStringLiteral("external_uuid"));
 }
 
 LocalBookmarkDb::LocalBookmarkDb(const QString &folder)

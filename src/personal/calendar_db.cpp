@@ -41,6 +41,25 @@ QHash<qint64, QStringList> readLocations(const Sqlite3DB &db)
     return titles;
 }
 
+// An event is worth reading without its recurrence, its description or its address on the web.
+QString eventStatement(const Sqlite3DB &db)
+{
+    const QSet<QString> columns = db.tbCols(QStringLiteral("calendaritem"));
+    const auto column = [&columns](const char *name) {
+        return columns.contains(QLatin1String(name)) ? QLatin1String("i.") + QLatin1String(name)
+                                                     : QStringLiteral("null");
+    };
+    const bool repeats = db.hasTable(QStringLiteral("recurrence"));
+    return QStringLiteral("select i.rowid,i.calendar_id,c.title as "
+                          "calendar,i.summary,%1,i.creation_date,%2,i.start_date,"
+                          "i.end_date,i.all_day,%3,%4 from calendaritem as i inner join calendar as c "
+                          "on i.calendar_id=c.rowid and (i.birthday_id <= 0 or i.birthday_id is null) "
+                          "and i.entity_type=2 and i.availability=0 %5")
+        .arg(column("description"), column("start_tz"), column("url"),
+             repeats ? QStringLiteral("r.frequency,r.interval") : QStringLiteral("null,null"),
+             repeats ? QStringLiteral("left join recurrence as r on i.rowid=r.owner_id") : QString());
+}
+
 // Events of one calendar stand together, calendars in the order in which they are met.
 QList<CalendarEvent> grouped(QList<std::pair<qint64, CalendarEvent>> events)
 {
@@ -95,11 +114,7 @@ QList<CalendarEvent> IOSCalendarDb::readAll()
 {
     open();
     const QHash<qint64, QStringList> locations = readLocations(m_db);
-    Sqlite3Cursor row = m_db.queryThrow(QStringLiteral(
-        "select i.rowid,i.calendar_id,c.title as calendar,i.summary,i.description,i.creation_date,i.start_tz,"
-        "i.start_date,i.end_date,i.all_day,i.url,r.frequency,r.interval from calendaritem as i "
-        "inner join calendar as c on i.calendar_id=c.rowid and (i.birthday_id <= 0 or i.birthday_id is null) "
-        "and i.entity_type=2 and i.availability=0 left join recurrence as r on i.rowid=r.owner_id"));
+    Sqlite3Cursor row = m_db.queryThrow(eventStatement(m_db));
     QHash<qint64, QString> calendars;
     QList<std::pair<qint64, CalendarEvent>> events;
     while (row.moveNext()) {

@@ -50,6 +50,7 @@ private slots:
     void localCalendar();
     void bookmarksOfADevice_data();
     void bookmarksOfADevice();
+    void withoutTheColumnsOfLaterSystems();
     void deepFoldersEnd();
     void localBookmarks();
     void localCalls();
@@ -291,6 +292,27 @@ void TestSmallClasses::bookmarksOfADevice()
                                       "bookmarks(id,parent,type,title,hidden,order_index) values ") +
                            rows);
     QCOMPARE(outline(IOSBookmarkDb(source).readTree()), tree);
+}
+
+void TestSmallClasses::withoutTheColumnsOfLaterSystems()
+{
+    ScratchSource source;
+    source.putDatabase(bookmarksFile,
+                       QStringLiteral("create table bookmarks(id INTEGER PRIMARY KEY, parent, type, title, "
+                                      "order_index); insert into bookmarks values(1,0,0,'b',0)"));
+    QCOMPARE(outline(IOSBookmarkDb(source).readTree()), QStringLiteral("b"));
+    QCOMPARE(IOSBookmarkDb(source).count(), 1);
+    source.putDatabase(
+        calendarFile,
+        QStringLiteral(
+            "create table Calendar(title); insert into Calendar values('c');"
+            "create table CalendarItem(summary, start_date, end_date, all_day, calendar_id, entity_type,"
+            " availability, birthday_id, creation_date);"
+            "insert into CalendarItem values('s',1,2,0,1,2,0,null,null)"));
+    const auto events = IOSCalendarDb(source).readAll();
+    QCOMPARE(events.size(), 1);
+    QCOMPARE(events.first().summary, QStringLiteral("s"));
+    QVERIFY(events.first().rrule.isEmpty());
 }
 
 void TestSmallClasses::deepFoldersEnd()
