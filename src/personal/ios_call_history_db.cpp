@@ -183,12 +183,20 @@ std::unique_ptr<AbsCallsDbCore> IOSCallHistoryDb::openNewer()
     return core;
 }
 
-// Systems that write the newer database leave the older one behind, empty: then the calls are in the newer.
+// Systems that write the newer database leave the older one behind, empty or without its content: then the
+// calls are in the newer.
 AbsCallsDbCore &IOSCallHistoryDb::core()
 {
     if (m_core)
         return *m_core;
-    m_core = openOlder();
+    try {
+        m_core = openOlder();
+    } catch (const Error &error) {
+        m_core = openNewer();
+        if (!m_core)
+            throw;
+        qWarning("the older call history is left out: %s", error.what());
+    }
     if (!m_core || m_core->count() == 0)
         if (auto newer = openNewer())
             m_core = std::move(newer);

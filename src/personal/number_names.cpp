@@ -5,8 +5,6 @@
 #include "personal/contact_functions.h"
 #include "sqlite/sqlite3_db.h"
 
-#include <algorithm>
-
 namespace {
 QHash<qint64, QString> readPersonNames(const Sqlite3DB &db)
 {
@@ -15,11 +13,6 @@ QHash<qint64, QString> readPersonNames(const Sqlite3DB &db)
     while (row.moveNext())
         names.insert(row.getInt64(0), personName(row.getText(1), row.getText(2), row.getText(3)));
     return names;
-}
-
-bool namesSomething(const QString &address)
-{
-    return std::any_of(address.begin(), address.end(), [](QChar c) { return c.isLetterOrNumber(); });
 }
 } // namespace
 
@@ -48,5 +41,7 @@ NumberNames::NumberNames(FileSource &source)
 
 QString NumberNames::nameOfNumber(const QString &address) const
 {
-    return namesSomething(address) ? m_names.value(numberSuffix(address)) : QString();
+    // Values of every kind have an entry, so what has no suffix would be named after somebody at random.
+    const QString suffix = numberSuffix(address);
+    return suffix.isEmpty() ? QString() : m_names.value(suffix);
 }

@@ -133,14 +133,16 @@ void TestCalls::names()
                                           "insert into ABMultiValue(record_id, property, value) values"
                                           "(1,3,'+49 (171) 392-00123'),(2,3,'22000'),(3,4,'m@example.org'),"
                                           "(4,3,''),(4,3,'--'),(2,22,'22001');"));
-    source.putDatabase(olderFile, olderCalls(12, false,
-                                             QStringLiteral("('017139200123',9,0,0),('22000',8,0,0),"
-                                                            "('m@example.org',7,0,0),('',6,0,0),('+',5,0,0),"
-                                                            "('22001',4,0,0),('stranger',3,0,0)")));
+    source.putDatabase(
+        olderFile,
+        olderCalls(12, false,
+                   QStringLiteral("('017139200123',9,0,0),('22000',8,0,0),"
+                                  "('m@example.org',7,0,0),('',6,0,0),('+',5,0,0),"
+                                  "('22001',4,0,0),('stranger',3,0,0),('\u0422\u0435\u0441\u0442',2,0,0)")));
     QStringList persons;
     for (const CallEntry &call : IOSCallHistoryDb(source).readAll())
         persons.append(call.person);
-    QCOMPARE(persons.join(QLatin1Char('|')), QStringLiteral("Ada King|Grace|Mail|||Grace|"));
+    QCOMPARE(persons.join(QLatin1Char('|')), QStringLiteral("Ada King|Grace|Mail|||Grace||"));
 }
 
 void TestCalls::whichGeneration()
@@ -161,6 +163,10 @@ void TestCalls::whichGeneration()
     QCOMPARE(IOSCallHistoryDb(source).readAll().first().address, QStringLiteral("older"));
     source.putDatabase(olderFile, QStringLiteral("create table call(address, date, flags)"));
     QCOMPARE(IOSCallHistoryDb(source).count(), 2); // newer systems leave an empty one behind
+    source.put(olderFile, {});
+    QCOMPARE(IOSCallHistoryDb(source).count(), 2);
+    source.remove(newerFile);
+    QVERIFY_EXCEPTION_THROWN(IOSCallHistoryDb(source).count(), Error);
 }
 
 void TestCalls::withoutTheirColumns_data()
