@@ -177,7 +177,12 @@ QString VCardLine::text() const
     }
     QStringDecoder utf8(QStringDecoder::Utf8);
     const QString text = utf8.decode(raw);
-    return utf8.hasError() ? QString::fromLocal8Bit(raw) : text;
+    if (!utf8.hasError())
+        return text;
+    QStringDecoder local(QStringDecoder::System);
+    const QString localText = local.decode(raw);
+    // Where the code page of the system is UTF-8 too, the text comes from a system where it is not.
+    return local.hasError() ? QString::fromLatin1(raw) : localText;
 }
 
 QList<VCardLine> splitVCardLines(QByteArrayView text)

@@ -4,6 +4,7 @@
 #include "personal/vcard_lines.h"
 
 #include <QHash>
+#include <QStringDecoder>
 
 #include <memory>
 
@@ -256,6 +257,19 @@ private:
         }
     }
 };
+
+bool saysSomething(const ContactRecord &contact)
+{
+    return contact.rows.size() > 1 || contact.rows.first().first() != ContactDataRow();
+}
+
+/// Some programs write UTF-16, which a mark at the beginning tells.
+QByteArray asUtf8(QByteArrayView text)
+{
+    QStringDecoder utf16(QStringDecoder::Utf16);
+    const bool isUtf16 = text.startsWith("\xff\xfe") || text.startsWith("\xfe\xff");
+    return isUtf16 ? QString(utf16.decode(text)).toUtf8() : text.toByteArray();
+}
 } // namespace
 
 VCardContacts readVCards(QByteArrayView text)
@@ -276,7 +290,7 @@ VCardContacts readVCards(QByteArrayView text)
             name(QStringLiteral("it has no end, and is left out"));
         card.reset();
     };
-    for (const VCardLine &line : splitVCardLines(text)) {
+    for (const VCardLine &line : splitVCardLines(asUtf8(text))) {
         const bool isVCard = line.value.trimmed().compare("VCARD", Qt::CaseInsensitive) == 0;
         if (line.name == "BEGIN" && isVCard) {
             skipUnfinished();
@@ -288,7 +302,10 @@ VCardContacts readVCards(QByteArrayView text)
         } else if (line.name == "END" && isVCard) {
             if (unreadable > 0)
                 name(QStringLiteral("%1 of its lines could not be read").arg(unreadable));
-            result.contacts.append(card->finish());
+            if (ContactRecord contact = card->finish(); saysSomething(contact))
+                result.contacts.append(std::move(contact));
+            else
+                name(QStringLiteral("it is empty, and is left out"));
             card.reset();
         } else if (line.name.isEmpty()) {
             ++unreadable;

@@ -12,6 +12,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QStringEncoder>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -32,6 +33,8 @@ private slots:
     void roundTrip();
     void foreignCards_data();
     void foreignCards();
+    void encodingsOfOtherSystems_data();
+    void encodingsOfOtherSystems();
     void malformedCardsAreNamed();
     void columnsByRank();
     void textColumnsAlign();
@@ -226,14 +229,37 @@ void TestContactExports::foreignCards()
     QCOMPARE(cards.contacts.first().rows.value(kind), QList{expected});
 }
 
+void TestContactExports::encodingsOfOtherSystems_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    const QString card = QStringLiteral("BEGIN:VCARD\nFN:J\u00f6rg\nEND:VCARD\n");
+    using Encoder = QStringEncoder;
+    const auto encoded = [&](Encoder::Encoding encoding) {
+        return QByteArray(Encoder(encoding, Encoder::Flag::WriteBom).encode(card));
+    };
+    QTest::newRow("UTF-16, low byte first") << encoded(Encoder::Utf16LE);
+    QTest::newRow("UTF-16, high byte first") << encoded(Encoder::Utf16BE);
+    QTest::newRow("neither UTF-8 nor named") << card.toLatin1();
+}
+
+void TestContactExports::encodingsOfOtherSystems()
+{
+    QFETCH(QByteArray, file);
+    const VCardContacts cards = readVCards(file);
+    QVERIFY(cards.problems.isEmpty());
+    QCOMPARE(cards.contacts.size(), 1);
+    QCOMPARE(displayNameOf(cards.contacts.first()), QStringLiteral("J\u00f6rg"));
+}
+
 void TestContactExports::malformedCardsAreNamed()
 {
     const VCardContacts cards =
         readVCards("rubbish\nBEGIN:VCARD\nFN:Ada\nBEGIN:VCARD\nFN:B\nno colon here\nEND:VCARD\n"
                    "BEGIN:VCARD\nPHOTO;ENCODING=b:!!!\nEND:VCARD\nBEGIN:VCARD\nFN:cut");
-    QCOMPARE(cards.contacts.size(), 2);
+    QCOMPARE(cards.contacts.size(), 1);
     QCOMPARE(cards.problems, (QStringList{"card 1 (Ada): it has no end, and is left out",
                                           "card 2 (B): 1 of its lines could not be read",
+                                          "card 3: it is empty, and is left out",
                                           "card 4 (cut): it has no end, and is left out"}));
 }
 
