@@ -10,6 +10,8 @@
 #include <CLI/CLI.hpp>
 #include <QDir>
 
+#include <optional>
+
 namespace {
 QString requireDatabaseName(const CLI::Option *option)
 {
@@ -49,31 +51,52 @@ ExitStatus save(const QList<DataClass> &classes, bool all, const QString &source
     return ExitStatus::Done;
 }
 
-void writeDatabase(JsonWriter &json, const QString &name, const QString &folder)
+using Counts = QList<std::pair<DataClass, std::optional<qint64>>>; // without a number where it cannot be told
+
+/// A damaged store of one class says nothing about the others, nor about other databases.
+Counts countsOf(const QString &folder, CommandContext &context)
 {
     const std::unique_ptr<PersonalSource> records = openLocalRecords(folder);
+    Counts counts;
+    for (const DataClass dataClass : allDataClasses) {
+        if (!isPersonalClass(dataClass))
+            continue;
+        try {
+            counts.append({dataClass, records->count(dataClass)});
+        } catch (const Error &error) {
+            counts.append({dataClass, std::nullopt});
+            context.tell(error.sentence());
+        }
+    }
+    return counts;
+}
+
+void writeDatabase(JsonWriter &json, const QString &name, const QString &folder, const Counts &counts)
+{
     json.beginObject();
     json.field("name", name);
     json.field("path", folder);
     json.key("counts");
     json.beginObject();
-    for (const DataClass dataClass : allDataClasses)
-        if (isPersonalClass(dataClass))
-            json.field(qPrintable(dataClassName(dataClass)), records->count(dataClass));
+    for (const auto &[dataClass, count] : counts) {
+        json.key(qPrintable(dataClassName(dataClass)));
+        if (count)
+            json.number(*count);
+        else
+            json.null();
+    }
     json.endObject();
     json.endObject();
 }
 
-QByteArray databaseText(const QString &name, const QString &folder)
+QByteArray databaseText(const QString &name, const QString &folder, const Counts &counts)
 {
-    const std::unique_ptr<PersonalSource> records = openLocalRecords(folder);
-    QStringList counts;
-    for (const DataClass dataClass : allDataClasses)
-        if (isPersonalClass(dataClass))
-            counts.append(
-                QStringLiteral("%1 %2").arg(records->count(dataClass)).arg(dataClassName(dataClass)));
+    QStringList texts;
+    for (const auto &[dataClass, count] : counts)
+        texts.append(QStringLiteral("%1 %2").arg(count ? QString::number(*count) : QStringLiteral("?"),
+                                                 dataClassName(dataClass)));
     return (name + QStringLiteral("\n  ") + folder + QStringLiteral("\n  ") +
-            counts.join(QStringLiteral(", ")) + QLatin1Char('\n'))
+            texts.join(QStringLiteral(", ")) + QLatin1Char('\n'))
         .toUtf8();
 }
 
@@ -93,10 +116,12 @@ ExitStatus listDatabases(bool asJson, CommandContext &context)
     if (asJson)
         json.beginArray();
     for (const QString &name : folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name)) {
+        const QString path = folder.filePath(name);
+        const Counts counts = countsOf(path, context);
         if (asJson)
-            writeDatabase(json, name, folder.filePath(name));
+            writeDatabase(json, name, path, counts);
         else
-            text += databaseText(name, folder.filePath(name));
+            text += databaseText(name, path, counts);
     }
     if (asJson) {
         json.endArray();

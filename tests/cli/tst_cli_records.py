@@ -250,6 +250,22 @@ class Records(Case):
         cards.write_bytes(b"nothing of the kind")
         self.refuse(1, "save", "contacts", cards, "--into", "Friends", home=self.home)
 
+    def test_damaged_stores(self):
+        backup = self.sample("--ios", "17", "--layout", "modern")
+        for name in ("Damaged", "Whole"):
+            self.succeed("save", "all", backup, "--into", name, home=self.home)
+        folder = next(self.home.rglob("Damaged"))
+        (folder / "contacts.db").write_bytes(b"no database")
+        subprocess.run(["sqlite3", folder / "notes.db", "drop table notes; create table notes(hash)"], check=True)
+        (damaged, whole), = self.lines("databases", "--json", home=self.home)
+        self.assertEqual((damaged["name"], damaged["counts"]["contacts"]), ("Damaged", None))
+        self.assertEqual(damaged["counts"]["calls"], whole["counts"]["calls"])
+        self.assertGreater(whole["counts"]["contacts"], 0)
+        for name in ("contacts", "notes"):
+            self.refuse(1, "save", name, backup, "--into", "Damaged", home=self.home)
+            self.refuse(1, "show", name, "local:Damaged", home=self.home)
+        self.assertEqual((folder / "contacts.db").read_bytes(), b"no database")
+
     def test_encrypted(self):
         plain = self.sample("--ios", "17", "--layout", "modern")
         locked = self.sample("--ios", "17", "--layout", "modern", "--password", PASSWORD)
