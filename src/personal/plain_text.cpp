@@ -25,6 +25,17 @@ bool isBlock(const QString &tag)
     return tags.contains(tag);
 }
 
+/// Elements that people and programs leave open.
+bool needsNoEnd(const QString &tag)
+{
+    static const QSet<QString> tags = [] {
+        const QStringList names =
+            QStringLiteral("area base br col dd dt hr img input li link meta p td th tr wbr").split(u' ');
+        return QSet<QString>(names.begin(), names.end());
+    }();
+    return tags.contains(tag);
+}
+
 bool isHidden(const QString &tag)
 {
     return tag == QLatin1String("script") || tag == QLatin1String("style") || tag == QLatin1String("title");
@@ -115,6 +126,8 @@ public:
         return std::move(m_text).trimmed();
     }
 
+    int deepest() const { return m_deepest; }
+
 private:
     QStringView m_html;
     qsizetype m_enough;
@@ -122,6 +135,8 @@ private:
     QString m_text;
     bool m_blankDue = false;
     int m_preformatted = 0; // how many such elements are open
+    int m_depth = 0;
+    int m_deepest = 0;
 
     // A blank at the end may still go away.
     bool isEnough() const { return m_text.size() > m_enough && !m_text.back().isSpace(); }
@@ -216,6 +231,10 @@ private:
 
     void apply(const QString &tag, bool closes)
     {
+        if (!needsNoEnd(tag)) {
+            m_depth = std::max(0, m_depth + (closes ? -1 : 1));
+            m_deepest = std::max(m_deepest, m_depth);
+        }
         if (tag == QLatin1String("br"))
             endLine();
         else if (isBlock(tag))
@@ -233,6 +252,13 @@ private:
 QString plainTextOfHtml(const QString &html, qsizetype enough)
 {
     return TextOfHtml(html, enough).read();
+}
+
+int nestingOfHtml(const QString &html)
+{
+    TextOfHtml text(html, std::numeric_limits<qsizetype>::max());
+    text.read();
+    return text.deepest();
 }
 
 QString firstCharacters(const QString &text, qsizetype atMost)

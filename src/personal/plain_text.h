@@ -9,5 +9,8 @@
 /// it has more than `enough` characters.
 QString plainTextOfHtml(const QString &html, qsizetype enough = std::numeric_limits<qsizetype>::max());
 
+/// How many elements at most stand in one another. What needs no end tag does not count.
+int nestingOfHtml(const QString &html);
+
 /// The first `atMost` UTF-16 units of a text, or one less where that would cut a character in two.
 QString firstCharacters(const QString &text, qsizetype atMost);

@@ -2,6 +2,7 @@
 
 #include "base/texts.h"
 #include "personal/contact_words.h"
+#include "personal/plain_text.h"
 #include "views/contact_card.h"
 
 #include <QCache>
@@ -13,6 +14,7 @@ constexpr int dateWidth = 150;
 constexpr int shortWidth = 90;
 constexpr int picturesKept = 500;
 constexpr qsizetype longestNoteShown = 200'000;
+constexpr int deepestNoteShown = 500;
 
 QString dateText(const QDateTime &date)
 {
@@ -135,34 +137,20 @@ RecordTable callsTable(const QList<CallEntry> &all)
     return table;
 }
 
-// What a filter looks in. A document of each note would be exact, and far too slow for thousands of them.
-QString withoutTags(const QString &html)
-{
-    QString text;
-    text.reserve(html.size());
-    bool inTag = false;
-    for (const QChar c : html) {
-        if (c == QLatin1Char('<') || c == QLatin1Char('>'))
-            inTag = c == QLatin1Char('<');
-        else if (!inTag)
-            text += c;
-    }
-    return text.replace(QLatin1String("&nbsp;"), QLatin1String(" "))
-        .replace(QLatin1String("&lt;"), QLatin1String("<"))
-        .replace(QLatin1String("&gt;"), QLatin1String(">"))
-        .replace(QLatin1String("&quot;"), QLatin1String("\""))
-        .replace(QLatin1String("&amp;"), QLatin1String("&"));
-}
-
-// Laying out megabytes of text would hold up the window for minutes.
+// Laying out megabytes of text, or elements that are nested deeply, would hold up the window for minutes.
 QString noteText(const NoteEntry &note)
 {
-    if (note.content.size() <= longestNoteShown)
-        return heading(note.title) + note.content;
-    const qsizetype wholeTags = note.content.lastIndexOf(QLatin1Char('<'), longestNoteShown);
-    return heading(note.title) +
-           QStringLiteral("<p><i>%1</i></p>").arg(textFor("IDS_NOTE_TOO_LONG").toHtmlEscaped()) +
-           note.content.left(wholeTags > 0 ? wholeTags : longestNoteShown);
+    QString remark;
+    QString body = note.content;
+    if (body.size() > longestNoteShown) {
+        const qsizetype wholeTags = body.lastIndexOf(QLatin1Char('<'), longestNoteShown);
+        body.truncate(wholeTags > 0 ? wholeTags : longestNoteShown);
+        remark = QStringLiteral("<p><i>%1</i></p>").arg(textFor("IDS_NOTE_TOO_LONG").toHtmlEscaped());
+    }
+    if (nestingOfHtml(body) > deepestNoteShown)
+        body = QStringLiteral("<p style=\"white-space:pre-wrap\">%1</p>")
+                   .arg(plainTextOfHtml(body).toHtmlEscaped());
+    return heading(note.title) + remark + body;
 }
 
 RecordTable notesTable(const QList<NoteEntry> &all)
@@ -177,7 +165,7 @@ RecordTable notesTable(const QList<NoteEntry> &all)
                       [&all](int row) { return sortedByText(all.at(row).summary); }}};
     table.searchText = [&all](int row) {
         return QString(all.at(row).title + QLatin1Char('\n') + all.at(row).summary + QLatin1Char('\n') +
-                       withoutTags(all.at(row).content));
+                       plainTextOfHtml(all.at(row).content));
     };
     table.detail = [&all](int row) { return noteText(all.at(row)); };
     table.identity = [&all](int row) { return all.at(row).hash; };

@@ -54,6 +54,7 @@ private slots:
     void eventsStandBelowTheirCalendars();
     void contactsShowEveryRow();
     void longTextsAreCut();
+    void deepNotesAreShownAsPlainText();
     void exports();
     void emptySource();
     void saveShowAndDelete_data() { classRows(); }
@@ -225,6 +226,19 @@ void TestRecordsForm::longTextsAreCut()
     QVERIFY(index.data(RecordRole::Detail).toString().size() < 1'000'000);
     QVERIFY(index.data(RecordRole::Detail).toString().contains(QStringLiteral("Only its beginning")));
     QVERIFY(!index.data(RecordRole::Search).toString().contains(QStringLiteral("<p>")));
+}
+
+void TestRecordsForm::deepNotesAreShownAsPlainText()
+{
+    NoteEntry deep;
+    deep.content = QStringLiteral("<b>").repeated(50'000) + QStringLiteral("1 &lt; 2");
+    NoteEntry wide;
+    wide.content = QStringLiteral("<p><b>x</b><br>").repeated(5'000);
+    const ItemModelRecords model(
+        makeRecordTable(DataClass::Notes, std::make_shared<const Records>(QList<NoteEntry>{deep, wide})));
+    const auto detail = [&model](int row) { return model.index(row, 0).data(RecordRole::Detail).toString(); };
+    QVERIFY(detail(0).contains(QStringLiteral("1 &lt; 2")) && !detail(0).contains(QStringLiteral("<b>")));
+    QVERIFY(detail(1).contains(wide.content));
 }
 
 void TestRecordsForm::exports()
