@@ -3,6 +3,7 @@
 #include "base/error.h"
 #include "messages/attachment_intake.h"
 #include "messages/logic_hash.h"
+#include "messages/message_writer.h"
 
 #include <QDebug>
 #include <QDir>
@@ -117,6 +118,7 @@ void MessageStoreFile::createTables()
 
 void MessageStoreFile::upgrade()
 {
+    prepareForWriting(m_db);
     bool hashesMissing = false;
     for (const LaterColumn &later : laterColumns) {
         const QString column = QLatin1String(later.column);

@@ -28,25 +28,13 @@ Record withGuid(const Record &record, const QString &guid)
 }
 } // namespace
 
-MessageImport::MessageImport(Sqlite3DB &store, AttachmentIntake &files)
+MessageImport::MessageImport(Sqlite3DB &store, AttachmentIntake &files,
+                             const std::vector<MessageRef> &messages)
     : m_db(store), m_writer(store), m_files(files)
-{
-    m_writer.emptyDeletionNotes();
-}
-
-MessageSaveSummary MessageImport::run(const std::vector<MessageRef> &messages, CountedProgress &progress)
 {
     for (const MessageRef &ref : messages)
         if (ref.chat != ref.message->chat)
             m_shared.insert(ref.message);
-    for (const MessageRef &ref : messages) {
-        progress.item();
-        add(ref);
-    }
-    finish();
-    m_summary.attachmentsCopied = m_files.copied();
-    m_summary.missingAttachments = m_files.missing();
-    return m_summary;
 }
 
 void MessageImport::add(const MessageRef &ref)
@@ -171,11 +159,14 @@ void MessageImport::completeAttachments(const _MsgMessage &message, qint64 store
     }
 }
 
-void MessageImport::finish()
+MessageSaveSummary MessageImport::finish()
 {
     for (const auto &[source, chat] : m_chats) {
         m_writer.raiseLast(chat.rowid, chat.last);
         if (chat.isNew)
             m_writer.deleteEmptyChat(chat.rowid);
     }
+    m_summary.attachmentsCopied = m_files.copied();
+    m_summary.missingAttachments = m_files.missing();
+    return m_summary;
 }

@@ -24,10 +24,14 @@ struct MessageSaveSummary
 class MessageImport
 {
 public:
-    MessageImport(Sqlite3DB &store, AttachmentIntake &files);
+    /// `messages` are those that will be added: it has to be known which of them stand in several
+    /// conversations.
+    MessageImport(Sqlite3DB &store, AttachmentIntake &files, const std::vector<MessageRef> &messages);
 
-    /// Throws Error and Cancelled.
-    MessageSaveSummary run(const std::vector<MessageRef> &messages, CountedProgress &progress);
+    /// Throws Error, as finish() does.
+    void add(const MessageRef &ref);
+    /// Call once, after the last.
+    MessageSaveSummary finish();
 
 private:
     struct StoredChat
@@ -37,14 +41,12 @@ private:
         bool isNew = false;
     };
 
-    void add(const MessageRef &ref);
     std::optional<qint64> insert(const MessageRef &ref, const QString &hash);
     StoredChat &chatFor(const _MsgChat *chat);
     qint64 insertedChat(const _MsgChat &chat, bool &isNew);
     qint64 handleFor(const _MsgHandle *handle, qint64 none);
     void addAttachments(const _MsgMessage &message, qint64 stored, const QString &hash);
     void completeAttachments(const _MsgMessage &message, qint64 stored);
-    void finish();
 
     Sqlite3DB &m_db;
     MessageWriter m_writer;

@@ -94,6 +94,14 @@ void MessageMover::move(qint64 rowid)
     remove(rowid);
 }
 
+// The row id that a row f of the source is to have in the target: its own, or else the next.
+QString MessageMover::freeRowid(const Table &table)
+{
+    return QStringLiteral("case when exists(select 1 from TO.%1 where rowid=f.rowid) then NULL else f.rowid "
+                          "end")
+        .arg(table.name);
+}
+
 // `find` says when a row t of the target is the same as the row f of the source.
 qint64 MessageMover::copyRow(const Table &table, qint64 rowid, const QString &find,
                              QHash<qint64, qint64> &copies)
@@ -105,8 +113,8 @@ qint64 MessageMover::copyRow(const Table &table, qint64 rowid, const QString &fi
                    .arg(table.name, find),
                {rowid});
     if (!copy) {
-        run(QStringLiteral("insert into TO.%1(%2) select %2 from FROM.%1 where rowid=?")
-                .arg(table.name, table.columns),
+        run(QStringLiteral("insert into TO.%1(rowid,%2) select %3,%2 from FROM.%1 as f where rowid=?")
+                .arg(table.name, table.columns, freeRowid(table)),
             {rowid});
         copy = m_db.changes() > 0 ? m_db.lastInsertId() : 0;
     }
@@ -146,11 +154,9 @@ qint64 MessageMover::copyMessage(qint64 rowid)
         return *same;
     const auto handle = number(QStringLiteral("select handle_id from FROM.message where rowid=?"), {rowid});
     const auto other = number(QStringLiteral("select other_handle from FROM.message where rowid=?"), {rowid});
-    const bool isTaken =
-        number(QStringLiteral("select 1 from TO.message where rowid=?"), {rowid}).has_value();
     run(QStringLiteral("insert into TO.message(rowid,handle_id,other_handle,%1) select %2,?,?,%1 from "
-                       "FROM.message where rowid=?")
-            .arg(m_message.columns, isTaken ? QStringLiteral("NULL") : QStringLiteral("rowid")),
+                       "FROM.message as f where rowid=?")
+            .arg(m_message.columns, freeRowid(m_message)),
         {copyHandle(handle.value_or(0)), copyHandle(other.value_or(-1)), rowid});
     return m_db.lastInsertId();
 }

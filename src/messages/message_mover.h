@@ -8,7 +8,7 @@
 #include <optional>
 
 /// Moves messages with all that belongs to them between two message stores that one connection has open, such
-/// as the store ("main") and the recycle store. A message keeps its row id where that is free. Used inside
+/// as the store ("main") and the recycle store. Every record keeps its row id where that is free. Used inside
 /// one transaction of the caller's; throws Error.
 class MessageMover
 {
@@ -35,6 +35,7 @@ private:
     QList<qint64> numbers(const QString &sql, std::initializer_list<qint64> values);
     void run(const QString &sql, std::initializer_list<qint64> values);
     QString in(const QString &sql) const;
+    static QString freeRowid(const Table &table);
     qint64 copyRow(const Table &table, qint64 rowid, const QString &find, QHash<qint64, qint64> &copies);
     qint64 copyHandle(qint64 rowid);
     qint64 copyChat(qint64 rowid);

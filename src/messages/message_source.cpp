@@ -14,12 +14,21 @@ namespace {
 const QString chatDb = QStringLiteral("chat.db");
 const QString deviceFolder = QStringLiteral("var/mobile/Library/SMS");
 
+// A local database that nothing was saved into, or deleted from.
+class NoMessages : public AbsMessageDb
+{
+public:
+    int kind() const override { return 6; }
+    qint64 countMessages() override { return 0; }
+    std::unordered_map<qint64, qint64> countMessagesByChat() override { return {}; }
+    void loadChats() override {}
+    void loadMessages(qint64, Progress &) override {}
+};
+
 // Lets the store take back what a killed process left half done, and bring itself up to date. A store that
 // cannot be written, or that another process is writing, may still be readable.
-void prepareStore(MessageStoreFile &&store)
+void prepareStore(MessageStoreFile &store)
 {
-    if (!QFileInfo::exists(store.path()))
-        throw Error(QStringLiteral("There is no message store %1.").arg(store.path()));
     try {
         store.open();
     } catch (const Error &error) {
@@ -27,11 +36,17 @@ void prepareStore(MessageStoreFile &&store)
     }
 }
 
-MessageSource openStore(const QString &folder, const QString &path)
+MessageSource openStore(const QString &folder, MessageStoreFile &&store)
 {
     MessageSource opened;
     opened.files = std::make_unique<StoredAttachments>(folder);
-    opened.database = std::make_unique<IOS6MessageDb>(path, opened.files.get(), ContactNames::AsStored);
+    if (!QFileInfo::exists(store.path())) {
+        opened.database = std::make_unique<NoMessages>();
+        return opened;
+    }
+    prepareStore(store);
+    opened.database =
+        std::make_unique<IOS6MessageDb>(store.path(), opened.files.get(), ContactNames::AsStored);
     return opened;
 }
 
@@ -76,14 +91,12 @@ bool hasLocalMessages(const QString &folder)
 
 MessageSource openLocalMessages(const QString &folder)
 {
-    prepareStore(LocalMessageStore(folder));
-    return openStore(folder, LocalMessageStore::pathIn(folder));
+    return openStore(folder, LocalMessageStore(folder));
 }
 
 MessageSource openRecycledMessages(const QString &folder)
 {
-    prepareStore(MessageRecycleDb(folder));
-    return openStore(folder, MessageRecycleDb::pathIn(folder));
+    return openStore(folder, MessageRecycleDb(folder));
 }
 
 bool isMessageFile(const QString &path)

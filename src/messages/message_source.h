@@ -11,7 +11,7 @@ struct MessageSource
 
 /// True when the local database in `folder` has a message store.
 bool hasLocalMessages(const QString &folder);
-/// The message store of the local database in `folder`; throws Error, also when there is none.
+/// The message store of the local database in `folder`; no messages when there is none. Throws Error.
 MessageSource openLocalMessages(const QString &folder);
 /// What was deleted from it.
 MessageSource openRecycledMessages(const QString &folder);

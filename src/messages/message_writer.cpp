@@ -5,7 +5,12 @@
 
 #include <sqlite3.h>
 
+#include <limits>
+
 namespace {
+// Above the largest row id ever used a table gives out the next ones; from the greatest number there is none.
+constexpr qint64 largestKeptRowid = std::numeric_limits<qint32>::max();
+
 bool hasColumn(const Sqlite3DB &db, const char *table, const char *column)
 {
     return db.tbCols(QLatin1String(table)).contains(QLatin1String(column));
@@ -17,7 +22,27 @@ DateUnit dateUnitOf(const Sqlite3DB &db)
 }
 
 void doNothing(sqlite3_context *, int, sqlite3_value **) {}
+
+void registerFunctions(Sqlite3DB &db)
+{
+    constexpr std::pair<const char *, int> functions[] = {{"delete_attachment_path", 1},
+                                                          {"before_delete_attachment_path", 2}};
+    for (const auto &[name, arguments] : functions)
+        if (sqlite3_create_function_v2(db.handle(), name, arguments, SQLITE_UTF8 | SQLITE_INNOCUOUS, nullptr,
+                                       doNothing, nullptr, nullptr, nullptr) != SQLITE_OK)
+            throw Error(QStringLiteral("can not prepare %1. %2")
+                            .arg(db.path(), QString::fromUtf8(sqlite3_errmsg(db.handle()))));
+}
 } // namespace
+
+void prepareForWriting(Sqlite3DB &db)
+{
+    registerFunctions(db);
+    for (const char *table :
+         {"sync_deleted_attachments", "sync_deleted_chats", "sync_deleted_messages", "deleted_messages"})
+        if (db.hasTable(QLatin1String(table)))
+            db.executeThrow(QStringLiteral("delete from ") + QLatin1String(table));
+}
 
 MessageWriter::MessageWriter(Sqlite3DB &db)
     : m_db(db),
@@ -34,26 +59,6 @@ MessageWriter::MessageWriter(Sqlite3DB &db)
       m_otherHandlePosition(m_message.position("other_handle")),
       m_hashPosition(m_message.position("logic_hash"))
 {
-    registerFunctions();
-}
-
-void MessageWriter::registerFunctions()
-{
-    constexpr std::pair<const char *, int> functions[] = {{"delete_attachment_path", 1},
-                                                          {"before_delete_attachment_path", 2}};
-    for (const auto &[name, arguments] : functions)
-        if (sqlite3_create_function_v2(m_db.handle(), name, arguments, SQLITE_UTF8 | SQLITE_INNOCUOUS,
-                                       nullptr, doNothing, nullptr, nullptr, nullptr) != SQLITE_OK)
-            throw Error(QStringLiteral("can not prepare %1. %2")
-                            .arg(m_db.path(), QString::fromUtf8(sqlite3_errmsg(m_db.handle()))));
-}
-
-void MessageWriter::emptyDeletionNotes()
-{
-    for (const char *table :
-         {"sync_deleted_attachments", "sync_deleted_chats", "sync_deleted_messages", "deleted_messages"})
-        if (m_db.hasTable(QLatin1String(table)))
-            m_db.executeThrow(QStringLiteral("delete from ") + QLatin1String(table));
 }
 
 std::optional<qint64> MessageWriter::find(const Sqlite3Sql &sql)
@@ -111,7 +116,14 @@ qint64 MessageWriter::insertChat(const _MsgChat &chat)
 
 qint64 MessageWriter::insertHandle(const _MsgHandle &handle)
 {
-    return inserted(m_handle.bind(handle));
+    const bool isFree =
+        handle.rowid > 0 && handle.rowid <= largestKeptRowid &&
+        !find(
+            Sqlite3Sql(QStringLiteral("select rowid from handle where rowid=?")).addInt64Param(handle.rowid));
+    Sqlite3Cursor &statement = m_handle.bind(handle);
+    if (isFree)
+        statement.bindInt64(1, handle.rowid);
+    return inserted(statement);
 }
 
 qint64 MessageWriter::insertAttachment(const _MsgAttachment &attachment)

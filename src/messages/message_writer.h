@@ -5,17 +5,18 @@
 
 #include <optional>
 
+/// Registers the functions that the triggers of a device call, which do nothing here, and forgets what a
+/// device has noted about deleted messages, where there are such tables. Throws Error.
+void prepareForWriting(Sqlite3DB &db);
+
 /// Writes records into tables of the iOS 6+ kind: the message store, a copy of a device's database. Adapts to
 /// the columns that the tables have. The statements are prepared once and kept; the database must outlive
 /// this object, and the caller opens and ends the transaction. Everything throws Error.
 class MessageWriter
 {
 public:
-    /// Registers the functions that the triggers of a device call, and takes note of the columns.
+    /// Takes note of the columns; `db` is one that prepareForWriting() was called for.
     explicit MessageWriter(Sqlite3DB &db);
-
-    /// Forgets what a device has noted about deleted messages, where there are such tables.
-    void emptyDeletionNotes();
 
     std::optional<qint64> findChat(const QString &guid);
     std::optional<qint64> findHandle(const QString &id, const QString &service);
@@ -24,7 +25,8 @@ public:
     /// Nothing, too, where messages have no such column.
     std::optional<qint64> findByLogicHash(const QString &hash);
 
-    /// Each inserts a record under a new row id and gives that id.
+    /// Each inserts a record and gives its row id. A handle keeps its own where that is free: the handles of
+    /// a conversation are named in the order of their row ids.
     qint64 insertChat(const _MsgChat &chat);
     qint64 insertHandle(const _MsgHandle &handle);
     qint64 insertAttachment(const _MsgAttachment &attachment);
@@ -52,7 +54,6 @@ public:
 private:
     std::optional<qint64> find(const Sqlite3Sql &sql);
     std::optional<qint64> find(const char *sql, const QString &key);
-    void registerFunctions();
     void run(const char *sql, std::initializer_list<qint64> values);
     qint64 inserted(Sqlite3Cursor &statement);
 

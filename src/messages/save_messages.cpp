@@ -2,26 +2,15 @@
 
 #include "base/error.h"
 #include "base/texts.h"
-#include "messages/local_message_store.h"
 #include "messages/message_mover.h"
+#include "messages/message_saving.h"
 
 #include <QFileInfo>
-#include <QScopeGuard>
 
 #include <algorithm>
 
 namespace {
 enum class Direction { IntoRecycleStore, OutOfRecycleStore };
-
-// An empty store where there was none is a change too.
-auto removeIfNew(const QString &path)
-{
-    const bool wasThere = QFile::exists(path);
-    return qScopeGuard([path, wasThere] {
-        if (!wasThere)
-            QFile::remove(path);
-    });
-}
 
 void attachRecycleStore(LocalMessageStore &store, const QString &folder)
 {
@@ -82,20 +71,14 @@ std::vector<SourceFile> filesOnlyOfRecycleStore(Sqlite3DB &db)
 MessageSaveSummary saveMessages(const std::vector<MessageRef> &messages, FileSource *source,
                                 const QString &folder, const QString &status, Progress &progress)
 {
-    auto asBefore = removeIfNew(LocalMessageStore::pathIn(folder));
-    LocalMessageStore store(folder);
-    store.open();
-    Sqlite3DB &db = store.database();
-    Sqlite3Transaction transaction(db);
-    AttachmentIntake files(folder, source);
-    MessageImport import(db, files);
+    MessageSaving job(folder, source, messages);
     CountedProgress counted(progress, status, QStringLiteral("Messages:%1/%2"),
                             static_cast<qint64>(messages.size()));
-    const MessageSaveSummary summary = import.run(messages, counted);
-    transaction.commit();
-    files.keep();
-    asBefore.dismiss();
-    return summary;
+    for (const MessageRef &ref : messages) {
+        counted.item();
+        job.add(ref);
+    }
+    return job.finish();
 }
 
 qint64 removeMessages(const QString &folder, const std::vector<qint64> &rowids, Progress &progress)
