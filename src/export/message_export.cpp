@@ -3,6 +3,7 @@
 #include "base/error.h"
 #include "base/texts.h"
 #include "export/export_messages_csv.h"
+#include "export/export_messages_db.h"
 #include "export/export_messages_html.h"
 #include "export/export_messages_txt.h"
 #include "export/files_folder.h"
@@ -93,6 +94,18 @@ public:
         run(writer, messages, m_target);
     }
 
+    void toDatabase(std::vector<MessageRef> messages)
+    {
+        sortForExport(messages);
+        ExportMessagesDb writer(m_target, m_source, messages);
+        run(writer, messages, writer.path());
+        const MessageSaveSummary &saved = writer.summary();
+        m_summary.written = saved.handled(); // a message in two conversations is one
+        m_summary.attachmentsCopied = saved.attachmentsCopied;
+        m_summary.missingAttachments = saved.missingAttachments;
+        m_summary.refused = saved.refused;
+    }
+
     const MessageExportSummary &summary() const { return m_summary; }
 
 private:
@@ -131,6 +144,9 @@ MessageExportSummary exportMessages(const std::vector<MessageRef> &messages, Mes
     case MessageFormat::Html:
         job.toPages(messages);
         break;
+    case MessageFormat::Database:
+        job.toDatabase(messages);
+        break;
     default:
         throw Error(QStringLiteral("not support export format."));
     }
@@ -145,5 +161,7 @@ std::optional<MessageFormat> messageFormatOf(const QString &name)
         return MessageFormat::Csv;
     if (name == QLatin1String("html"))
         return MessageFormat::Html;
+    if (name == QLatin1String("db"))
+        return MessageFormat::Database;
     return std::nullopt;
 }

@@ -19,14 +19,15 @@ struct MessageExportSummary
     qint64 attachmentsCopied = 0;
     QStringList missingAttachments; // "name: reason"
     QStringList lockedFiles;        // copied as stored, of a class that the password does not unlock
+    QStringList refused;            // "guid: reason", messages that could not be written
 };
 
-/// Writes messages to `target`: a file for text and CSV, a folder for HTML. Messages of one conversation must
-/// stand together, in the order of the exports, as AbsMessageDb::select gives them; text and CSV sort the
-/// whole list anew. Attachments are fetched from `source`, which may be null. Each file for people is
-/// complete or absent. Throws Error, and Cancelled through `progress`.
+/// Writes messages to `target`: a file for text and CSV, a folder for the others. Messages of one
+/// conversation must stand together, in the order of the exports, as AbsMessageDb::select gives them; the
+/// formats that are one file sort the whole list anew. Attachments are fetched from `source`, which may be
+/// null. Each file for people is complete or absent. Throws Error, and Cancelled through `progress`.
 MessageExportSummary exportMessages(const std::vector<MessageRef> &messages, MessageFormat format,
                                     const QString &target, FileSource *source, Progress &progress);
 
-/// Nothing for an unknown name; "text", "csv", "html".
+/// Nothing for an unknown name; "text", "csv", "html", "db".
 std::optional<MessageFormat> messageFormatOf(const QString &name);

@@ -6,6 +6,7 @@
 QString messageExportText(const MessageExportSummary &summary)
 {
     return textFor("IDS_SUC_EXTRACTED_%1_MESSAGES").arg(summary.written) +
+           listedProblems("IDS_REFUSED_MESSAGES_%1", summary.refused) +
            listedProblems("IDS_MISSING_ATTACHMENTS_%1", summary.missingAttachments) +
            listedProblems("IDS_LOCKED_FILES_%1", summary.lockedFiles);
 }
