@@ -41,6 +41,8 @@ void describeProgram(CLI::App &app, Job &job)
     addSaveCommand(app, job);
     addDatabasesCommand(app, job);
     addRemoveCommand(app, job);
+    addUndeleteCommand(app, job);
+    addPurgeCommand(app, job);
     addSampleCommand(app, job);
 }
 

@@ -19,3 +19,5 @@ void addSampleCommand(CLI::App &app, Job &job);
 void addSaveCommand(CLI::App &app, Job &job);
 void addDatabasesCommand(CLI::App &app, Job &job);
 void addRemoveCommand(CLI::App &app, Job &job);
+void addUndeleteCommand(CLI::App &app, Job &job);
+void addPurgeCommand(CLI::App &app, Job &job);

@@ -3,6 +3,7 @@
 #include "base/error.h"
 #include "cli/arguments.h"
 #include "cli/date_range.h"
+#include "cli/local_database.h"
 #include "cli/media_command.h"
 #include "cli/message_source.h"
 #include "cli/password.h"
@@ -16,8 +17,6 @@
 #include <algorithm>
 
 namespace {
-constexpr int mostNamedFiles = 20;
-
 struct ExportRequest
 {
     DataClass dataClass = DataClass::Messages;
@@ -87,7 +86,7 @@ DateRange dateRangeOf(const CLI::Option *from, const CLI::Option *to)
 void prepareTarget(MessageFormat format, const QString &target)
 {
     const QFileInfo info(target);
-    const bool isFolder = format == MessageFormat::Html;
+    const bool isFolder = format != MessageFormat::Text && format != MessageFormat::Csv;
     if (info.exists() && info.isDir() != isFolder)
         throw Error(QStringLiteral("%1: %2").arg(
             target, isFolder ? QStringLiteral("not a folder") : QStringLiteral("is a folder, not a file")));
@@ -96,26 +95,16 @@ void prepareTarget(MessageFormat format, const QString &target)
         throw Error(QStringLiteral("can not create %1.").arg(folder));
 }
 
-void tellFiles(const QString &heading, const QStringList &files, qsizetype most, CommandContext &context)
-{
-    if (files.isEmpty())
-        return;
-    context.tell(heading.arg(files.size()));
-    for (const QString &file : files.first(std::min(most, files.size())))
-        context.tell(QStringLiteral("  ") + file);
-    if (files.size() > most)
-        context.tell(QStringLiteral("  and %1 more").arg(files.size() - most));
-}
-
 void tellSummary(const MessageExportSummary &summary, CommandContext &context)
 {
     context.tell(QStringLiteral("%1 messages written, %2 files, %3 attachments")
                      .arg(summary.written)
                      .arg(summary.files.size())
                      .arg(summary.attachmentsCopied));
-    tellFiles(QStringLiteral("%1 attachments are missing:"), summary.missingAttachments, mostNamedFiles,
+    tellMissing(summary.missingAttachments, context);
+    tellLines(QStringLiteral("%1 messages could not be written:"), summary.refused, summary.refused.size(),
               context);
-    tellFiles(QStringLiteral("%1 files are copied still encrypted, the password does not unlock them:"),
+    tellLines(QStringLiteral("%1 files are copied still encrypted, the password does not unlock them:"),
               summary.lockedFiles, summary.lockedFiles.size(), context);
 }
 
@@ -126,16 +115,16 @@ ExitStatus exportMessagesOf(const ExportRequest &request, const PasswordOption &
     if (!format)
         throw Error(
             QStringLiteral("messages can not be written as %1 by this version yet").arg(request.format));
-    OpenMessages messages = openMessages(request.source, password, context.progress);
-    loadMessagesOf(messages, request.chats, request.source, context.progress);
+    MessageSource messages = openMessages(request.source, password, context.progress);
+    loadMessagesOf(*messages.database, request.chats, request.source, context.progress);
     const QString target = QDir(request.target).absolutePath();
     prepareTarget(*format, target);
     const std::vector<MessageRef> selected =
         messages.database->select(request.chats, request.dates.from, request.dates.to);
     const MessageExportSummary summary =
-        exportMessages(selected, *format, target, messages.source.get(), context.progress);
+        exportMessages(selected, *format, target, messages.files.get(), context.progress);
     tellSummary(summary, context);
-    return tellWhatWasLost(messages, request.source, context);
+    return tellWhatWasLost(*messages.database, request.source, context);
 }
 
 struct ExportArguments
@@ -179,13 +168,14 @@ void addExportCommand(CLI::App &app, Job &job)
     CLI::App &command = *app.add_subcommand("export", "Write records as files for people and other programs");
     const ExportArguments arguments{
         .className = addPositional(command, "CLASS", "messages, or another class of data"),
-        .source = addPositional(command, "SOURCE", "a backup's folder, or local:NAME"),
-        .format =
-            addValue(command, "--format",
-                     "messages: text, csv or html; contacts: vcard, csv, text or html; calls: text or csv; "
-                     "calendar: ical or csv; notes and bookmarks: html; the others are "
-                     "copied and have none"),
-        .target = addValue(command, "-o,--output", "the file, or for html the folder, to write")->required(),
+        .source = addPositional(command, "SOURCE", sourceDescription),
+        .format = addValue(
+            command, "--format",
+            "messages: text, csv, html or db; contacts: vcard, csv, text or html; calls: text or csv; "
+            "calendar: ical or csv; notes and bookmarks: html; the others are "
+            "copied and have none"),
+        .target =
+            addValue(command, "-o,--output", "the file, or for html and db the folder, to write")->required(),
         .chats = addValues(command, "--chat", "only this conversation; may be given again"),
         .from = addValue(command, "--from", "only from this date on: yyyy-MM-dd or yyyy-MM-ddThh:mm:ss"),
         .to = addValue(command, "--to", "only up to this date, which counts"),

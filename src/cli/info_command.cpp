@@ -18,19 +18,10 @@ QByteArray asJson(const BackupInfo &info, const std::optional<ItemCounts> &count
     json.beginObject();
     writeBackupFields(json, info);
     json.key("counts");
-    if (counts) {
-        json.beginObject();
-        for (const auto &[dataClass, count] : *counts) {
-            json.key(qUtf8Printable(dataClassName(dataClass)));
-            if (count)
-                json.number(*count);
-            else
-                json.null();
-        }
-        json.endObject();
-    } else {
+    if (counts)
+        writeCounts(json, *counts);
+    else
         json.null();
-    }
     json.endObject();
     return text + '\n';
 }

@@ -2,9 +2,10 @@
 
 #include "backup/backup_manifest.h"
 #include "base/error.h"
+#include "cli/json_writer.h"
 #include "cli/media_command.h"
 #include "cli/personal_command.h"
-#include "messages/abs_message_db.h"
+#include "messages/message_source.h"
 
 namespace {
 qint64 countClass(BackupManifest &backup, PersonalSource &records, DataClass dataClass)
@@ -17,10 +18,11 @@ qint64 countClass(BackupManifest &backup, PersonalSource &records, DataClass dat
     return hasMessages ? openMessageDb(backup)->countMessages() : 0;
 }
 
-std::optional<qint64> countOrNothing(BackupManifest &backup, PersonalSource &records, DataClass dataClass)
+template <typename Count>
+std::optional<qint64> countOrNothing(DataClass dataClass, Count count)
 {
     try {
-        return countClass(backup, records, dataClass);
+        return count();
     } catch (const Error &error) {
         qWarning("%s are not counted: %s", qPrintable(dataClassName(dataClass)),
                  qUtf8Printable(error.sentence()));
@@ -35,6 +37,36 @@ ItemCounts countItems(BackupManifest &backup)
     ItemCounts counts;
     for (const DataClass dataClass : allDataClasses)
         if (dataClass != DataClass::Files)
-            counts.append({dataClass, countOrNothing(backup, *records, dataClass)});
+            counts.append({dataClass, countOrNothing(dataClass, [&] {
+                               return countClass(backup, *records, dataClass);
+                           })});
     return counts;
+}
+
+ItemCounts countLocalItems(const QString &folder)
+{
+    const std::unique_ptr<PersonalSource> records = openLocalRecords(folder);
+    ItemCounts counts;
+    for (const DataClass dataClass : allDataClasses) {
+        if (dataClass == DataClass::Messages)
+            counts.append({dataClass, countOrNothing(dataClass, [&] {
+                               return openLocalMessages(folder).database->countMessages();
+                           })});
+        else if (isPersonalClass(dataClass))
+            counts.append({dataClass, countOrNothing(dataClass, [&] { return records->count(dataClass); })});
+    }
+    return counts;
+}
+
+void writeCounts(JsonWriter &json, const ItemCounts &counts)
+{
+    json.beginObject();
+    for (const auto &[dataClass, count] : counts) {
+        json.key(qUtf8Printable(dataClassName(dataClass)));
+        if (count)
+            json.number(*count);
+        else
+            json.null();
+    }
+    json.endObject();
 }

@@ -1,10 +1,9 @@
 #include "cli/personal_command.h"
 
 #include "backup/backup_manifest.h"
-#include "base/app_folders.h"
 #include "base/apple_time.h"
 #include "base/error.h"
-#include "cli/arguments.h"
+#include "cli/local_database.h"
 #include "cli/open_backup.h"
 #include "cli/personal_json.h"
 #include "export/record_export.h"
@@ -15,9 +14,6 @@
 #include <algorithm>
 
 namespace {
-constexpr char localPrefix[] = "local:";
-constexpr qsizetype localPrefixSize = sizeof localPrefix - 1;
-
 bool isWithin(const QDateTime &date, std::int64_t from, std::int64_t to)
 {
     const qint64 apple = date.isValid() ? appleFromUnix(date.toSecsSinceEpoch()) : 0;
@@ -64,34 +60,6 @@ OpenRecords &OpenRecords::operator=(OpenRecords &&) noexcept = default;
 OpenRecords::~OpenRecords()
 {
     records.reset(); // it reads from the backup
-}
-
-bool isDatabaseName(const QString &name)
-{
-    static const QString forbidden = QStringLiteral("/\\:*?\"<>|");
-    const auto isForbidden = [](QChar c) { return c.unicode() < 0x20 || forbidden.contains(c); };
-    return !name.trimmed().isEmpty() && name != QLatin1String(".") && name != QLatin1String("..") &&
-           std::none_of(name.begin(), name.end(), isForbidden);
-}
-
-QString requireSource(const CLI::Option *option)
-{
-    const QString source = *valueOf(option);
-    if (source.startsWith(QLatin1String(localPrefix)) && !isDatabaseName(source.mid(localPrefixSize)))
-        wrongUsage(QStringLiteral("SOURCE: \"%1\" can not be the name of a local database")
-                       .arg(source.mid(localPrefixSize)));
-    return source;
-}
-
-std::optional<QString> localDatabaseOf(const QString &source)
-{
-    if (!source.startsWith(QLatin1String(localPrefix)))
-        return std::nullopt;
-    const QString name = source.mid(localPrefixSize);
-    const QString folder = localDatabasesFolder().filePath(name);
-    if (!QFileInfo(folder).isDir())
-        throw Error(QStringLiteral("there is no local database \"%1\"").arg(name));
-    return folder;
 }
 
 bool isPersonalClass(DataClass dataClass)

@@ -25,16 +25,6 @@ struct OpenRecords
     bool isLocal = false;
 };
 
-/// The folder of the local database that "local:NAME" names; nothing for another source. Throws Error when
-/// there is no such database, and ends as wrong usage for a NAME that is no single path component.
-std::optional<QString> localDatabaseOf(const QString &source);
-
-/// A SOURCE argument; ends as wrong usage for a "local:NAME" whose NAME is no single path component.
-QString requireSource(const CLI::Option *option);
-
-/// True for a NAME that can be a local database's: one path component.
-bool isDatabaseName(const QString &name);
-
 /// Opens a backup's folder, "local:NAME", or for contacts a ".vcf" file. Throws Error, PasswordError and
 /// Cancelled.
 OpenRecords openRecords(const QString &source, DataClass dataClass, const PasswordOption &password,

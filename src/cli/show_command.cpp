@@ -1,6 +1,7 @@
 #include "cli/commands.h"
 
 #include "cli/arguments.h"
+#include "cli/local_database.h"
 #include "cli/media_command.h"
 #include "cli/message_json.h"
 #include "cli/message_source.h"
@@ -19,7 +20,7 @@ struct ShowRequest
 
 ExitStatus showChats(const ShowRequest &request, const PasswordOption &password, CommandContext &context)
 {
-    const OpenMessages messages = openMessages(request.source, password, context.progress);
+    const MessageSource messages = openMessages(request.source, password, context.progress);
     const std::unordered_map<qint64, qint64> counts = messages.database->countMessagesByChat();
     context.progress.clear();
     QByteArray line;
@@ -30,22 +31,22 @@ ExitStatus showChats(const ShowRequest &request, const PasswordOption &password,
         appendChatLine(line, *chat, count == counts.end() ? 0 : count->second);
         context.out.write(line);
     }
-    return tellWhatWasLost(messages, request.source, context);
+    return tellWhatWasLost(*messages.database, request.source, context);
 }
 
 ExitStatus showMessages(const ShowRequest &request, const PasswordOption &password, CommandContext &context)
 {
-    OpenMessages messages = openMessages(request.source, password, context.progress);
-    loadMessagesOf(messages, request.chats, request.source, context.progress);
+    MessageSource messages = openMessages(request.source, password, context.progress);
+    loadMessagesOf(*messages.database, request.chats, request.source, context.progress);
     context.progress.clear();
     QByteArray line;
     for (const MessageRef &ref : messages.database->select(request.chats, INT64_MIN, INT64_MAX)) {
         context.progress.check();
         line.resize(0);
-        appendMessageLine(line, ref, *messages.source);
+        appendMessageLine(line, ref, *messages.files);
         context.out.write(line);
     }
-    return tellWhatWasLost(messages, request.source, context);
+    return tellWhatWasLost(*messages.database, request.source, context);
 }
 } // namespace
 
@@ -54,7 +55,7 @@ void addShowCommand(CLI::App &app, Job &job)
     CLI::App &command = *app.add_subcommand("show", "Print records, one JSON object a line");
     const CLI::Option *className =
         addPositional(command, "CLASS", "messages, chats, or another class of data");
-    const CLI::Option *source = addPositional(command, "SOURCE", "a backup's folder, or local:NAME");
+    const CLI::Option *source = addPositional(command, "SOURCE", sourceDescription);
     const CLI::Option *chat = addValue(command, "--chat", "only the messages of this conversation");
     const PasswordOption password(command);
     command.callback([&job, className, source, chat, password] {

@@ -1,0 +1,153 @@
+#include "cli/commands.h"
+
+#include "backup/backup_manifest.h"
+#include "base/app_folders.h"
+#include "base/error.h"
+#include "base/texts.h"
+#include "cli/arguments.h"
+#include "cli/json_writer.h"
+#include "cli/local_database.h"
+#include "cli/message_source.h"
+#include "cli/personal_command.h"
+#include "messages/save_messages.h"
+#include "work/save_records.h"
+
+#include <CLI/CLI.hpp>
+#include <QDir>
+
+namespace {
+struct SaveRequest
+{
+    QString source;
+    QString name; // of the local database
+
+    QString folder() const { return localDatabasesFolder().filePath(name); }
+};
+
+void writeSaveLine(DataClass dataClass, const SaveResult &result, CommandContext &context)
+{
+    context.progress.clear();
+    QByteArray line;
+    JsonWriter json(line);
+    json.beginObject();
+    json.field("class", dataClassName(dataClass));
+    json.field("handled", result.handled);
+    json.field("added", result.added);
+    json.field("merged", result.merged);
+    json.endObject();
+    context.out.write(line.append('\n'));
+    for (const QString &problem : result.problems)
+        context.tell(problem);
+}
+
+/// `database` has its conversations loaded.
+ExitStatus saveLoaded(AbsMessageDb &database, FileSource &files, const SaveRequest &request,
+                      CommandContext &context)
+{
+    database.loadMessages(0, context.progress);
+    const MessageSaveSummary summary =
+        saveMessages(database.select({}, INT64_MIN, INT64_MAX), &files, request.folder(),
+                     textFor("IDS_BACKUPING_MESSAGES"), context.progress);
+    writeSaveLine(DataClass::Messages, {summary.handled(), summary.added, summary.merged, summary.refused},
+                  context);
+    tellMissing(summary.missingAttachments, context);
+    return tellWhatWasLost(database, request.source, context);
+}
+
+ExitStatus saveMessagesAlone(const SaveRequest &request, const PasswordOption &password,
+                             CommandContext &context)
+{
+    const MessageSource messages = openMessages(request.source, password, context.progress);
+    return saveLoaded(*messages.database, *messages.files, request, context);
+}
+
+/// The messages among all classes of a source that is open.
+ExitStatus saveMessagesOf(const OpenRecords &open, const SaveRequest &request, CommandContext &context)
+{
+    if (open.backup && open.backup->wellKnown(WellKnown::MessageDatabase) != FileCatalogue::none) {
+        const std::unique_ptr<AbsMessageDb> database = openMessageDb(*open.backup);
+        database->loadChats();
+        return saveLoaded(*database, *open.backup, request, context);
+    }
+    if (const auto folder = localDatabaseOf(request.source); folder && hasLocalMessages(*folder)) {
+        const MessageSource messages = openLocalMessages(*folder);
+        messages.database->loadChats();
+        return saveLoaded(*messages.database, *messages.files, request, context);
+    }
+    return ExitStatus::Done;
+}
+
+void saveRecordsOf(DataClass dataClass, const OpenRecords &open, const SaveRequest &request,
+                   CommandContext &context)
+{
+    writeSaveLine(dataClass, saveRecords(dataClass, *open.records, request.folder(), context.progress),
+                  context);
+}
+
+ExitStatus saveClass(DataClass dataClass, const SaveRequest &request, const PasswordOption &password,
+                     CommandContext &context)
+{
+    if (dataClass == DataClass::Messages)
+        return saveMessagesAlone(request, password, context);
+    const OpenRecords open = openRecords(request.source, dataClass, password, context.progress);
+    saveRecordsOf(dataClass, open, request, context);
+    return ExitStatus::Done;
+}
+
+/// A class that cannot be read does not keep the others from being saved.
+ExitStatus saveAll(const SaveRequest &request, const PasswordOption &password, CommandContext &context)
+{
+    if (isMessageDatabase(request.source) || deletedMessagesOf(request.source))
+        return saveMessagesAlone(request, password, context);
+    const OpenRecords open = openRecords(request.source, DataClass::Contacts, password, context.progress);
+    ExitStatus status = ExitStatus::Done;
+    for (const DataClass dataClass : allDataClasses) {
+        try {
+            if (dataClass == DataClass::Messages && saveMessagesOf(open, request, context) != status)
+                status = ExitStatus::Failed;
+            else if (isPersonalClass(dataClass) && open.records->has(dataClass))
+                saveRecordsOf(dataClass, open, request, context);
+        } catch (const Error &error) {
+            context.tell(
+                QStringLiteral("%1 are not saved: %2").arg(dataClassName(dataClass), error.sentence()));
+            status = ExitStatus::Failed;
+        }
+    }
+    return status;
+}
+
+/// Nothing for "all".
+std::optional<DataClass> classToSave(const CLI::Option *className)
+{
+    const QString name = *valueOf(className);
+    const std::optional<DataClass> dataClass = dataClassOf(name);
+    if (name == QLatin1String("all"))
+        return std::nullopt;
+    if (!dataClass)
+        wrongUsage(QStringLiteral("CLASS: there is no \"%1\"").arg(name));
+    if (!isPersonalClass(*dataClass) && dataClass != DataClass::Messages)
+        wrongUsage(QStringLiteral("CLASS: %1 are not kept in local databases").arg(name));
+    return dataClass;
+}
+} // namespace
+
+void addSaveCommand(CLI::App &app, Job &job)
+{
+    CLI::App &command = *app.add_subcommand("save", "Save records into a local database");
+    const CLI::Option *className = addPositional(command, "CLASS", "a class of data, or \"all\"");
+    const CLI::Option *source =
+        addPositional(command, "SOURCE",
+                      "a backup's folder, local:NAME, for contacts a .vcf file, or for messages a message "
+                      "database or deleted:NAME");
+    const CLI::Option *into =
+        addValue(command, "--into", "the local database; made when there is none")->required();
+    const PasswordOption password(command);
+    command.callback([&job, className, source, into, password] {
+        const std::optional<DataClass> dataClass = classToSave(className);
+        const SaveRequest request{requireSource(source), requireDatabaseName(into)};
+        job.run = [=](CommandContext &context) {
+            return dataClass ? saveClass(*dataClass, request, password, context)
+                             : saveAll(request, password, context);
+        };
+    });
+}
