@@ -75,6 +75,7 @@ struct BackupManifest::Opened
     CatalogueLoss loss;
     FileFetcher fetcher;
     PrivateCopies copies;
+    std::unique_ptr<BackupFileCache> cache;
 
     CatalogueLoss load(FileCatalogue &into, Progress &progress);
     Index find(const SourceFile &file) const
@@ -226,6 +227,23 @@ Index BackupManifest::firstEncryptedItem() const
     return d->fetcher.firstEncryptedItem();
 }
 
+void BackupManifest::attachCache()
+{
+    d->cache = std::make_unique<BackupFileCache>(backupUid(m_info.folder), d->catalogue, d->tree);
+    d->copies.setCache(d->cache.get());
+}
+
+void BackupManifest::retireCache()
+{
+    if (d->cache)
+        d->cache->retire();
+}
+
+CacheOutcome BackupManifest::cacheFile(Index index, const CopyProgress &progress)
+{
+    return d->copies.cacheFile(index, progress);
+}
+
 void BackupManifest::close()
 {
     d->copies.clear();
@@ -244,7 +262,12 @@ std::optional<QString> BackupManifest::fetchDatabase(const SourceFile &file)
     const Index index = d->find(file);
     if (index == FileCatalogue::none || d->catalogue.isDirectory(index))
         return std::nullopt;
-    return d->copies.database(index);
+    return d->copies.database(index, {});
+}
+
+QString BackupManifest::fetchDatabase(Index index, const CopyProgress &progress)
+{
+    return d->copies.database(index, progress);
 }
 
 void BackupManifest::fetchTo(const SourceFile &file, const QString &destination, const CopyProgress &progress)

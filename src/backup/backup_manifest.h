@@ -46,6 +46,13 @@ enum class FetchOutcome {
     CopiedLocked /* of a class the password does not unlock: as stored */
 };
 
+/// What became of a file that was to be cached.
+enum class CacheOutcome {
+    Copied,
+    Current, // its copy is of the right date
+    LeftOut, // it has no content, cannot be read, or cannot have a place in the cache
+};
+
 /// An opened backup. Reading never changes anything in the backup folder, but for "Manifest-decrypted.db",
 /// which is there between open and close when the folder can be written. Owned by shared pointer; close() or
 /// the destructor removes what it put on the disk. Index and catalogue may be read from several threads once
@@ -94,8 +101,21 @@ public:
     /// The first record whose file key unwraps; throws "BackupManifest::firstEncryptedItem, no valid keys".
     FileCatalogue::Index firstEncryptedItem() const;
 
-    /// Removes every plain copy that this object made outside of the targets it was given.
+    /// From now on, plain copies that are made for reading and viewing are kept in the backup's cache folder,
+    /// and those that lie there are used while their date fits. Somebody has to clear it one day: without a
+    /// cache nothing stays behind. It may be cleared at any time between two calls: what is asked for again
+    /// is made again.
+    void attachCache();
+    /// Nothing is kept any more. May be called from any thread.
+    void retireCache();
+    /// Copies a file into the cache that is attached. Throws Error, and what `progress` throws.
+    CacheOutcome cacheFile(FileCatalogue::Index index, const CopyProgress &progress = {});
+
+    /// Removes every plain copy that this object made outside of the targets it was given and the cache.
     void close();
+
+    /// The private copy of fetchDatabase() for a record that is there.
+    QString fetchDatabase(FileCatalogue::Index index, const CopyProgress &progress);
 
     bool hasContent(const SourceFile &file) const override;
     std::optional<QString> fetchDatabase(const SourceFile &file) override;

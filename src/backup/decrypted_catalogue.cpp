@@ -1,6 +1,7 @@
 #include "backup/decrypted_catalogue.h"
 
 #include "backup/backup_info.h"
+#include "backup/cache_folder.h"
 #include "backup/file_cipher.h"
 #include "backup/sqlite_header.h"
 #include "base/error.h"
@@ -9,11 +10,30 @@
 #include <QFileInfo>
 
 namespace {
+constexpr QLatin1String copyName("Manifest-decrypted.db");
+
 QString copyIn(const QString &folder)
 {
-    return QDir(folder).filePath(QStringLiteral("Manifest-decrypted.db"));
+    return QDir(folder).filePath(copyName);
+}
+
+std::unique_ptr<QLockFile> lockIn(const QString &cacheFolder)
+{
+    auto lock = std::make_unique<QLockFile>(copyIn(cacheFolder) + QStringLiteral(".lock"));
+    lock->setStaleLockTime(0); // a backup may stay open for days
+    return lock;
 }
 } // namespace
+
+bool DecryptedCatalogue::hasName(const QString &name)
+{
+    return name.startsWith(copyName);
+}
+
+bool DecryptedCatalogue::isInUse(const QString &cacheFolder)
+{
+    return !lockIn(cacheFolder)->tryLock(0);
+}
 
 DecryptedCatalogue::~DecryptedCatalogue()
 {
@@ -33,8 +53,7 @@ void DecryptedCatalogue::make(const QString &folder, const QByteArray &key, Scra
 bool DecryptedCatalogue::makeUnderLock(const QString &source, const QByteArray &key, const QString &folder,
                                        const QString &cacheFolder)
 {
-    auto lock = std::make_unique<QLockFile>(copyIn(cacheFolder) + QStringLiteral(".lock"));
-    lock->setStaleLockTime(0); // a backup may stay open for days
+    std::unique_ptr<QLockFile> lock = lockIn(cacheFolder);
     if (!lock->tryLock(0))
         return false;
     for (const QString &place : {folder, cacheFolder}) {

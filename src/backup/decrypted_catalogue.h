@@ -21,6 +21,11 @@ public:
     QString path() const { return m_path; }
     void remove();
 
+    /// True when the name is one that is used in a cache folder.
+    static bool hasName(const QString &name);
+    /// True when the copy in this cache folder belongs to a run that lives, this one or another.
+    static bool isInUse(const QString &cacheFolder);
+
 private:
     QString m_path;
     std::unique_ptr<QLockFile> m_lock;

@@ -7,10 +7,9 @@
 
 namespace {
 constexpr qsizetype keyPrefixSize = 4;
+} // namespace
 
-/// Access and modification time. A record without a time, and a file system that keeps none, leave the file
-/// with the time of the copy.
-void setTimes(const QString &path, std::uint32_t unixSeconds)
+void setFileTimes(const QString &path, std::uint32_t unixSeconds)
 {
     if (unixSeconds == 0)
         return;
@@ -22,7 +21,6 @@ void setTimes(const QString &path, std::uint32_t unixSeconds)
         qWarning("The time of %s cannot be set: %s", qUtf8Printable(path),
                  qUtf8Printable(file.errorString()));
 }
-} // namespace
 
 FileFetcher::FileFetcher(const BackupInfo &info, const FileCatalogue &catalogue, const Keybag &keybag)
     : m_info(info), m_catalogue(catalogue), m_keybag(keybag)
@@ -90,7 +88,7 @@ FetchOutcome FileFetcher::fetch(Index index, const QString &destination, const C
             throw error.withContext(displayPath(index));
         }
     }
-    setTimes(destination, m_catalogue.lastModified(index));
+    setFileTimes(destination, m_catalogue.lastModified(index));
     return outcome;
 }
 

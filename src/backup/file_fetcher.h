@@ -2,6 +2,10 @@
 
 #include "backup/backup_manifest.h"
 
+/// Sets access and modification time. A record without a time, and a file system that keeps none, leave the
+/// file with the time of the copy.
+void setFileTimes(const QString &path, std::uint32_t unixSeconds);
+
 /// Gets contents out of a backup folder: where they lie, whether they are there, which key opens them.
 /// Changes nothing of itself or of the folder, so any number of threads may use it.
 class FileFetcher

@@ -1,8 +1,8 @@
 #include "backup/plain_catalogue.h"
 
+#include "backup/database_log.h"
 #include "backup/file_cipher.h"
 #include "base/error.h"
-#include "sqlite/sqlite3_db.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -15,14 +15,6 @@ std::uint64_t sizeOf(const QString &path)
 {
     const QFileInfo info(path);
     return info.isFile() ? static_cast<std::uint64_t>(info.size()) : 0;
-}
-
-void applyCompanions(const QString &copy)
-{
-    Sqlite3DB db;
-    db.openThrow(copy, SqliteOpen::ReadWrite);
-    if (!db.exec(QStringLiteral("pragma journal_mode=delete")))
-        throw Error(QStringLiteral("can not read %1. %2").arg(copy, db.lastError()));
 }
 } // namespace
 
@@ -41,7 +33,7 @@ QString plainCatalogue(const QString &folder, ScratchFolder &scratch)
         for (const char *companion : companions)
             if (sizeOf(original + QLatin1String(companion)) > 0)
                 copyFile(original + QLatin1String(companion), copy + QLatin1String(companion));
-        applyCompanions(copy);
+        applyLog(copy);
         return copy;
     } catch (const Error &error) {
         qWarning("The log beside %s is left out: %s", qUtf8Printable(original), error.what());

@@ -1,6 +1,6 @@
 #include "backup/scratch_folder.h"
 
-#include "base/app_folders.h"
+#include "backup/cache_folder.h"
 #include "base/error.h"
 #include "base/file_names.h"
 
@@ -53,45 +53,27 @@ void removeLeftovers(const QString &parent)
 
 void removeLeftoversOfAllBackups()
 {
-    const QFileInfoList backups = QDir(appDataFolder().filePath(QStringLiteral("itunes_cache")))
-                                      .entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks);
-    for (const QFileInfo &backup : backups)
-        removeLeftovers(backup.filePath());
+    for (const QString &folder : cacheFolders())
+        removeLeftovers(folder);
     removeLeftovers(QDir::tempPath());
 }
 } // namespace
-
-QString cacheFolderOf(const QString &backupUid)
-{
-    QString folder = appDataFolder().filePath(QStringLiteral("itunes_cache/") + backupUid);
-    if (!QFileInfo::exists(folder) && QDir().mkpath(folder))
-        QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    return folder;
-}
-
-void clearCaches()
-{
-    const auto everything = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
-    const QDir caches(appDataFolder().filePath(QStringLiteral("itunes_cache")));
-    const QFileInfoList backups = caches.entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks);
-    for (const QFileInfo &backup : backups) {
-        const QFileInfoList entries = QDir(backup.filePath()).entryInfoList(everything);
-        for (const QFileInfo &entry : entries) {
-            const bool isScratch = entry.isDir() && QDir::match(namePattern(), entry.fileName());
-            if (entry.isDir() && (!isScratch || isLeftover(entry)))
-                removeFolderTree(entry.filePath());
-            else if (!entry.isDir())
-                QFile::remove(entry.filePath());
-        }
-        caches.rmdir(backup.fileName()); // stays when something in it is in use
-    }
-}
 
 ScratchFolder::ScratchFolder(const QString &backupUid) : m_uid(backupUid) {}
 
 ScratchFolder::~ScratchFolder()
 {
     remove();
+}
+
+bool ScratchFolder::hasName(const QString &name)
+{
+    return QDir::match(namePattern(), name);
+}
+
+bool ScratchFolder::isInUse(const QString &folder)
+{
+    return !isLeftover(QFileInfo(folder));
 }
 
 void ScratchFolder::make(Place &place, const QString &parent)
@@ -131,6 +113,7 @@ void ScratchFolder::remove()
 {
     remove(m_cache);
     remove(m_temporary);
+    leaveCacheFolderOf(m_uid);
 }
 
 void ScratchFolder::remove(Place &place)

@@ -7,13 +7,6 @@
 #include <cstdint>
 #include <memory>
 
-/// The folder of the application's data that belongs to one backup; made when missing, for the owner alone.
-QString cacheFolderOf(const QString &backupUid);
-
-/// Removes all that is kept of backups below the application's data folder, but for the private folders of
-/// backups that are open now, in this run or another.
-void clearCaches();
-
 /// Private folders (nobody else may look into them) for plain copies out of one backup. They are made when
 /// first asked for, below the backup's cache folder or, when that cannot be or has no room, in the system's
 /// temporary folder. They vanish with this object; those of runs that were killed vanish when a later run
@@ -30,6 +23,12 @@ public:
     /// can be made at all.
     QString withRoomFor(std::uint64_t bytes);
     void remove();
+
+    /// True when the name is one that these folders have.
+    static bool hasName(const QString &name);
+    /// True when the owner of such a folder lives, in this run or another. Asked once: the lock of an owner
+    /// that is gone vanishes by it.
+    static bool isInUse(const QString &folder);
 
 private:
     struct Place

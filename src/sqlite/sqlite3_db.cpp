@@ -64,8 +64,15 @@ bool Sqlite3DB::open(const QString &path, SqliteOpen mode)
     if (opened == SQLITE_OK && touchSchema(m_db) == SQLITE_OK)
         return true;
     m_lastError = m_db ? QString::fromUtf8(sqlite3_errmsg(m_db)) : QStringLiteral("out of memory");
+    m_openError = m_db ? sqlite3_errcode(m_db) : SQLITE_NOMEM;
     close();
     return false;
+}
+
+int Sqlite3DB::lastErrorCode() const
+{
+    constexpr int withoutExtension = 0xFF;
+    return (m_db ? sqlite3_errcode(m_db) : m_openError) & withoutExtension;
 }
 
 void Sqlite3DB::openThrow(const QString &path, SqliteOpen mode)

@@ -36,6 +36,8 @@ public:
     bool isOpen() const { return m_db != nullptr; }
     QString path() const { return m_path; }
     QString lastError() const { return m_lastError; }
+    /// SQLite's code of the last failure, of opening as well, without its extension.
+    int lastErrorCode() const;
 
     /// Runs a script of any number of statements; false on failure, see lastError().
     bool exec(const QString &script);
@@ -72,6 +74,7 @@ private:
     sqlite3 *m_db = nullptr;
     QString m_path;
     QString m_lastError;
+    int m_openError = 0;
     QHash<QString, std::shared_ptr<Sqlite3Cursor>> m_cached;
 
     void resetCached();

@@ -1,8 +1,9 @@
 #include "backup/backup_fixture.h"
 
-#include "backup/scratch_folder.h"
+#include "backup/cache_folder.h"
 #include "sqlite/sqlite3_db.h"
 
+#include <QLockFile>
 #include <QTest>
 
 #include <sys/stat.h>

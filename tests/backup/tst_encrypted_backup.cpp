@@ -1,7 +1,7 @@
 #include "backup/backup_fixture.h"
 
+#include "backup/cache_folder.h"
 #include "backup/cf_type.h"
-#include "backup/scratch_folder.h"
 #include "backup/sqlite_header.h"
 #include "sqlite/sqlite3_db.h"
 

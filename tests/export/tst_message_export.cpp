@@ -3,14 +3,12 @@
 #include "read_back.h"
 #include "resources/resources.h"
 #include "sample_messages.h"
+#include "support/small_disk.h"
 
 #include <QBuffer>
 #include <QImage>
 #include <QTemporaryDir>
 #include <QTest>
-
-#include <csignal>
-#include <sys/resource.h>
 
 namespace {
 QByteArray png(int side)
@@ -57,23 +55,6 @@ QString failureOf(const std::function<void()> &work)
     }
     return {};
 }
-
-/// Lets no file of this process grow beyond a size, as a disk without room would.
-class SmallDisk
-{
-public:
-    explicit SmallDisk(rlim_t bytes)
-    {
-        std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &m_before);
-        const rlimit limit{bytes, m_before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~SmallDisk() { setrlimit(RLIMIT_FSIZE, &m_before); }
-
-private:
-    rlimit m_before;
-};
 } // namespace
 
 class TestMessageExport : public QObject

@@ -1,0 +1,4 @@
+CREATE TABLE cache_list(
+  uid VARCHAR PRIMARY KEY,
+  path TEXT NOT NULL
+);
