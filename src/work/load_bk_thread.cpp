@@ -5,7 +5,38 @@
 #include "messages/abs_message_db.h"
 #include "personal/personal_source.h"
 
+#include <QFileInfo>
+
 namespace {
+constexpr WellKnown countedDatabases[] = {WellKnown::MessageDatabase,
+                                          WellKnown::Contacts,
+                                          WellKnown::VoicemailDatabase,
+                                          WellKnown::Calendar,
+                                          WellKnown::Notes,
+                                          WellKnown::CallHistoryNewer,
+                                          WellKnown::CallHistoryOlder,
+                                          WellKnown::RecordingsDatabase,
+                                          WellKnown::Bookmarks};
+
+// Counting tells what is wrong with a database that cannot be fetched.
+void fetchDatabases(BackupManifest &manifest, Progress &progress)
+{
+    const auto stopWhenAsked = [&progress](std::uint64_t, std::uint64_t) { progress.check(); };
+    for (const WellKnown kind : countedDatabases) {
+        const FileCatalogue::Index index = manifest.wellKnown(kind);
+        progress.check();
+        if (index == FileCatalogue::none || manifest.catalogue().isDirectory(index))
+            continue;
+        const QFileInfo name(QString::fromUtf8(manifest.catalogue().relativePath(index)));
+        progress.report(textFor("IDS_SAVING_CACHE_FILES_%1").arg(name.fileName()), -1, {});
+        try {
+            manifest.fetchDatabase(index, stopWhenAsked);
+        } catch (const Error &error) {
+            qWarning("%s", error.what());
+        }
+    }
+}
+
 void countMessages(BackupManifest &manifest, BackupCounts &counts)
 {
     if (manifest.wellKnown(WellKnown::MessageDatabase) == FileCatalogue::none)
@@ -32,11 +63,30 @@ void countRecords(BackupManifest &manifest, BackupCounts &counts)
 }
 } // namespace
 
+QHash<QString, qint64> countsByName(const BackupCounts &counts)
+{
+    QHash<QString, qint64> names;
+    for (auto count = counts.records.cbegin(); count != counts.records.cend(); ++count)
+        names.insert(dataClassName(count.key()), count.value());
+    names.insert(dataClassName(DataClass::Messages), counts.messages);
+    return names;
+}
+
+BackupCounts countsOfNames(const QHash<QString, qint64> &names)
+{
+    BackupCounts counts;
+    for (const DataClass dataClass : allDataClasses)
+        counts.records.insert(dataClass, names.value(dataClassName(dataClass)));
+    counts.messages = counts.records.take(DataClass::Messages);
+    return counts;
+}
+
 BackupCounts loadBackup(OpenBackup &backup, Progress &progress)
 {
     const BackupUse use(backup, progress);
     progress.report(textFor("IDS_LOADING_BACKUP"), -1, {});
     backup.manifest().buildIndex(progress);
+    fetchDatabases(backup.manifest(), progress);
     progress.check();
     BackupCounts counts;
     countMessages(backup.manifest(), counts);

@@ -14,7 +14,12 @@ struct BackupCounts
     QString messagesProblem;          // why they could not be counted; empty when they could
 };
 
-/// Builds the index of an unlocked backup and counts what it holds. A message database that cannot be read
+/// The counts by the names of their classes, as a list of backups keeps them, and back.
+QHash<QString, qint64> countsByName(const BackupCounts &counts);
+BackupCounts countsOfNames(const QHash<QString, qint64> &names);
+
+/// Builds the index of an unlocked backup, fetches the databases that counting reads, so that they lie in its
+/// cache, and counts what it holds. A message database that cannot be read
 /// does not keep the rest of the backup from being looked at. Throws Error and Cancelled.
 BackupCounts loadBackup(OpenBackup &backup, Progress &progress);
 

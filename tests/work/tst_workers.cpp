@@ -1,3 +1,4 @@
+#include "backup/cache_folder.h"
 #include "base/error.h"
 #include "base/texts.h"
 #include "messages/abs_message_db.h"
@@ -5,6 +6,7 @@
 #include "resources/resources.h"
 #include "support/sample_backup.h"
 #include "work/export_messages_thread.h"
+#include "work/itunes_cache_sms_thread.h"
 #include "work/load_bk_thread.h"
 #include "work/load_messages_thread.h"
 
@@ -47,7 +49,11 @@ private slots:
     void initTestCase();
     void loadCountsMessages();
     void loadSurvivesADamagedMessageDatabase();
+    void loadStops_data();
     void loadStops();
+    void countsByTheirNames();
+    void cacheMessagesOfASample();
+    void cacheMessagesOfNone();
     void loadMessagesFails();
     void exportStopsWithoutHalfAFile_data();
     void exportStopsWithoutHalfAFile();
@@ -85,11 +91,75 @@ void TestWorkers::loadSurvivesADamagedMessageDatabase()
     QVERIFY(!counts.messagesProblem.isEmpty());
 }
 
+void TestWorkers::loadStops_data()
+{
+    QTest::addColumn<int>("looks");
+    for (const int looks : {1, 3, 6, 12})
+        QTest::addRow("at look %d", looks) << looks;
+}
+
 void TestWorkers::loadStops()
 {
+    QFETCH(int, looks);
     const SampleBackup sample;
-    StopAt progress(1);
-    QVERIFY_EXCEPTION_THROWN(loadBackup(*sample.described(), progress), Cancelled);
+    const OpenBackupPtr backup = sample.described();
+    StopAt progress(looks);
+    QVERIFY_EXCEPTION_THROWN(loadBackup(*backup, progress), Cancelled);
+    NoProgress nobody;
+    QCOMPARE(loadBackup(*backup, nobody).messages, qint64(sample.summary().counts.joinedMessages));
+}
+
+void TestWorkers::countsByTheirNames()
+{
+    const SampleBackup sample;
+    NoProgress nobody;
+    const BackupCounts counts = loadBackup(*sample.described(), nobody);
+    const QHash<QString, qint64> names = countsByName(counts);
+    QCOMPARE(names.value(QStringLiteral("contacts")), qint64(sample.summary().counts.contacts));
+    const BackupCounts back = countsOfNames(names);
+    QCOMPARE(back.messages, counts.messages);
+    for (auto count = counts.records.cbegin(); count != counts.records.cend(); ++count)
+        QCOMPARE(back.records.value(count.key()), count.value());
+}
+
+void TestWorkers::cacheMessagesOfASample()
+{
+    class Statuses : public NoProgress
+    {
+    public:
+        void report(const QString &status, int, const QString &) override { lines << status; }
+        QStringList lines;
+    } progress;
+    const SampleBackup sample;
+    const OpenBackupPtr backup = sample.described();
+    backup->manifest().attachCache();
+    const CachedFiles first = cacheMessages(*backup, progress);
+    QVERIFY(first.copied > 1);
+    QCOMPARE(progress.lines.constFirst(), QStringLiteral("Loading iTunes Backup now. Please wait..."));
+    QVERIFY(progress.lines.contains(QStringLiteral("Saving sms.db...")));
+    QCOMPARE(cacheMessages(*backup, progress), (CachedFiles{0, first.copied, first.leftOut}));
+    clearCacheOf(backupUid(sample.folder()));
+}
+
+void TestWorkers::cacheMessagesOfNone()
+{
+    SampleOptions options;
+    options.layout = SampleOptions::Layout::Mbdb;
+    options.ios = 6;
+    const SampleBackup sample(options);
+    QFile catalogue(sample.folder() + QStringLiteral("/Manifest.mbdb"));
+    QVERIFY(catalogue.open(QIODevice::ReadWrite));
+    const QByteArray renamed = catalogue.readAll().replace("SMS/sms.db", "SMS/xxx.xx");
+    QVERIFY(catalogue.seek(0) && catalogue.write(renamed) == renamed.size());
+    catalogue.close();
+    const OpenBackupPtr backup = sample.described();
+    NoProgress nobody;
+    try {
+        cacheMessages(*backup, nobody);
+        QFAIL("there are no messages");
+    } catch (const Error &error) {
+        QCOMPARE(error.sentence(), QStringLiteral("Found no message database file in this iTunes backup."));
+    }
 }
 
 void TestWorkers::loadMessagesFails()
