@@ -43,16 +43,23 @@ struct ClassNode
 };
 
 // Backups and local databases list their classes in orders of their own.
-constexpr ClassNode backupClasses[] = {{NodeKind::Contacts, "IDS_NODE_CONTACTS_%1"},
-                                       {NodeKind::Calendar, "IDS_NODE_CALENDAR_%1"},
-                                       {NodeKind::Notes, "IDS_NODE_NOTES_%1"},
-                                       {NodeKind::CallHistory, "IDS_NODE_CALLS_%1"},
-                                       {NodeKind::Bookmarks, "IDS_NODE_BOOKMARKS_%1"}};
+constexpr ClassNode backupClasses[] = {
+    {NodeKind::Messages, "IDS_NODE_SMS_%1"},      {NodeKind::Contacts, "IDS_NODE_CONTACTS_%1"},
+    {NodeKind::Calendar, "IDS_NODE_CALENDAR_%1"}, {NodeKind::Notes, "IDS_NODE_NOTES_%1"},
+    {NodeKind::CallHistory, "IDS_NODE_CALLS_%1"}, {NodeKind::Bookmarks, "IDS_NODE_BOOKMARKS_%1"}};
 constexpr ClassNode localClasses[] = {{NodeKind::Contacts, "IDS_NODE_CONTACTS_%1"},
                                       {NodeKind::Calendar, "IDS_NODE_CALENDAR_%1"},
                                       {NodeKind::Notes, "IDS_NODE_NOTES_%1"},
                                       {NodeKind::Bookmarks, "IDS_NODE_BOOKMARKS_%1"},
                                       {NodeKind::CallHistory, "IDS_NODE_CALLS_%1"}};
+
+QString countText(NodeKind kind, const std::optional<BackupCounts> &counts)
+{
+    if (!counts)
+        return QStringLiteral("\u2026");
+    return QString::number(kind == NodeKind::Messages ? counts->messages
+                                                      : counts->records.value(*recordClassOf(kind)));
+}
 
 qint64 countOf(PersonalSource &records, DataClass dataClass)
 {
@@ -113,16 +120,26 @@ BkNode *ItemModelBK::add(BkNode *parent, NodeKind kind, const QString &label)
     return static_cast<BkNode *>(append(parent, std::make_unique<BkNode>(kind, label)));
 }
 
-BkNode *ItemModelBK::addBackup(const OpenBackupPtr &backup, const BackupCounts &counts)
+BkNode *ItemModelBK::addBackup(const OpenBackupPtr &backup, const std::optional<BackupCounts> &counts)
 {
     auto node = std::make_unique<BkNode>(NodeKind::Backup, backup->info().displayName);
     node->m_backup = backup;
     auto *added = static_cast<BkNode *>(append(m_backups, std::move(node)));
-    add(added, NodeKind::Messages, textFor("IDS_NODE_SMS_%1").arg(counts.messages));
     for (const auto &[kind, label] : backupClasses)
-        add(added, kind, textFor(label).arg(counts.records.value(*recordClassOf(kind))));
+        add(added, kind, textFor(label).arg(countText(kind, counts)));
     add(added, NodeKind::FileSystem, textFor("IDS_FILE_SYSTEM"));
     return added;
+}
+
+void ItemModelBK::setCounts(const BkNode *backup, const BackupCounts &counts)
+{
+    for (const auto &child : backup->children()) {
+        auto *node = static_cast<BkNode *>(child.get());
+        for (const auto &[kind, label] : backupClasses)
+            if (kind == node->kind())
+                node->m_label = textFor(label).arg(countText(kind, counts));
+        emit dataChanged(indexOf(node), indexOf(node));
+    }
 }
 
 BkNode *ItemModelBK::findLocalDatabase(const QString &folder) const

@@ -66,7 +66,10 @@ class ItemModelBK : public AbsTreeItemModel
 public:
     explicit ItemModelBK(QObject *parent = nullptr);
 
-    BkNode *addBackup(const OpenBackupPtr &backup, const BackupCounts &counts);
+    /// Without counts the classes show that they were not counted yet.
+    BkNode *addBackup(const OpenBackupPtr &backup, const std::optional<BackupCounts> &counts);
+    /// Brings the counts of a backup's classes up to date.
+    void setCounts(const BkNode *backup, const BackupCounts &counts);
     /// Adds the node of a local database, or brings the counts of the one that is there up to date.
     BkNode *addLocalDatabase(const QString &folder);
     void removeNode(BkNode *node) { remove(node); }

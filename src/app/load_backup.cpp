@@ -6,26 +6,17 @@
 #include "work/message_boxes.h"
 #include "work/run_job.h"
 
-namespace {
 OpenBackupPtr describedBackup(const QString &folder)
 {
-    try {
-        auto backup = std::make_shared<OpenBackup>(folder);
-        backup->manifest().loadInfo();
-        return backup;
-    } catch (const Error &error) {
-        showErrorBox(error.sentence());
-        return nullptr;
-    }
+    auto backup = std::make_shared<OpenBackup>(folder);
+    backup->manifest().loadInfo();
+    backup->manifest().attachCache();
+    return backup;
 }
-} // namespace
 
-std::optional<LoadedBackup> openBackupForUser(const QString &folder, QWidget *parent)
+std::optional<BackupCounts> loadForUser(const OpenBackupPtr &backup, QWidget *parent)
 {
-    const OpenBackupPtr backup = describedBackup(folder);
-    if (!backup)
-        return std::nullopt;
-    if (backup->info().encrypted) {
+    if (!backup->manifest().isUnlocked()) {
         PasscodeDlg passcode(backup, parent);
         if (passcode.exec() != QDialog::Accepted)
             return std::nullopt;
@@ -33,5 +24,20 @@ std::optional<LoadedBackup> openBackupForUser(const QString &folder, QWidget *pa
     auto worker = std::make_unique<LoadBkThread>(backup);
     if (!runJob(textFor("IDS_LOADING_BACKUP"), worker, parent))
         return std::nullopt;
-    return LoadedBackup{backup, worker->counts()};
+    return worker->counts();
+}
+
+std::optional<LoadedBackup> openBackupForUser(const QString &folder, QWidget *parent)
+{
+    OpenBackupPtr backup;
+    try {
+        backup = describedBackup(folder);
+    } catch (const Error &error) {
+        showErrorBox(error.sentence());
+        return std::nullopt;
+    }
+    if (const auto counts = loadForUser(backup, parent))
+        return LoadedBackup{backup, *counts};
+    backup->manifest().retireCache();
+    return std::nullopt;
 }

@@ -1,11 +1,9 @@
 #include "app/main_window.h"
 
 #include "app/item_model_bk.h"
-#include "app/load_backup.h"
 #include "app/my_tree_view.h"
 #include "app/view_stack.h"
 #include "app/web_pages.h"
-#include "backup/scratch_folder.h"
 #include "base/app_folders.h"
 #include "base/file_names.h"
 #include "base/shell.h"
@@ -43,6 +41,7 @@ MainWindow::MainWindow(const QStringList &roots, QWidget *parent)
     connect(m_tree, &QAbstractItemView::clicked, this, &MainWindow::bkSelected);
     connect(m_tree, &MyTreeView::createContextMenu, this, &MainWindow::mainTreeContext);
     connect(m_tree, &MyTreeView::onSelectionChanged, this, &MainWindow::mainTreeSelected);
+    listLoadedBackups();
     listLocalDatabases();
     m_tree->expandAll();
     m_tree->setCurrentIndex(m_model->indexOf(m_model->backupsRoot()));
@@ -70,22 +69,6 @@ void MainWindow::miLoadiTunesBackup()
         loadBackup(dialog.selectedFolder());
 }
 
-bool MainWindow::loadBackup(const QString &folder)
-{
-    if (m_model->backupUids().contains(backupUid(folder))) {
-        showWarningBox(textFor("IDS_BACKUP_ALREADY_LISTED"));
-        return false;
-    }
-    const std::optional<LoadedBackup> loaded = openBackupForUser(folder, this);
-    if (!loaded)
-        return false;
-    const BkNode *node = m_model->addBackup(loaded->backup, loaded->counts);
-    m_tree->expandAll();
-    m_tree->setCurrentIndex(m_model->indexOf(node));
-    m_tree->setFocus();
-    return true;
-}
-
 void MainWindow::makeSample()
 {
     const QString folder =
@@ -99,7 +82,10 @@ void MainWindow::bkSelected(const QModelIndex &index)
 {
     BkNode *node = m_model->bkNode(index);
     const DataSource source = m_model->sourceOf(node);
-    m_views->showNode(node, source);
+    const bool isLate = needsLoading(node);
+    m_views->showNode(isLate ? source.backup : node, source);
+    if (isLate) // not from within the change of the selection: a dialog may come up
+        QMetaObject::invokeMethod(this, &MainWindow::loadSelected, Qt::QueuedConnection);
     const BkNode *shown = source.backup ? source.backup : source.localDatabase;
     setWindowTitle(shown ? QStringLiteral("%1 (%2)").arg(applicationTitle(), shown->label())
                          : applicationTitle());
@@ -166,8 +152,9 @@ void MainWindow::mainTreeContext()
 {
     const DataSource source = m_model->sourceOf(currentNode());
     QMenu menu(this);
+    menu.setToolTipsVisible(true);
     if (source.backup)
-        menu.addAction(m_unmount);
+        menu.addActions({m_cacheMessages, m_clearCacheOfBackup, m_unmount});
     else if (source.localDatabase)
         menu.addAction(m_removeLocalDb);
     else
@@ -234,16 +221,6 @@ bool MainWindow::importCards(const QString &file, const QString &folder)
     return true;
 }
 
-void MainWindow::miUnmountBackup()
-{
-    BkNode *backup = m_model->sourceOf(currentNode()).backup;
-    if (!backup)
-        return;
-    forgetViews(backup);
-    m_model->removeNode(backup);
-    bkSelected(m_tree->currentIndex());
-}
-
 void MainWindow::miRemoveLocalDb()
 {
     BkNode *database = m_model->sourceOf(currentNode()).localDatabase;
@@ -263,12 +240,6 @@ void MainWindow::miRemoveLocalDb()
 void MainWindow::miOpenAppFolder()
 {
     openFolderInShell(localDatabasesFolder().path());
-}
-
-void MainWindow::miClearCaches()
-{
-    clearCaches();
-    showInformationBox(textFor("IDS_CLEAR_CACHES_SUC"));
 }
 
 void MainWindow::miHelp()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "backup/backup_list.h"
+
 #include <QMainWindow>
 
 class BkNode;
@@ -42,6 +44,9 @@ private slots:
     void mainTreeContext();
     void mainTreeSelected(const QItemSelection &selected, const QItemSelection &deselected);
     void miUnmountBackup();
+    void miClearCacheOfBackup();
+    void miCacheMessages();
+    void loadSelected();
     void miRemoveLocalDb();
     void makeSample();
 
@@ -53,6 +58,11 @@ private:
     void buildStatusBar();
     QAction *newAction(const char *text, const char *icon, void (MainWindow::*slot)());
     QAction *addUnavailable(const char *text, const char *icon, const char *why);
+    void listLoadedBackups();
+    bool needsLoading(BkNode *node) const;
+    bool ensureLoaded(const BkNode *backup);
+    void showCounts(const BkNode *backup, const struct BackupCounts &counts);
+    bool confirmClearing(const QString &question, qint64 bytes);
     void listLocalDatabases();
     void forgetViews(const BkNode *source);
     BkNode *onStoreChanged(const QString &folder);
@@ -63,6 +73,8 @@ private:
 
     QStringList m_roots;
     ItemModelBK *m_model;
+    BackupList m_list;
+    bool m_loadingSelected = false;
     MyTreeView *m_tree = nullptr;
     ViewStack *m_views = nullptr;
     QLabel *m_status = nullptr;
@@ -86,5 +98,7 @@ private:
     QAction *m_search = nullptr;
     QAction *m_reload = nullptr;
     QAction *m_unmount = nullptr;
+    QAction *m_clearCacheOfBackup = nullptr;
+    QAction *m_cacheMessages = nullptr;
     QAction *m_removeLocalDb = nullptr;
 };

@@ -80,6 +80,10 @@ void MainWindow::buildActions()
     m_reload->setShortcut(QKeySequence(Qt::Key_F5));
     connect(m_reload, &QAction::triggered, this, [this] { m_views->currentDataView()->reload(); });
     m_unmount = newAction("IDS_MI_UNMOUNT_BACKUP", nullptr, &MainWindow::miUnmountBackup);
+    m_clearCacheOfBackup =
+        newAction("IDS_MI_CLEAR_CACHE_OF_BACKUP", nullptr, &MainWindow::miClearCacheOfBackup);
+    m_cacheMessages = newAction("IDS_MI_CACHE_MESSAGES", nullptr, &MainWindow::miCacheMessages);
+    m_cacheMessages->setToolTip(textFor("IDS_CACHE_MESSAGES_HINT"));
     m_removeLocalDb =
         newAction("IDS_MI_REMVOE_LOCALDB", ":/res/act_remove.png", &MainWindow::miRemoveLocalDb);
     m_removeLocalDb->setShortcut(QKeySequence::Delete);

@@ -372,6 +372,30 @@
         <translation>Successfully cleared cache files.</translation>
     </message>
     <message>
+        <source>IDS_CONFIRM_CLEAR_CACHES_%1</source>
+        <translation>Clear the cache files of all backups? This frees %1. The backups themselves stay as they are.</translation>
+    </message>
+    <message>
+        <source>IDS_CONFIRM_CLEAR_CACHE_OF_BACKUP_%1</source>
+        <translation>Clear the cache files of this backup? This frees %1. The backup itself stays as it is.</translation>
+    </message>
+    <message>
+        <source>IDS_CLEARING_CACHES</source>
+        <translation>Clearing cache files. Please wait...</translation>
+    </message>
+    <message>
+        <source>IDS_MI_CLEAR_CACHE_OF_BACKUP</source>
+        <translation>Clear Cache files of this Backup</translation>
+    </message>
+    <message>
+        <source>IDS_MI_CACHE_MESSAGES</source>
+        <translation>Keep Messages in the Cache</translation>
+    </message>
+    <message>
+        <source>IDS_CACHE_MESSAGES_HINT</source>
+        <translation>Copies the messages with all their pictures to this computer, for a backup on a slow disk.</translation>
+    </message>
+    <message>
         <source>IDS_CONFIRM_REMOVE_LOCAL_DB</source>
         <translation>Confirm to delete local Database?</translation>
     </message>

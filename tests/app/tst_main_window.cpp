@@ -65,7 +65,6 @@ private slots:
     void localDatabases();
     void cardsComeIntoALocalDatabase();
     void savingLeadsToTheLocalDatabase();
-    void clearCachesSparesOpenBackups();
 
 private:
     std::unique_ptr<QTemporaryDir> m_home;
@@ -309,27 +308,6 @@ void TestMainWindow::savingLeadsToTheLocalDatabase()
     QCOMPARE(done.text(),
              QStringLiteral("Successfully backup %1 Call History").arg(sample.summary().counts.calls));
     QCOMPARE(treeOf(window)->currentIndex().data().toString(), QStringLiteral("Family"));
-}
-
-void TestMainWindow::clearCachesSparesOpenBackups()
-{
-    const SampleBackup sample;
-    MainWindow window({});
-    window.show();
-    QVERIFY(window.loadBackup(sample.folder()));
-    treeOf(window)->setCurrentIndex(treeOf(window)->model()->index(0, 0, backupNode(window)));
-    QTRY_VERIFY(action(window, "IDS_EXPORT")->isEnabled());
-    const QDir caches(appDataFolder().filePath(QStringLiteral("itunes_cache")));
-    const QDir own(caches.filePath(backupUid(sample.folder())));
-    const QStringList copies = own.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
-    QVERIFY(!copies.isEmpty());
-    QVERIFY(caches.mkpath(QStringLiteral("of another backup/Library/SMS")));
-
-    const AnswerBox done;
-    action(window, "IDS_MI_CLEAR_CACHES")->trigger();
-    QCOMPARE(done.text(), QStringLiteral("Successfully cleared cache files."));
-    QCOMPARE(caches.entryList(QDir::Dirs | QDir::NoDotAndDotDot), QStringList(own.dirName()));
-    QCOMPARE(own.entryList(QDir::Dirs | QDir::NoDotAndDotDot), copies);
 }
 
 QB_WEB_TEST_MAIN(TestMainWindow)

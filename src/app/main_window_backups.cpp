@@ -1,0 +1,156 @@
+// What the window does with backups: loading, listing again at the next start, unlisting, and their caches.
+
+#include "app/item_model_bk.h"
+#include "app/load_backup.h"
+#include "app/main_window.h"
+#include "app/my_tree_view.h"
+#include "app/view_stack.h"
+#include "backup/cache_folder.h"
+#include "base/error.h"
+#include "base/texts.h"
+#include "work/clear_cache_thread.h"
+#include "work/itunes_cache_sms_thread.h"
+#include "work/message_boxes.h"
+#include "work/run_job.h"
+
+#include <QDir>
+#include <QLocale>
+
+namespace {
+OpenBackupPtr backupOf(const TreeNode &node)
+{
+    return static_cast<const BkNode &>(node).backup();
+}
+} // namespace
+
+// Only what tells one from the other is read now; the rest is loaded when somebody looks at it.
+void MainWindow::listLoadedBackups()
+{
+    for (const ListedBackup &listed : m_list.backups()) {
+        if (!QDir(listed.path).exists()) {
+            m_list.removeBackup(listed.uid);
+            clearCacheOf(listed.uid);
+            continue;
+        }
+        try {
+            const QHash<QString, qint64> counts = m_list.counts(listed.uid);
+            m_model->addBackup(describedBackup(listed.path),
+                               counts.isEmpty() ? std::nullopt : std::optional(countsOfNames(counts)));
+        } catch (const Error &error) {
+            // It stays on the list: a backup that is being made just now is whole another day.
+            qWarning("%s is not listed: %s", qUtf8Printable(listed.path), error.what());
+        }
+    }
+}
+
+bool MainWindow::needsLoading(BkNode *node) const
+{
+    const BkNode *backup = m_model->sourceOf(node).backup;
+    return backup && backup != node && !backup->backup()->manifest().hasIndex();
+}
+
+bool MainWindow::loadBackup(const QString &folder)
+{
+    const QString uid = backupUid(folder);
+    if (m_model->backupUids().contains(uid)) {
+        showWarningBox(textFor("IDS_BACKUP_ALREADY_LISTED"));
+        return false;
+    }
+    const std::optional<LoadedBackup> loaded = openBackupForUser(folder, this);
+    if (!loaded) {
+        clearCacheOf(uid);
+        return false;
+    }
+    const BkNode *node = m_model->addBackup(loaded->backup, loaded->counts);
+    m_list.addBackup(uid, loaded->backup->info().folder);
+    showCounts(node, loaded->counts);
+    m_tree->expandAll();
+    m_tree->setCurrentIndex(m_model->indexOf(node));
+    m_tree->setFocus();
+    return true;
+}
+
+void MainWindow::showCounts(const BkNode *backup, const BackupCounts &counts)
+{
+    m_model->setCounts(backup, counts);
+    m_list.setCounts(backupUid(backup->backup()->info().folder), countsByName(counts));
+}
+
+bool MainWindow::ensureLoaded(const BkNode *backup)
+{
+    if (backup->backup()->manifest().hasIndex())
+        return true;
+    const std::optional<BackupCounts> counts = loadForUser(backup->backup(), this);
+    if (counts)
+        showCounts(backup, *counts);
+    return counts.has_value();
+}
+
+void MainWindow::loadSelected()
+{
+    BkNode *node = currentNode();
+    if (m_loadingSelected || !needsLoading(node))
+        return;
+    m_loadingSelected = true;
+    const BkNode *backup = m_model->sourceOf(node).backup;
+    if (!ensureLoaded(backup))
+        m_tree->setCurrentIndex(m_model->indexOf(backup));
+    m_loadingSelected = false;
+    bkSelected(m_tree->currentIndex());
+}
+
+void MainWindow::miUnmountBackup()
+{
+    BkNode *node = m_model->sourceOf(currentNode()).backup;
+    if (!node)
+        return;
+    const OpenBackupPtr backup = node->backup();
+    const QString uid = backupUid(backup->info().folder);
+    forgetViews(node);
+    m_model->removeNode(node);
+    m_list.removeBackup(uid);
+    backup->manifest().retireCache();
+    bkSelected(m_tree->currentIndex());
+    auto worker = std::make_unique<ClearCacheThread>(uid, std::vector<OpenBackupPtr>(), QString());
+    if (cacheSizeOf(uid) > 0)
+        runJob(textFor("IDS_CLEARING_CACHES"), worker, this);
+}
+
+void MainWindow::miCacheMessages()
+{
+    const BkNode *node = m_model->sourceOf(currentNode()).backup;
+    if (!node || !ensureLoaded(node))
+        return;
+    auto worker = std::make_unique<ITunesCacheSMSThread>(node->backup());
+    runJob(textFor("IDS_LOADING_BACKUP"), worker, this);
+}
+
+bool MainWindow::confirmClearing(const QString &question, qint64 bytes)
+{
+    return bytes == 0 || askQuestion(question.arg(QLocale().formattedDataSize(bytes)));
+}
+
+void MainWindow::miClearCaches()
+{
+    if (!confirmClearing(textFor("IDS_CONFIRM_CLEAR_CACHES_%1"), cacheSize()))
+        return;
+    std::vector<OpenBackupPtr> open;
+    for (const auto &child : m_model->backupsRoot()->children())
+        open.push_back(backupOf(*child));
+    auto worker =
+        std::make_unique<ClearCacheThread>(QString(), std::move(open), textFor("IDS_CLEAR_CACHES_SUC"));
+    runJob(textFor("IDS_CLEARING_CACHES"), worker, this);
+}
+
+void MainWindow::miClearCacheOfBackup()
+{
+    const BkNode *node = m_model->sourceOf(currentNode()).backup;
+    if (!node)
+        return;
+    const QString uid = backupUid(node->backup()->info().folder);
+    if (!confirmClearing(textFor("IDS_CONFIRM_CLEAR_CACHE_OF_BACKUP_%1"), cacheSizeOf(uid)))
+        return;
+    auto worker = std::make_unique<ClearCacheThread>(uid, std::vector<OpenBackupPtr>{node->backup()},
+                                                     textFor("IDS_CLEAR_CACHES_SUC"));
+    runJob(textFor("IDS_CLEARING_CACHES"), worker, this);
+}
