@@ -19,6 +19,8 @@ private slots:
     void wholeBackup();
     void wholeOldBackup();
     void wholeMacFolder();
+    void handlesHaveNamesAndPictures_data();
+    void handlesHaveNamesAndPictures();
 };
 
 void TestSampleMessages::wholeBackup_data()
@@ -138,6 +140,52 @@ void TestSampleMessages::wholeMacFolder()
     };
     QCOMPARE(present.size(), std::count_if(summary.files.begin(), summary.files.end(), isAttachment));
     QVERIFY(!QFile::exists(options.folder + QStringLiteral("/chat.db-shm")));
+}
+
+void TestSampleMessages::handlesHaveNamesAndPictures_data()
+{
+    QTest::addColumn<int>("ios");
+    QTest::addColumn<bool>("hasImages");
+    for (const int ios : {5, 6, 9, 17})
+        for (const bool hasImages : {true, false})
+            QTest::addRow("iOS %d %s images", ios, hasImages ? "with" : "without") << ios << hasImages;
+}
+
+void TestSampleMessages::handlesHaveNamesAndPictures()
+{
+    QFETCH(int, ios);
+    QFETCH(bool, hasImages);
+    QTemporaryDir folder;
+    SampleOptions options;
+    options.folder = folder.filePath(QStringLiteral("backup"));
+    options.ios = ios;
+    SampleSummary summary = makeSample(options);
+    const auto isImages = [](const SampleFile &file) {
+        return file.relativePath.endsWith(u"AddressBookImages.sqlitedb");
+    };
+    if (!hasImages)
+        QCOMPARE(std::erase_if(summary.files, isImages), std::size_t(1));
+    SampleSource source(options.folder, summary);
+    QHash<QString, QString> expected;
+    for (const SampleChat &chat : summary.chats)
+        for (const SampleHandle &handle : chat.handles)
+            expected.insert(handle.address, handle.contactName);
+
+    const auto db = openMessageDb(source);
+    db->loadChats();
+    QHash<QString, QString> names;
+    int pictures = 0;
+    for (const _MsgChat *chat : db->chats()) {
+        for (const _MsgHandle *handle : chat->handles) {
+            names.insert(handle->id, handle->_ct_name);
+            pictures += !handle->_photo.isEmpty();
+            QVERIFY(handle->_photo.isEmpty() || handle->_photo.startsWith("\xFF\xD8\xFF") ||
+                    handle->_photo.startsWith("\x89PNG"));
+        }
+    }
+    QCOMPARE(names, expected);
+    QVERIFY(std::any_of(names.begin(), names.end(), [](const QString &name) { return !name.isEmpty(); }));
+    QCOMPARE(pictures > 0, hasImages);
 }
 
 QTEST_GUILESS_MAIN(TestSampleMessages)
