@@ -15,6 +15,7 @@
 #include "work/message_boxes.h"
 #include "work/record_threads.h"
 #include "work/run_job.h"
+#include "work/update_local_db_thread.h"
 
 #include <QAction>
 #include <QFileDialog>
@@ -55,6 +56,16 @@ void MainWindow::listLocalDatabases()
     const QStringList names = folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Unsorted);
     for (const QString &name : names)
         m_model->addLocalDatabase(folder.filePath(name));
+}
+
+void MainWindow::updateLocalDatabases()
+{
+    const QString folder = localDatabasesFolder().path();
+    if (!hasOldLocalDatabases(folder))
+        return;
+    auto worker = std::make_unique<UpdateLocalDbThread>(folder);
+    runJob(QString(), worker, this);
+    listLocalDatabases();
 }
 
 BkNode *MainWindow::currentNode() const

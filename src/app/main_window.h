@@ -23,6 +23,9 @@ public:
     explicit MainWindow(const QStringList &roots, QWidget *parent = nullptr);
     ~MainWindow() override;
 
+    /// Brings local databases of an older layout up to date, under a dialog. Call once the window shows.
+    void updateLocalDatabases();
+
     /// Opens the backup in a folder and shows it. False when that failed, the user stopped, or it is open.
     bool loadBackup(const QString &folder);
     /// Saves the contacts of a file of vCards into the local database in `folder` and shows them there. False

@@ -34,6 +34,7 @@ int runApplication(int &argc, char **argv)
     {
         MainWindow window(backupRoots() << sampleBackupsFolder());
         window.show();
+        window.updateLocalDatabases();
         status = QApplication::exec();
     }
     // A worker that is still deriving a key or waiting for a slow disk must not outlive what it uses.

@@ -140,8 +140,8 @@ QList<CalendarEvent> IOSCalendarDb::readAll()
     return grouped(std::move(events));
 }
 
-LocalCalendarsDb::LocalCalendarsDb(const QString &folder)
-    : AbsLocalDb(folder, QStringLiteral("calendars.db"), QStringLiteral(":/res/local_calendars_db.sql"))
+LocalCalendarsDb::LocalCalendarsDb(const QString &folder, const QString &fileName)
+    : AbsLocalDb(folder, fileName, QStringLiteral(":/res/local_calendars_db.sql"))
 {
 }
 

@@ -41,7 +41,8 @@ private:
 class LocalCalendarsDb : public AbsLocalDb, public ICalendarDb
 {
 public:
-    explicit LocalCalendarsDb(const QString &folder);
+    explicit LocalCalendarsDb(const QString &folder,
+                              const QString &fileName = QStringLiteral("calendars.db"));
 
     struct Saved
     {

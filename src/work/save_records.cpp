@@ -9,34 +9,11 @@
 #include "personal/local_contacts_db.h"
 #include "personal/notes_db.h"
 #include "personal/personal_source.h"
+#include "personal/store_job.h"
 
 #include <type_traits>
 
 namespace {
-/// Rolls back unless committed.
-class StoreJob
-{
-public:
-    explicit StoreJob(AbsLocalDb &store) : m_store(store) { m_store.begin(); }
-    ~StoreJob()
-    {
-        if (!m_committed)
-            m_store.rollback();
-    }
-    StoreJob(const StoreJob &) = delete;
-    StoreJob &operator=(const StoreJob &) = delete;
-
-    void commit()
-    {
-        m_store.commit();
-        m_committed = true;
-    }
-
-private:
-    AbsLocalDb &m_store;
-    bool m_committed = false;
-};
-
 void count(SaveResult &result, bool wasThere)
 {
     ++result.handled;
