@@ -8,6 +8,7 @@
 #include "cli/personal_command.h"
 #include "messages/save_messages.h"
 #include "work/save_records.h"
+#include "work/update_local_db_thread.h"
 
 #include <CLI/CLI.hpp>
 #include <QDir>
@@ -34,7 +35,16 @@ QByteArray databaseText(const QString &name, const QString &folder)
         .toUtf8();
 }
 
-ExitStatus listDatabases(bool asJson, CommandContext &context)
+/// Failed when one stays as it is; it is listed with the others all the same.
+ExitStatus update(CommandContext &context)
+{
+    const QStringList problems = updateLocalDatabases(localDatabasesFolder().path(), context.progress);
+    for (const QString &problem : problems)
+        context.tell(problem);
+    return problems.isEmpty() ? ExitStatus::Done : ExitStatus::Failed;
+}
+
+void listDatabases(bool asJson, CommandContext &context)
 {
     const QDir folder = localDatabasesFolder();
     QByteArray text;
@@ -52,7 +62,6 @@ ExitStatus listDatabases(bool asJson, CommandContext &context)
         text += '\n';
     }
     context.out.write(text);
-    return ExitStatus::Done;
 }
 
 void remove(DataClass dataClass, const QString &folder, const QStringList &ids, CommandContext &context)
@@ -68,8 +77,14 @@ void addDatabasesCommand(CLI::App &app, Job &job)
 {
     CLI::App &command = *app.add_subcommand("databases", "List the local databases and what they hold");
     const CLI::Option *asJson = addSwitch(command, "--json", "print one JSON array");
-    command.callback([&job, asJson] {
-        job.run = [json = isGiven(asJson)](CommandContext &context) { return listDatabases(json, context); };
+    const CLI::Option *first =
+        addSwitch(command, "--update", "first bring those that an earlier version made to today's layout");
+    command.callback([&job, asJson, first] {
+        job.run = [json = isGiven(asJson), updates = isGiven(first)](CommandContext &context) {
+            const ExitStatus status = updates ? update(context) : ExitStatus::Done;
+            listDatabases(json, context);
+            return status;
+        };
     });
 }
 

@@ -9,7 +9,7 @@ import subprocess
 
 from command_line import PASSWORD, Case, file_id, main, run, stored, tree
 
-GENERATIONS = ("6", "9", "12", "17")
+GENERATIONS = ("5", "6", "9", "12", "17")
 TABLES = ("message", "chat", "handle", "attachment", "chat_message_join", "chat_handle_join", "message_attachment_join")
 COUNTED = ["messages", "contacts", "calendar", "notes", "calls", "bookmarks"]
 
@@ -75,16 +75,7 @@ class StoreCase(Case):
         return folder / "sms.db"
 
     def messages_folder(self):
-        """A folder of the macOS application."""
-        folder = self.folder / "Messages"
-        if not folder.exists():
-            shutil.copytree(self.loose().parent, folder)
-            (folder / "sms.db").rename(folder / "chat.db")
-            database = sqlite3.connect(folder / "chat.db")
-            database.execute("update attachment set filename = replace(filename, '/SMS/', '/Messages/')")
-            database.commit()
-            database.close()
-        return folder
+        return self.sample("--macos")
 
     def sources(self):
         for ios in GENERATIONS:
@@ -168,6 +159,23 @@ class Saving(StoreCase):
         self.assertEqual(self.ours("show", "messages", "local:people"), "")
         self.assertEqual(self.ours("show", "chats", "deleted:people"), "")
         self.assertEqual(json.loads(self.ours("databases", "--json"))[0]["counts"]["messages"], 0)
+
+    def test_older_layout(self):
+        self.save(self.sample("--ios", "12"), "old")
+        folder = self.database("old")
+        before = self.our_lines("show", "messages", "local:old")
+        (folder / "messages.db").rename(folder / "mms.db")
+        broken = folder.parent / "broken"
+        broken.mkdir()
+        (broken / "mms.db").write_bytes(b"no database" * 500)
+        self.assertEqual(self.ours("show", "messages", "local:old"), "")
+        ended = run("databases", "--json", "--update", home=self.home)
+        self.assertEqual((ended.returncode, ended.stderr.count(b"\n")), (1, 1))
+        self.assertIn(str(broken / "mms.db"), ended.stderr.decode())
+        counts = {listed["name"]: listed["counts"]["messages"] for listed in json.loads(ended.stdout)}
+        self.assertEqual(counts, {"broken": 0, "old": len(before)})
+        self.assertEqual(in_order(self.our_lines("show", "messages", "local:old")), in_order(before))
+        self.assertTrue((broken / "mms.db").exists())
 
     def test_refused(self):
         backup = self.sample()
