@@ -138,12 +138,13 @@ class Ends(Case):
         for arguments in (["--ios", "9", "--layout", "mbdb"], ["--ios", "17"], ["--ios", "17", "--password", PASSWORD]):
             backup = self.sample(*arguments)
             before = tree(backup), times(backup)
-            out = self.folder / "out"
+            out, home = self.folder / "out", self.folder / "home"
             for command in (*self.commands(backup), ["extract", backup, "HomeDomain", "", "-o", out],
                             ["export", "messages", backup, "--format", "html", "-o", out]):
-                self.assertEqual(run(*command, password=PASSWORD).returncode, 0, command)
+                self.assertEqual(run(*command, password=PASSWORD, home=home).returncode, 0, command)
                 shutil.rmtree(out, ignore_errors=True)
             self.assertEqual((tree(backup), times(backup)), before)
+            self.assertEqual(list(home.rglob("itunes_cache/*")), [], "no plain copy stays behind")
 
 
 if __name__ == "__main__":
