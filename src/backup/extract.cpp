@@ -1,5 +1,6 @@
 #include "backup/extract.h"
 
+#include "backup/export_memory.h"
 #include "backup/extract_plan.h"
 #include "backup/extract_progress.h"
 #include "base/contained_path.h"
@@ -50,6 +51,15 @@ void setFolderTime(const QString &folder, std::uint32_t unixSeconds)
     std::filesystem::last_write_time(nativePath(folder), std::chrono::file_clock::from_sys(time), ignored);
 }
 
+std::size_t hashOf(const QString &place)
+{
+#if defined(Q_OS_WIN) || defined(Q_OS_MACOS)
+    return qHash(place.toCaseFolded(), QHashSeed::globalSeed());
+#else
+    return qHash(place, QHashSeed::globalSeed());
+#endif
+}
+
 /// "name(1).ending" and so on, as for any taken name: the base ends at the first dot, the ending begins after
 /// the last.
 QString numbered(const QString &path, int number)
@@ -59,11 +69,20 @@ QString numbered(const QString &path, int number)
     return QStringLiteral("%1/%2(%3)%4").arg(info.path(), info.baseName(), QString::number(number), ending);
 }
 
+/// What happens to a file that lies in the place of one that is written, and was not written for it.
+enum class Foreign {
+    Replaced,
+    Kept // it may be the export of another device, or anything of the user's
+};
+
 class Extraction
 {
 public:
-    Extraction(BackupManifest &backup, const QString &target)
-        : m_backup(backup), m_catalogue(backup.catalogue()), m_target(QDir(target).absolutePath())
+    Extraction(BackupManifest &backup, const QString &target, Foreign foreign)
+        : m_backup(backup),
+          m_catalogue(backup.catalogue()),
+          m_target(QDir(target).absolutePath()),
+          m_foreign(foreign)
     {
     }
 
@@ -84,23 +103,34 @@ private:
     BackupManifest &m_backup;
     const FileCatalogue &m_catalogue;
     QString m_target;
+    Foreign m_foreign;
+    std::unique_ptr<ExportMemory> m_memory; // where foreign files are kept
     ExtractSummary m_summary;
-    QSet<std::size_t> m_taken;      // hashes of the places used in this run
-    QHash<QString, int> m_numbers;  // the last number given to a place that was taken
+    QSet<std::size_t> m_taken;          // hashes of the places used in this run
+    QSet<std::size_t> m_takenByFolders; // those of them that are folders
+    QHash<QString, int> m_numbers;      // the last number given to a place that was taken
+    QHash<QString, QString> m_folderPlaces;
     QSet<QString> m_checkedFolders; // found to stay below the target
     std::vector<Folder> m_folders;
 
     void extract(Index record, const QByteArray &landing, ExtractProgress &progress);
-    void extractFile(Index record, QString place, ExtractProgress &progress);
+    void extractFile(Index record, const QString &wanted, ExtractProgress &progress);
     void makeFolder(Index record, const QString &place);
     void fetch(Index record, const QString &place, ExtractProgress &progress);
     std::optional<QString> placeOf(Index record, const QByteArray &landing);
+    QString folderPlace(const QString &folder);
+    bool takesFolder(const QString &place);
     bool claim(const QString &place);
-    QString untaken(const QString &place);
+    QString numberedPlace(const QString &place);
+    QString filePlace(Index record, const QString &place);
+    bool isForeign(Index record, const QString &place) const;
+    std::optional<ExportMemory::Entry> remembered(const QString &place) const;
+    void remember(Index record, const QString &place) const;
     bool isWhole(Index record, const QString &place) const;
     bool isWholeSize(Index record, std::uint64_t size) const;
     bool staysInside(const QString &place);
     std::uint64_t storedSize(Index record) const;
+    QByteArray sourceOf(Index record) const;
     ExtractNote note(Index record, const QString &reason) const;
 };
 
@@ -115,6 +145,8 @@ ExtractSummary Extraction::run(const ExtractPlan &plan, Progress &progress)
     if (plan.items().empty())
         return m_summary;
     requireTarget(m_target, m_backup.info().folder);
+    if (m_foreign == Foreign::Kept)
+        m_memory = std::make_unique<ExportMemory>(m_target);
     const auto files = std::count_if(plan.items().begin(), plan.items().end(), [this](const auto &item) {
         return !m_catalogue.isDirectory(item.record);
     });
@@ -155,6 +187,10 @@ std::optional<QString> Extraction::placeOf(Index record, const QByteArray &landi
     std::optional<QString> place;
     if (path.isEmpty() || containedPath(m_target, path, &why))
         place = containedPath(m_target, QString::fromUtf8(landing), &why);
+    if (place && m_catalogue.isDirectory(record))
+        place = folderPlace(*place);
+    else if (place)
+        place = folderPlace(QFileInfo(*place).path()) + QLatin1Char('/') + QFileInfo(*place).fileName();
     if (place && !staysInside(*place)) {
         why = QStringLiteral("a link in the target leads outside of it");
         place.reset();
@@ -175,6 +211,35 @@ bool Extraction::staysInside(const QString &place)
     return true;
 }
 
+/// Where what lies in a folder goes: into the folder, or into a numbered one when a file has its place.
+QString Extraction::folderPlace(const QString &folder)
+{
+    if (folder.size() <= m_target.size())
+        return m_target;
+    if (const auto known = m_folderPlaces.constFind(folder); known != m_folderPlaces.cend())
+        return *known;
+    const QFileInfo info(folder);
+    const QString wanted = folderPlace(info.path()) + QLatin1Char('/') + info.fileName();
+    QString place = wanted;
+    while (!takesFolder(place))
+        place = numbered(wanted, ++m_numbers[wanted]);
+    m_folderPlaces.insert(folder, place);
+    return place;
+}
+
+bool Extraction::takesFolder(const QString &place)
+{
+    const std::size_t hash = hashOf(place);
+    if (m_takenByFolders.contains(hash))
+        return true;
+    // A link is found by whoever writes through it.
+    const QFileInfo there(place);
+    if ((there.exists() && !there.isDir() && !there.isSymLink()) || !claim(place))
+        return false;
+    m_takenByFolders.insert(hash);
+    return true;
+}
+
 void Extraction::makeFolder(Index record, const QString &place)
 {
     // A link in the folder's place was not made by an earlier run, and leads who knows where.
@@ -182,7 +247,6 @@ void Extraction::makeFolder(Index record, const QString &place)
         m_summary.failed.append(note(record, QStringLiteral("can not create %1.").arg(place)));
         return;
     }
-    claim(place);
     if (m_catalogue.lastModified(record) != 0)
         m_folders.push_back({place, m_catalogue.lastModified(record)});
 }
@@ -190,21 +254,13 @@ void Extraction::makeFolder(Index record, const QString &place)
 /// False when this run has used the place before.
 bool Extraction::claim(const QString &place)
 {
-#if defined(Q_OS_WIN) || defined(Q_OS_MACOS)
-    const std::size_t hash = qHash(place.toCaseFolded(), QHashSeed::globalSeed());
-#else
-    const std::size_t hash = qHash(place, QHashSeed::globalSeed());
-#endif
     const qsizetype before = m_taken.size();
-    m_taken.insert(hash);
+    m_taken.insert(hashOf(place));
     return m_taken.size() > before;
 }
 
-/// The place itself, or the first numbered one, that this run has not used.
-QString Extraction::untaken(const QString &place)
+QString Extraction::numberedPlace(const QString &place)
 {
-    if (claim(place))
-        return place;
     int &number = m_numbers[place];
     QString candidate;
     do
@@ -213,20 +269,52 @@ QString Extraction::untaken(const QString &place)
     return candidate;
 }
 
+/// The place itself, or the first numbered one, that neither this run has used nor a file of others has.
+QString Extraction::filePlace(Index record, const QString &place)
+{
+    QString chosen = claim(place) ? place : numberedPlace(place);
+    while (m_memory && isForeign(record, chosen))
+        chosen = numberedPlace(place);
+    return chosen;
+}
+
+bool Extraction::isForeign(Index record, const QString &place) const
+{
+    const QFileInfo there(place);
+    if (!there.exists() && !there.isSymLink())
+        return false;
+    const auto entry = remembered(place);
+    return entry ? entry->source != sourceOf(record) : !isWhole(record, place);
+}
+
+QByteArray Extraction::sourceOf(Index record) const
+{
+    return ExportMemory::sourceOf(m_backup.info(), m_catalogue.domain(record),
+                                  m_catalogue.relativePath(record));
+}
+
+std::optional<ExportMemory::Entry> Extraction::remembered(const QString &place) const
+{
+    return m_memory ? m_memory->at(place.sliced(m_target.size())) : std::nullopt;
+}
+
+void Extraction::remember(Index record, const QString &place) const
+{
+    if (m_memory)
+        m_memory->remember(place.sliced(m_target.size()), {sourceOf(record), QFileInfo(place).size()});
+}
+
 std::uint64_t Extraction::storedSize(Index record) const
 {
     return static_cast<std::uint64_t>(QFileInfo(m_backup.filePath(record)).size());
 }
 
-/// The length that the content has when it is written: the recorded one, or what the stored content makes.
+/// The length that the stored content makes; what the record says need not be true.
 bool Extraction::isWholeSize(Index record, std::uint64_t size) const
 {
-    const bool isLocked = m_backup.isLocked(record);
-    if (size == m_catalogue.sizeBytes(record) && !isLocked)
-        return true;
     const std::uint64_t stored = storedSize(record);
-    const bool isDecrypted =
-        m_backup.info().encrypted && !isLocked && !m_catalogue.encryptionKey(record).isEmpty();
+    const bool isDecrypted = stored > 0 && m_backup.info().encrypted && !m_backup.isLocked(record) &&
+                             !m_catalogue.encryptionKey(record).isEmpty();
     return isDecrypted ? size < stored && stored - size <= cipherBlock : size == stored;
 }
 
@@ -234,14 +322,17 @@ bool Extraction::isWhole(Index record, const QString &place) const
 {
     const QFileInfo there(place);
     const std::uint32_t time = m_catalogue.lastModified(record);
-    return time != 0 && !there.isSymLink() && there.isFile() &&
-           there.lastModified().toSecsSinceEpoch() == time &&
-           isWholeSize(record, static_cast<std::uint64_t>(there.size()));
+    if (time == 0 || there.isSymLink() || !there.isFile() || there.lastModified().toSecsSinceEpoch() != time)
+        return false;
+    const auto entry = remembered(place);
+    return entry && entry->source == sourceOf(record)
+               ? there.size() == entry->sizeBytes
+               : isWholeSize(record, static_cast<std::uint64_t>(there.size()));
 }
 
-void Extraction::extractFile(Index record, QString place, ExtractProgress &progress)
+void Extraction::extractFile(Index record, const QString &wanted, ExtractProgress &progress)
 {
-    place = untaken(place);
+    const QString place = filePlace(record, wanted);
     if (isWhole(record, place)) {
         ++m_summary.alreadyThere;
     } else {
@@ -254,6 +345,7 @@ void Extraction::extractFile(Index record, QString place, ExtractProgress &progr
             return;
         }
         ++m_summary.copied;
+        remember(record, place);
     }
     if (m_backup.isLocked(record))
         m_summary.locked.append(note(record, QStringLiteral("the password does not unlock its class")));
@@ -274,7 +366,7 @@ ExtractSummary extractFiles(BackupManifest &backup, const QList<ExtractRequest> 
                             const QString &target, Progress &progress)
 {
     ExtractPlan plan(backup);
-    Extraction extraction(backup, target);
+    Extraction extraction(backup, target, Foreign::Replaced);
     QSet<std::pair<QByteArray, QByteArray>> asked;
     for (const ExtractRequest &request : requests) {
         const auto before = asked.size();
@@ -291,7 +383,7 @@ ExtractSummary extractNodes(BackupManifest &backup, const std::vector<FileTree::
     ExtractPlan plan(backup);
     for (const FileTree::Node node : nodes)
         plan.add(node);
-    return Extraction(backup, target).run(plan, progress);
+    return Extraction(backup, target, Foreign::Kept).run(plan, progress);
 }
 
 ExtractSummary extractNamed(BackupManifest &backup, const QList<NamedExtract> &files, const QString &target,
@@ -300,5 +392,5 @@ ExtractSummary extractNamed(BackupManifest &backup, const QList<NamedExtract> &f
     ExtractPlan plan(backup);
     for (const NamedExtract &file : files)
         plan.add(file);
-    return Extraction(backup, target).run(plan, progress);
+    return Extraction(backup, target, Foreign::Kept).run(plan, progress);
 }

@@ -48,10 +48,12 @@ struct ExtractSummary
 ExtractSummary extractFiles(BackupManifest &backup, const QList<ExtractRequest> &requests,
                             const QString &target, Progress &progress);
 
-/// The same for places of the browsable tree, where one folder may hold files of several domains.
+/// The same for places of the browsable tree, where one folder may hold files of several domains. What lies
+/// in the target and was not written for the same file of the same device is never replaced: the new file
+/// gets the free-name suffix.
 ExtractSummary extractNodes(BackupManifest &backup, const std::vector<FileTree::Node> &nodes,
                             const QString &target, Progress &progress);
 
-/// The same for single files under other names than the device's.
+/// As extractNodes() for single files under names of the caller's.
 ExtractSummary extractNamed(BackupManifest &backup, const QList<NamedExtract> &files, const QString &target,
                             Progress &progress);

@@ -109,6 +109,16 @@ QString ScratchFolder::withRoomFor(std::uint64_t bytes)
     return m_cache.folder->path();
 }
 
+QString ScratchFolder::inTemporaryFolder()
+{
+    if (!m_cache.folder && !m_temporary.folder)
+        removeLeftoversOfAllBackups();
+    make(m_temporary, QDir::tempPath());
+    if (!m_temporary.folder)
+        throw Error(QStringLiteral("can not create a private folder in %1.").arg(QDir::tempPath()));
+    return m_temporary.folder->path();
+}
+
 void ScratchFolder::remove()
 {
     remove(m_cache);

@@ -22,6 +22,8 @@ public:
     /// A folder on a disk that has room for so many bytes, when there is one. Throws Error when no folder
     /// can be made at all.
     QString withRoomFor(std::uint64_t bytes);
+    /// The one in the system's temporary folder. Throws Error when it cannot be made.
+    QString inTemporaryFolder();
     void remove();
 
     /// True when the name is one that these folders have.

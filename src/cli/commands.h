@@ -5,6 +5,7 @@
 namespace CLI {
 class App;
 }
+class PasswordOption;
 
 // Each adds its sub-command to `app`. When the command line names it, parsing sets `job`, which must outlive
 // `app`.
@@ -12,6 +13,8 @@ class App;
 void addListCommand(CLI::App &app, Job &job);
 void addInfoCommand(CLI::App &app, Job &job);
 void addFilesCommand(CLI::App &app, Job &job);
+/// The whole catalogue as `files --json` prints it.
+ExitStatus showFiles(const QString &backup, const PasswordOption &password, CommandContext &context);
 void addExtractCommand(CLI::App &app, Job &job);
 void addShowCommand(CLI::App &app, Job &job);
 void addExportCommand(CLI::App &app, Job &job);

@@ -109,6 +109,11 @@ ExitStatus files(const FilesRequest &request, const PasswordOption &password, Co
 }
 } // namespace
 
+ExitStatus showFiles(const QString &backup, const PasswordOption &password, CommandContext &context)
+{
+    return files({.backup = backup, .domain = {}, .under = {}, .json = true}, password, context);
+}
+
 void addFilesCommand(CLI::App &app, Job &job)
 {
     CLI::App &command = *app.add_subcommand("files", "List the catalogue of a backup");

@@ -6,6 +6,7 @@
 #include "cli/media_command.h"
 #include "cli/personal_command.h"
 #include "messages/message_source.h"
+#include "personal/media_items.h"
 
 namespace {
 qint64 countClass(BackupManifest &backup, PersonalSource &records, DataClass dataClass)

@@ -3,12 +3,12 @@
 #include "backup/backup_manifest.h"
 #include "backup/extract.h"
 #include "base/error.h"
-#include "base/file_names.h"
 #include "cli/extract_report.h"
 #include "cli/json_writer.h"
 #include "cli/open_backup.h"
 #include "cli/password.h"
 #include "personal/media_items.h"
+#include "personal/media_names.h"
 
 #include <QDir>
 
@@ -83,43 +83,25 @@ void appendRecording(QByteArray &line, const FileCatalogue &catalogue, const Rec
     line.append('\n');
 }
 
-QString dateText(const QDateTime &date)
-{
-    return date.toLocalTime().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss"));
-}
-
-/// "20260131-123000-sender.amr": sorts by date and says who.
-QString namedByDate(const QDateTime &date, const QString &sender, const QString &devicePath)
-{
-    QString name = date.toLocalTime().toString(QStringLiteral("yyyyMMdd-hhmmss"));
-    QString safe = sender;
-    safe.replace(QLatin1Char('.'), QLatin1Char('_'));
-    if (const QString who = safeFileName(safe); !who.isEmpty())
-        name += QLatin1Char('-') + who.left(80);
-    return name + QLatin1Char('.') + devicePath.section(QLatin1Char('.'), -1);
-}
-
 /// The files of voicemail or recordings under names with their date; what has no file is told.
-QList<NamedExtract> namedFiles(DataClass dataClass, BackupManifest &backup, CommandContext &context)
+template <typename Items>
+QList<NamedExtract> namedFiles(const Items &items, const FileCatalogue &catalogue, CommandContext &context)
 {
-    const FileCatalogue &catalogue = backup.catalogue();
     QList<NamedExtract> files;
-    const auto add = [&](FileCatalogue::Index file, const QDateTime &date, const QString &sender,
-                         const QString &what) {
-        if (file == FileCatalogue::none) {
-            context.tell(QStringLiteral("Can't find %1.").arg(what));
-            return;
-        }
-        files.append({file, namedByDate(date, sender, QString::fromUtf8(catalogue.relativePath(file)))});
-    };
-    if (dataClass == DataClass::Voicemail) {
-        for (const VoicemailItem &item : readVoicemail(backup))
-            add(item.file, item.date, item.sender,
-                QStringLiteral("'date:%1, sender:%2'").arg(dateText(item.date), item.sender));
-    } else {
-        for (const RecordingItem &item : readRecordings(backup))
-            add(item.file, item.date, {}, QStringLiteral("'date:%1'").arg(dateText(item.date)));
+    for (const auto &item : items) {
+        if (item.file == FileCatalogue::none)
+            context.tell(QStringLiteral("Can't find %1.").arg(describe(item)));
+        else
+            files.append({item.file, exportName(item, catalogue)});
     }
+    return files;
+}
+
+QList<NamedExtract> cameraFiles(const BackupManifest &backup, CameraRollKind kind)
+{
+    QList<NamedExtract> files;
+    for (const FileCatalogue::Index index : cameraRollItems(backup, kind))
+        files.append({index, cameraItemName(backup.catalogue(), index)});
     return files;
 }
 
@@ -129,46 +111,18 @@ ExtractSummary extractClass(DataClass dataClass, BackupManifest &backup, const Q
     const FileCatalogue &catalogue = backup.catalogue();
     switch (dataClass) {
     case DataClass::Voicemail:
+        return extractNamed(backup, namedFiles(readVoicemail(backup), catalogue, context), target,
+                            context.progress);
     case DataClass::Recordings:
-        return extractNamed(backup, namedFiles(dataClass, backup, context), target, context.progress);
+        return extractNamed(backup, namedFiles(readRecordings(backup), catalogue, context), target,
+                            context.progress);
     case DataClass::Files:
         return extractNodes(backup, backup.tree().children(FileTree::root), target, context.progress);
-    default: {
-        QList<ExtractRequest> requests;
-        for (const FileCatalogue::Index index : cameraRollItems(backup, cameraRollKind(dataClass)))
-            requests.append(
-                {catalogue.domain(index).toByteArray(), catalogue.relativePath(index).toByteArray()});
-        return extractFiles(backup, requests, target, context.progress);
-    }
+    default:
+        return extractNamed(backup, cameraFiles(backup, cameraRollKind(dataClass)), target, context.progress);
     }
 }
 } // namespace
-
-bool isMediaClass(DataClass dataClass)
-{
-    switch (dataClass) {
-    case DataClass::Photos:
-    case DataClass::Videos:
-    case DataClass::Voicemail:
-    case DataClass::Recordings:
-    case DataClass::Files:
-        return true;
-    default:
-        return false;
-    }
-}
-
-qint64 countMedia(BackupManifest &backup, DataClass dataClass)
-{
-    switch (dataClass) {
-    case DataClass::Voicemail:
-        return hasVoicemail(backup) ? countVoicemail(backup) : 0;
-    case DataClass::Recordings:
-        return hasRecordings(backup) ? countRecordings(backup) : 0;
-    default:
-        return cameraRollItems(backup, cameraRollKind(dataClass)).size();
-    }
-}
 
 ExitStatus showMedia(DataClass dataClass, const QString &source, const PasswordOption &password,
                      CommandContext &context)

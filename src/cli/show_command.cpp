@@ -69,13 +69,13 @@ void addShowCommand(CLI::App &app, Job &job)
         if (!request.chats.empty() && dataClassOf(name) != DataClass::Messages)
             wrongUsage(QStringLiteral("--chat goes with messages alone"));
         const std::optional<DataClass> dataClass = dataClassOf(name);
-        if (dataClass == DataClass::Files)
-            wrongUsage(QStringLiteral("CLASS: \"files\" is a command of its own"));
         job.run = [=](CommandContext &context) {
             if (chats)
                 return showChats(request, password, context);
             if (isPersonalClass(*dataClass))
                 return showRecords(*dataClass, request.source, password, context);
+            if (dataClass == DataClass::Files)
+                return showFiles(request.source, password, context);
             if (isMediaClass(*dataClass))
                 return showMedia(*dataClass, request.source, password, context);
             return showMessages(request, password, context);

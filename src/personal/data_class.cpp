@@ -36,3 +36,17 @@ std::optional<DataClass> dataClassOf(const QString &name)
             return dataClass;
     return std::nullopt;
 }
+
+bool isMediaClass(DataClass dataClass)
+{
+    switch (dataClass) {
+    case DataClass::Photos:
+    case DataClass::Videos:
+    case DataClass::Voicemail:
+    case DataClass::Recordings:
+    case DataClass::Files:
+        return true;
+    default:
+        return false;
+    }
+}

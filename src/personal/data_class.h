@@ -28,3 +28,6 @@ inline constexpr DataClass allDataClasses[] = {
 /// "photos", "messages", ...: the name on the command line.
 QString dataClassName(DataClass dataClass);
 std::optional<DataClass> dataClassOf(const QString &name);
+
+/// True for the classes that are files of the backup: photos, videos, voicemail, recordings, and all files.
+bool isMediaClass(DataClass dataClass);

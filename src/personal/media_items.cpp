@@ -92,26 +92,18 @@ QString openVoicemail(BackupManifest &backup, Sqlite3DB &db)
     return *path;
 }
 
-bool isVideo(QByteArrayView path)
-{
-    static constexpr QByteArrayView endings[] = {".mov", ".mp4", ".m4v", ".3gp"};
-    const QByteArray lower = path.last(std::min<qsizetype>(path.size(), 4)).toByteArray().toLower();
-    return std::any_of(std::begin(endings), std::end(endings),
-                       [&](QByteArrayView ending) { return lower == ending; });
-}
-} // namespace
-
-bool hasVoicemail(const BackupManifest &backup)
-{
-    return isListed(backup, voicemailFile);
-}
-
 qint64 countVoicemail(BackupManifest &backup)
 {
     Sqlite3DB db;
     openVoicemail(backup, db);
     Sqlite3Cursor row = db.queryThrow(QStringLiteral("select count(*) from voicemail"));
     return row.moveNext() ? row.getInt64(0) : 0;
+}
+} // namespace
+
+bool hasVoicemail(const BackupManifest &backup)
+{
+    return isListed(backup, voicemailFile);
 }
 
 QList<VoicemailItem> readVoicemail(BackupManifest &backup)
@@ -159,9 +151,26 @@ QList<RecordingItem> readRecordings(BackupManifest &backup)
     return {};
 }
 
-qint64 countRecordings(BackupManifest &backup)
+qint64 countMedia(BackupManifest &backup, DataClass dataClass)
 {
-    return readRecordings(backup).size();
+    switch (dataClass) {
+    case DataClass::Voicemail:
+        return hasVoicemail(backup) ? countVoicemail(backup) : 0;
+    case DataClass::Recordings:
+        return hasRecordings(backup) ? readRecordings(backup).size() : 0;
+    case DataClass::Videos:
+        return cameraRollItems(backup, CameraRollKind::Video).size();
+    default:
+        return cameraRollItems(backup, CameraRollKind::Photo).size();
+    }
+}
+
+bool isCameraVideo(QByteArrayView path)
+{
+    static constexpr QByteArrayView endings[] = {".mov", ".mp4", ".m4v", ".3gp"};
+    const QByteArray lower = path.last(std::min<qsizetype>(path.size(), 4)).toByteArray().toLower();
+    return std::any_of(std::begin(endings), std::end(endings),
+                       [&](QByteArrayView ending) { return lower == ending; });
 }
 
 QList<FileCatalogue::Index> cameraRollItems(const BackupManifest &backup, CameraRollKind kind)
@@ -169,7 +178,7 @@ QList<FileCatalogue::Index> cameraRollItems(const BackupManifest &backup, Camera
     const FileCatalogue &catalogue = backup.catalogue();
     QList<FileCatalogue::Index> items;
     for (const FileCatalogue::Index index : backup.wellKnownGroup(WellKnownGroup::CameraRoll))
-        if (isVideo(catalogue.relativePath(index)) == (kind == CameraRollKind::Video))
+        if (isCameraVideo(catalogue.relativePath(index)) == (kind == CameraRollKind::Video))
             items.append(index);
     std::sort(items.begin(), items.end(), [&](auto a, auto b) {
         const int compared = catalogue.relativePath(a).compare(catalogue.relativePath(b));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "backup/file_catalogue.h"
+#include "personal/data_class.h"
 
 #include <QDateTime>
 #include <QList>
@@ -31,14 +32,18 @@ enum class CameraRollKind { Photo, Video };
 /// In the database's order. Throws Error("Cannot find voicemail.db.") when the backup has none. All of these
 /// need the index of the backup.
 QList<VoicemailItem> readVoicemail(BackupManifest &backup);
-qint64 countVoicemail(BackupManifest &backup);
 bool hasVoicemail(const BackupManifest &backup);
 
 /// Newest first. Newer systems keep them in another database, whose recordings are read where the older has
 /// none. Throws Error("Cannot find Recordings.db.") when the backup has neither.
 QList<RecordingItem> readRecordings(BackupManifest &backup);
-qint64 countRecordings(BackupManifest &backup);
 bool hasRecordings(const BackupManifest &backup);
+
+/// Number of photos, videos, voicemail or recordings; 0 when the backup lacks the class. Throws Error.
+qint64 countMedia(BackupManifest &backup, DataClass dataClass);
+
+/// True for an item of the camera roll that is a film, told by the ending of its name.
+bool isCameraVideo(QByteArrayView path);
 
 /// The pictures or the videos of the camera roll, by path.
 QList<FileCatalogue::Index> cameraRollItems(const BackupManifest &backup, CameraRollKind kind);
