@@ -32,6 +32,14 @@ const char *iconOf(NodeKind kind)
         return "tree_bookmarks";
     case NodeKind::FileSystem:
         return "tree_files";
+    case NodeKind::Photos:
+        return "tree_photos";
+    case NodeKind::Videos:
+        return "tree_videos";
+    case NodeKind::Voicemail:
+        return "tree_voicemail";
+    case NodeKind::Recordings:
+        return "tree_recordings";
     }
     return "tree_backup";
 }
@@ -44,9 +52,11 @@ struct ClassNode
 
 // Backups and local databases list their classes in orders of their own.
 constexpr ClassNode backupClasses[] = {
-    {NodeKind::Messages, "IDS_NODE_SMS_%1"},      {NodeKind::Contacts, "IDS_NODE_CONTACTS_%1"},
-    {NodeKind::Calendar, "IDS_NODE_CALENDAR_%1"}, {NodeKind::Notes, "IDS_NODE_NOTES_%1"},
-    {NodeKind::CallHistory, "IDS_NODE_CALLS_%1"}, {NodeKind::Bookmarks, "IDS_NODE_BOOKMARKS_%1"}};
+    {NodeKind::Photos, "IDS_NODE_PHOTOS_%1"},         {NodeKind::Videos, "IDS_NODE_VIDEOS_%1"},
+    {NodeKind::Messages, "IDS_NODE_SMS_%1"},          {NodeKind::Contacts, "IDS_NODE_CONTACTS_%1"},
+    {NodeKind::Voicemail, "IDS_NODE_VOICEMAIL_%1"},   {NodeKind::Calendar, "IDS_NODE_CALENDAR_%1"},
+    {NodeKind::Notes, "IDS_NODE_NOTES_%1"},           {NodeKind::CallHistory, "IDS_NODE_CALLS_%1"},
+    {NodeKind::Recordings, "IDS_NODE_RECORDINGS_%1"}, {NodeKind::Bookmarks, "IDS_NODE_BOOKMARKS_%1"}};
 constexpr ClassNode localClasses[] = {{NodeKind::Contacts, "IDS_NODE_CONTACTS_%1"},
                                       {NodeKind::Calendar, "IDS_NODE_CALENDAR_%1"},
                                       {NodeKind::Notes, "IDS_NODE_NOTES_%1"},
@@ -58,7 +68,7 @@ QString countText(NodeKind kind, const std::optional<BackupCounts> &counts)
     if (!counts)
         return QStringLiteral("\u2026");
     return QString::number(kind == NodeKind::Messages ? counts->messages
-                                                      : counts->records.value(*recordClassOf(kind)));
+                                                      : counts->records.value(*dataClassOf(kind)));
 }
 
 qint64 countOf(PersonalSource &records, DataClass dataClass)
@@ -72,19 +82,31 @@ qint64 countOf(PersonalSource &records, DataClass dataClass)
 }
 } // namespace
 
-std::optional<DataClass> recordClassOf(NodeKind kind)
+std::optional<DataClass> dataClassOf(NodeKind kind)
 {
     switch (kind) {
+    case NodeKind::Messages:
+        return DataClass::Messages;
     case NodeKind::Contacts:
         return DataClass::Contacts;
+    case NodeKind::Voicemail:
+        return DataClass::Voicemail;
     case NodeKind::Calendar:
         return DataClass::Calendar;
     case NodeKind::Notes:
         return DataClass::Notes;
     case NodeKind::CallHistory:
         return DataClass::Calls;
+    case NodeKind::Recordings:
+        return DataClass::Recordings;
     case NodeKind::Bookmarks:
         return DataClass::Bookmarks;
+    case NodeKind::FileSystem:
+        return DataClass::Files;
+    case NodeKind::Photos:
+        return DataClass::Photos;
+    case NodeKind::Videos:
+        return DataClass::Videos;
     default:
         return std::nullopt;
     }
@@ -159,7 +181,7 @@ BkNode *ItemModelBK::addLocalDatabase(const QString &folder)
             auto *node = static_cast<BkNode *>(child.get());
             for (const auto &[kind, label] : localClasses)
                 if (kind == node->kind())
-                    node->m_label = textFor(label).arg(countOf(*records, *recordClassOf(kind)));
+                    node->m_label = textFor(label).arg(countOf(*records, *dataClassOf(kind)));
             emit dataChanged(indexOf(node), indexOf(node));
         }
         return known;
@@ -168,7 +190,7 @@ BkNode *ItemModelBK::addLocalDatabase(const QString &folder)
     node->m_folder = folder;
     auto *added = static_cast<BkNode *>(append(m_localDatabases, std::move(node)));
     for (const auto &[kind, label] : localClasses)
-        add(added, kind, textFor(label).arg(countOf(*records, *recordClassOf(kind))));
+        add(added, kind, textFor(label).arg(countOf(*records, *dataClassOf(kind))));
     return added;
 }
 

@@ -17,15 +17,19 @@ enum class NodeKind {
     LocalDatabase = 4,
     Messages = 5,
     Contacts = 6,
+    Voicemail = 7,
     Calendar = 8,
     Notes = 9,
     CallHistory = 10,
+    Recordings = 11,
     Bookmarks = 12,
-    FileSystem = 13
+    FileSystem = 13,
+    Photos = 14,
+    Videos = 15
 };
 
-/// The class of records that a node lists; nothing for the other kinds.
-std::optional<DataClass> recordClassOf(NodeKind kind);
+/// The class of data that a node lists; nothing for the kinds that are none.
+std::optional<DataClass> dataClassOf(NodeKind kind);
 
 /// A node of the data-source tree.
 class BkNode : public TreeNode

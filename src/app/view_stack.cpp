@@ -3,8 +3,11 @@
 #include "app/item_model_bk.h"
 #include "views/bk_desc_form.h"
 #include "views/file_sys_main_form.h"
+#include "views/photos_main_form.h"
+#include "views/recording_main_form.h"
 #include "views/records_main_form.h"
 #include "views/sms_main_form.h"
+#include "views/voicemail_main_form.h"
 
 ViewStack::ViewStack(QWidget *fallback, QWidget *parent) : QStackedWidget(parent), m_fallback(fallback)
 {
@@ -14,23 +17,44 @@ ViewStack::ViewStack(QWidget *fallback, QWidget *parent) : QStackedWidget(parent
 // Null for kinds that have no view.
 QWidget *ViewStack::makeView(const BkNode *node, const DataSource &source)
 {
-    if (const auto dataClass = recordClassOf(node->kind())) {
-        auto *form = source.backup
-                         ? new RecordsMainForm({source.backup->backup(), {}}, *dataClass)
-                         : new RecordsMainForm({nullptr, source.localDatabase->folder()}, *dataClass);
-        connect(form, &RecordsMainForm::storeChanged, this, &ViewStack::storeChanged);
-        connect(form, &RecordsMainForm::importRequested, this, &ViewStack::importRequested);
-        return form;
-    }
-    if (!source.backup)
-        return nullptr;
     switch (node->kind()) {
+    case NodeKind::Contacts:
+    case NodeKind::Calendar:
+    case NodeKind::Notes:
+    case NodeKind::CallHistory:
+    case NodeKind::Bookmarks:
+        return makeRecordsView(*dataClassOf(node->kind()), source);
+    default:
+        return source.backup ? makeBackupView(node->kind(), source.backup->backup()) : nullptr;
+    }
+}
+
+QWidget *ViewStack::makeRecordsView(DataClass dataClass, const DataSource &source)
+{
+    auto *form = source.backup ? new RecordsMainForm({source.backup->backup(), {}}, dataClass)
+                               : new RecordsMainForm({nullptr, source.localDatabase->folder()}, dataClass);
+    connect(form, &RecordsMainForm::storeChanged, this, &ViewStack::storeChanged);
+    connect(form, &RecordsMainForm::importRequested, this, &ViewStack::importRequested);
+    return form;
+}
+
+QWidget *ViewStack::makeBackupView(NodeKind kind, const OpenBackupPtr &backup)
+{
+    switch (kind) {
     case NodeKind::Backup:
-        return new BKDescForm(source.backup->backup()->info());
+        return new BKDescForm(backup->info());
     case NodeKind::Messages:
-        return new SMSMainForm({source.backup->backup()});
+        return new SMSMainForm({backup});
+    case NodeKind::Photos:
+        return new PhotosMainForm(backup, CameraRollKind::Photo);
+    case NodeKind::Videos:
+        return new PhotosMainForm(backup, CameraRollKind::Video);
+    case NodeKind::Voicemail:
+        return new VoicemailMainForm(backup);
+    case NodeKind::Recordings:
+        return new RecordingMainForm(backup);
     case NodeKind::FileSystem:
-        return new FileSysMainForm(source.backup->backup());
+        return new FileSysMainForm(backup);
     default:
         return nullptr;
     }

@@ -1,9 +1,13 @@
 #pragma once
 
+#include "personal/data_class.h"
+#include "work/open_backup.h"
+
 #include <QHash>
 #include <QStackedWidget>
 
 class BkNode;
+enum class NodeKind;
 class DataView;
 struct DataSource;
 
@@ -31,6 +35,8 @@ signals:
 
 private:
     QWidget *makeView(const BkNode *node, const DataSource &source);
+    QWidget *makeRecordsView(DataClass dataClass, const DataSource &source);
+    QWidget *makeBackupView(NodeKind kind, const OpenBackupPtr &backup);
 
     QWidget *m_fallback;
     QHash<const BkNode *, QWidget *> m_views;

@@ -605,7 +605,7 @@
     </message>
     <message>
         <source>IDS_EXPORT_ONE_ITEM</source>
-        <translation>Export %1 item</translation>
+        <translation>Export 1 item</translation>
     </message>
     <message>
         <source>IDS_EXPORT_INTO_FILE</source>
@@ -836,12 +836,176 @@
         <translation>Select one or more files first.</translation>
     </message>
     <message>
-        <source>IDS_SUC_COPIED_%1_FILES</source>
-        <translation>Successfully copied %1 files.</translation>
+        <source>IDS_SUC_EXTRACTED_%1_FILES</source>
+        <translation>Successfully extracted %1 files.</translation>
     </message>
     <message>
         <source>IDS_%1_FILES_ALREADY_THERE</source>
         <translation>%1 files were there already.</translation>
+    </message>
+    <message>
+        <source>IDS_WITHOUT_FILE_%1</source>
+        <translation>%1 have no file in this backup:</translation>
+    </message>
+    <message>
+        <source>IDS_EXTRACTING_FILES</source>
+        <translation>Extracting files. Please wait...</translation>
+    </message>
+    <message>
+        <source>IDS_EXTRACTING_NOW</source>
+        <translation>Extracting now. Please wait...</translation>
+    </message>
+    <message>
+        <source>IDS_EXTRACTING_RECORDING</source>
+        <translation>Extracting Recording now. Please wait...</translation>
+    </message>
+    <message>
+        <source>IDS_EXTRACTING_VOICEMAIL</source>
+        <translation>Extracting Voicemail now. Please wait...</translation>
+    </message>
+    <message>
+        <source>IDS_SUC_EXTRACTED_%1_RECORDINGS</source>
+        <translation>Successfully extracted %1 Recordings.</translation>
+    </message>
+    <message>
+        <source>IDS_SUC_EXTRACTED_%1_VOICEMAIL</source>
+        <translation>Successfully extracted %1 Voicemail.</translation>
+    </message>
+    <message>
+        <source>IDS_CANT_FIND_ITEM_%1</source>
+        <translation>Can't find %1.</translation>
+    </message>
+    <message>
+        <source>IDS_NO_RECORDING_FILE</source>
+        <translation>The recording file is not existed.</translation>
+    </message>
+    <message>
+        <source>IDS_NO_VOICEMAIL_FILE</source>
+        <translation>This Voicemail does not exist.</translation>
+    </message>
+    <message>
+        <source>IDS_TOO_LARGE_FILE</source>
+        <translation>Too large file. Please open it yourself after extracting.</translation>
+    </message>
+    <message>
+        <source>IDS_TOTAL_%1</source>
+        <translation>Total:%1</translation>
+    </message>
+    <message>
+        <source>IDS_NODE_PHOTOS_%1</source>
+        <translation>Photos(%1)</translation>
+    </message>
+    <message>
+        <source>IDS_NODE_VIDEOS_%1</source>
+        <translation>Videos(%1)</translation>
+    </message>
+    <message>
+        <source>IDS_NODE_VOICEMAIL_%1</source>
+        <translation>Voicemail(%1)</translation>
+    </message>
+    <message>
+        <source>IDS_NODE_RECORDINGS_%1</source>
+        <translation>Recordings(%1)</translation>
+    </message>
+    <message>
+        <source>IDS_VOICEMAIL</source>
+        <translation>Voicemail</translation>
+    </message>
+    <message>
+        <source>IDS_RECORDINGS</source>
+        <translation>Recordings</translation>
+    </message>
+    <message>
+        <source>IDS_FILTER_VOICEMAIL</source>
+        <translation>Filter by number, name or date</translation>
+    </message>
+    <message>
+        <source>IDS_FILTER_RECORDINGS</source>
+        <translation>Filter by date or file</translation>
+    </message>
+    <message>
+        <source>IDS_NO_VOICEMAIL</source>
+        <translation>There is no voicemail in this backup.</translation>
+    </message>
+    <message>
+        <source>IDS_NO_RECORDINGS</source>
+        <translation>There are no recordings in this backup.</translation>
+    </message>
+    <message>
+        <source>IDS_NO_SOUNDS_HINT</source>
+        <translation>The device had none when it was backed up.</translation>
+    </message>
+    <message>
+        <source>IDS_SOUNDS_FAILED</source>
+        <translation>The list could not be loaded.</translation>
+    </message>
+    <message>
+        <source>IDS_OPEN_ITEM</source>
+        <translation>Open</translation>
+    </message>
+    <message>
+        <source>IDS_WHY_SELECT_ONE</source>
+        <translation>Select one first.</translation>
+    </message>
+    <message>
+        <source>IDS_PLAY</source>
+        <translation>Play</translation>
+    </message>
+    <message>
+        <source>IDS_PAUSE</source>
+        <translation>Pause</translation>
+    </message>
+    <message>
+        <source>IDS_ACC_POSITION</source>
+        <translation>Position</translation>
+    </message>
+    <message>
+        <source>IDS_CANT_PLAY</source>
+        <translation>This sound cannot be played here. Press Enter to open it with another program.</translation>
+    </message>
+    <message>
+        <source>IDS_UNKNOWN_CALLER</source>
+        <translation>Unknown caller</translation>
+    </message>
+    <message>
+        <source>IDS_COL_SENDER</source>
+        <translation>Sender</translation>
+    </message>
+    <message>
+        <source>IDS_COL_FILE</source>
+        <translation>File</translation>
+    </message>
+    <message>
+        <source>IDS_NOT_IN_BACKUP</source>
+        <translation>not in this backup</translation>
+    </message>
+    <message>
+        <source>IDS_PHOTOS</source>
+        <translation>Photos</translation>
+    </message>
+    <message>
+        <source>IDS_VIDEOS</source>
+        <translation>Videos</translation>
+    </message>
+    <message>
+        <source>IDS_PICTURE_SIZE</source>
+        <translation>Size</translation>
+    </message>
+    <message>
+        <source>IDS_NO_PHOTOS</source>
+        <translation>There are no photos in this backup.</translation>
+    </message>
+    <message>
+        <source>IDS_NO_VIDEOS</source>
+        <translation>There are no videos in this backup.</translation>
+    </message>
+    <message>
+        <source>IDS_NO_PHOTOS_HINT</source>
+        <translation>The device had none when it was backed up, or it keeps them in iCloud.</translation>
+    </message>
+    <message>
+        <source>IDS_SEARCHING</source>
+        <translation>Searching...</translation>
     </message>
     <message>
         <source>IDS_FAILED_FILES_%1</source>

@@ -1,7 +1,8 @@
 #include "views/file_sys_main_form.h"
 
 #include "base/texts.h"
-#include "views/item_model_files.h"
+#include "views/counted_text.h"
+#include "views/item_model_file_sys.h"
 #include "views/roomy_delegate.h"
 #include "views/state_stack.h"
 #include "views/view_header.h"
@@ -12,7 +13,6 @@
 #include <QFileDialog>
 #include <QHeaderView>
 #include <QLineEdit>
-#include <QLocale>
 #include <QStandardPaths>
 #include <QTimer>
 #include <QTreeView>
@@ -25,23 +25,17 @@ constexpr int dateWidth = 160;
 // Long enough that typing a word looks through a million names once, not for every letter.
 constexpr int filterDelayMs = 200;
 
-QString number(qint64 value)
+QString exportText(qint64 count)
 {
-    return QLocale::system().toString(value);
-}
-
-QString exportText(std::size_t count)
-{
-    return count == 0   ? textFor("IDS_EXPORT")
-           : count == 1 ? textFor("IDS_EXPORT_ONE_ITEM").arg(1)
-                        : textFor("IDS_EXPORT_%1_ITEMS").arg(number(static_cast<qint64>(count)));
+    return count == 0 ? textFor("IDS_EXPORT")
+                      : countedText("IDS_EXPORT_ONE_ITEM", "IDS_EXPORT_%1_ITEMS", count);
 }
 } // namespace
 
 FileSysMainForm::FileSysMainForm(OpenBackupPtr backup, QWidget *parent)
     : DataView(parent),
       m_backup(std::move(backup)),
-      m_model(new ItemModelFiles(m_backup, this)),
+      m_model(new ItemModelFileSys(m_backup, this)),
       m_header(new ViewHeader(textFor("IDS_FILE_SYSTEM"))),
       m_filter(m_header->addFilter(textFor("IDS_FILTER_FILES"))),
       m_tree(new QTreeView),
@@ -58,6 +52,7 @@ FileSysMainForm::FileSysMainForm(OpenBackupPtr backup, QWidget *parent)
 
     m_filterDelay->setSingleShot(true);
     m_filterDelay->setInterval(filterDelayMs);
+    connect(m_model, &ItemModelFileSys::filterApplied, this, &FileSysMainForm::onFilterApplied);
     connect(m_filterDelay, &QTimer::timeout, this, &FileSysMainForm::applyFilter);
     connect(m_filter, &QLineEdit::textChanged, m_filterDelay, qOverload<>(&QTimer::start));
     connect(m_header, &ViewHeader::filterLeft, m_tree, [this] { m_tree->setFocus(); });
@@ -77,12 +72,12 @@ void FileSysMainForm::buildTree()
     m_tree->setTextElideMode(Qt::ElideMiddle);
     m_tree->setFrameShape(QFrame::NoFrame);
     m_tree->setSortingEnabled(true);
-    m_tree->sortByColumn(ItemModelFiles::Name, Qt::AscendingOrder);
+    m_tree->sortByColumn(ItemModelFileSys::Name, Qt::AscendingOrder);
     m_tree->setContextMenuPolicy(Qt::ActionsContextMenu);
     m_tree->QWidget::addAction(exportAction());
-    m_tree->header()->resizeSection(ItemModelFiles::Name, nameWidth);
-    m_tree->header()->resizeSection(ItemModelFiles::Size, sizeWidth);
-    m_tree->header()->resizeSection(ItemModelFiles::Modified, dateWidth);
+    m_tree->header()->resizeSection(ItemModelFileSys::Name, nameWidth);
+    m_tree->header()->resizeSection(ItemModelFileSys::Size, sizeWidth);
+    m_tree->header()->resizeSection(ItemModelFileSys::Modified, dateWidth);
     connect(m_tree->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &FileSysMainForm::refresh);
     connect(m_model, &QAbstractItemModel::modelReset, this, &FileSysMainForm::refresh);
@@ -99,8 +94,14 @@ void FileSysMainForm::applyFilter()
 {
     m_filterDelay->stop();
     m_model->setFilter(m_filter->text());
+    if (m_model->isSearching())
+        setStatus(textFor("IDS_SEARCHING"));
+}
+
+void FileSysMainForm::onFilterApplied()
+{
     m_tree->setRootIsDecorated(!m_model->isFiltered());
-    m_tree->setColumnHidden(ItemModelFiles::Folder, !m_model->isFiltered());
+    m_tree->setColumnHidden(ItemModelFileSys::Folder, !m_model->isFiltered());
     m_tree->header()->setStretchLastSection(m_model->isFiltered());
     if (m_model->rowCount() > 0)
         m_states->showContent();
@@ -110,8 +111,9 @@ void FileSysMainForm::applyFilter()
                             textFor("IDS_SHOW_ALL_FILES"));
     else
         m_states->showEmpty(textFor("IDS_NO_FILES"), textFor("IDS_NO_FILES_HINT"));
-    m_header->setCount(m_model->isFiltered() ? textFor("IDS_%1_MATCHES").arg(number(m_model->rowCount()))
-                                             : textFor("IDS_%1_FILES").arg(number(m_model->fileCount())));
+    m_header->setCount(m_model->isFiltered()
+                           ? textFor("IDS_%1_MATCHES").arg(localNumber(m_model->rowCount()))
+                           : textFor("IDS_%1_FILES").arg(localNumber(m_model->fileCount())));
     refresh();
 }
 
@@ -126,11 +128,11 @@ std::vector<FileTree::Node> FileSysMainForm::selectedNodes() const
 
 void FileSysMainForm::refresh()
 {
-    const std::size_t selected = selectedNodes().size();
+    const qsizetype selected = m_tree->selectionModel()->selectedRows().size();
     setExportState(exportText(selected), selected == 0 ? textFor("IDS_WHY_SELECT_FILES") : QString());
-    setStatus(textFor("IDS_%1_SELECTED_%2")
-                  .arg(textFor("IDS_%1_FILES").arg(number(m_model->fileCount())),
-                       number(static_cast<qint64>(selected))));
+    setStatus(
+        textFor("IDS_%1_SELECTED_%2")
+            .arg(textFor("IDS_%1_FILES").arg(localNumber(m_model->fileCount())), localNumber(selected)));
 }
 
 void FileSysMainForm::exportSelection()
@@ -147,5 +149,5 @@ bool FileSysMainForm::exportTo(const QString &folder)
     if (nodes.empty())
         return false;
     auto worker = std::make_unique<ExportBKFileThread>(m_backup, std::move(nodes), folder);
-    return runJob(exportAction()->text(), worker, this, folder);
+    return runJob(textFor("IDS_EXTRACTING_FILES"), worker, this, folder);
 }

@@ -3,7 +3,7 @@
 #include "views/data_view.h"
 #include "work/open_backup.h"
 
-class ItemModelFiles;
+class ItemModelFileSys;
 class QTimer;
 class QTreeView;
 class StateStack;
@@ -26,14 +26,17 @@ public:
 protected:
     void exportSelection() override;
 
+private slots:
+    void applyFilter();
+    void onFilterApplied();
+
 private:
     void buildTree();
-    void applyFilter();
     void refresh();
     std::vector<FileTree::Node> selectedNodes() const;
 
     OpenBackupPtr m_backup;
-    ItemModelFiles *m_model;
+    ItemModelFileSys *m_model;
     ViewHeader *m_header;
     QLineEdit *m_filter;
     QTreeView *m_tree;

@@ -3,6 +3,7 @@
 #include "base/error.h"
 #include "base/texts.h"
 #include "messages/abs_message_db.h"
+#include "personal/media_items.h"
 #include "personal/personal_source.h"
 
 #include <QFileInfo>
@@ -54,7 +55,11 @@ void countRecords(BackupManifest &manifest, BackupCounts &counts)
     const auto records = openDeviceRecords(manifest, manifest.info().deviceId);
     for (const DataClass dataClass : allDataClasses) {
         try {
-            if (records->has(dataClass))
+            if (dataClass == DataClass::Files)
+                continue; // listed without a count
+            if (isMediaClass(dataClass))
+                counts.records.insert(dataClass, countMedia(manifest, dataClass));
+            else if (records->has(dataClass))
                 counts.records.insert(dataClass, records->count(dataClass));
         } catch (const Error &error) {
             qWarning("%s could not be counted: %s", qPrintable(dataClassName(dataClass)), error.what());

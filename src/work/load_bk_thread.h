@@ -10,7 +10,7 @@
 struct BackupCounts
 {
     qint64 messages = 0;
-    QHash<DataClass, qint64> records; // of the small classes; none where they cannot be counted
+    QHash<DataClass, qint64> records; // of the others; none where they cannot be counted
     QString messagesProblem;          // why they could not be counted; empty when they could
 };
 

@@ -40,6 +40,8 @@ void TestItemModelBK::backupNodes()
     BackupCounts counts;
     counts.messages = 1234;
     counts.records.insert(DataClass::Contacts, 12);
+    counts.records.insert(DataClass::Voicemail, 3);
+    counts.records.insert(DataClass::Photos, 50000);
     BkNode *node = model.addBackup(std::make_shared<OpenBackup>(QStringLiteral("/backups/one")), counts);
     model.addBackup(std::make_shared<OpenBackup>(QStringLiteral("/backups/two")), {});
     const QModelIndex first = model.indexOf(node);
@@ -49,11 +51,13 @@ void TestItemModelBK::backupNodes()
         labels.append(model.index(row, 0, first).data().toString());
         kinds.append(static_cast<int>(model.bkNode(model.index(row, 0, first))->kind()));
     }
-    QCOMPARE(labels, (QStringList{QStringLiteral("SMS(1234)"), QStringLiteral("Contacts(12)"),
-                                  QStringLiteral("Calendar(0)"), QStringLiteral("Notes(0)"),
-                                  QStringLiteral("Call History(0)"), QStringLiteral("Bookmarks(0)"),
+    QCOMPARE(labels, (QStringList{QStringLiteral("Photos(50000)"), QStringLiteral("Videos(0)"),
+                                  QStringLiteral("SMS(1234)"), QStringLiteral("Contacts(12)"),
+                                  QStringLiteral("Voicemail(3)"), QStringLiteral("Calendar(0)"),
+                                  QStringLiteral("Notes(0)"), QStringLiteral("Call History(0)"),
+                                  QStringLiteral("Recordings(0)"), QStringLiteral("Bookmarks(0)"),
                                   QStringLiteral("File System")}));
-    QCOMPARE(kinds, (QList<int>{5, 6, 8, 9, 10, 12, 13}));
+    QCOMPARE(kinds, (QList<int>{14, 15, 5, 6, 7, 8, 9, 10, 11, 12, 13}));
     QCOMPARE(model.backupUids(), QSet<QString>({backupUid(QStringLiteral("/backups/one")),
                                                 backupUid(QStringLiteral("/backups/two"))}));
     model.removeNode(node);

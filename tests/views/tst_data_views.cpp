@@ -253,7 +253,7 @@ void TestDataViews::filesExport()
     QTemporaryDir target;
     const AnswerBox done;
     QVERIFY(form.exportTo(target.path()));
-    QCOMPARE(done.text(), QStringLiteral("Successfully copied 1 files."));
+    QCOMPARE(done.text(), QStringLiteral("Successfully extracted 1 files."));
     QCOMPARE(filesBelow(target.path()), QStringList(target.filePath(QStringLiteral("sms.db"))));
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "work/open_backup.h"
+#include "work/file_order.h"
 
 #include <QAbstractItemModel>
 #include <QIcon>
@@ -8,16 +8,19 @@
 #include <unordered_map>
 #include <vector>
 
+class BackgroundJob;
+
 /// The files of a backup as a tree whose folders are read when they are expanded, or as the flat list of
 /// those whose name holds a text. Needs a backup with an index.
-class ItemModelFiles : public QAbstractItemModel
+class ItemModelFileSys : public QAbstractItemModel
 {
     Q_OBJECT
 
 public:
     enum Column { Name, Size, Modified, Folder, ColumnCount };
 
-    explicit ItemModelFiles(OpenBackupPtr backup, QObject *parent = nullptr);
+    explicit ItemModelFileSys(OpenBackupPtr backup, QObject *parent = nullptr);
+    ~ItemModelFileSys() override;
 
     QModelIndex index(int row, int column, const QModelIndex &parent = {}) const override;
     QModelIndex parent(const QModelIndex &child) const override;
@@ -28,12 +31,19 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
     void sort(int column, Qt::SortOrder order) override;
 
-    /// Shows the whole tree again when `text` is empty.
+    /// Looks for the files whose name holds `text`, on a worker, and then shows them as a list; shows the
+    /// tree again when it is empty. What was shown before stays until then.
     void setFilter(const QString &text);
+    /// A list is shown.
     bool isFiltered() const { return !m_filter.isEmpty(); }
+    bool isSearching() const { return m_search != nullptr; }
     /// Files, not folders, of the whole backup.
     qint64 fileCount() const { return m_fileCount; }
     FileTree::Node node(const QModelIndex &index) const;
+
+signals:
+    /// What was asked for last is shown now.
+    void filterApplied();
 
 private:
     const FileTree &tree() const { return m_backup->manifest().tree(); }
@@ -41,19 +51,17 @@ private:
     bool isFlat(FileTree::Node node) const { return isFiltered() && node != FileTree::root; }
     const std::vector<FileTree::Node> &childrenOf(FileTree::Node parent) const;
     void noteRows(const std::vector<FileTree::Node> &nodes) const;
-    void arrange(std::vector<FileTree::Node> &nodes) const;
-    std::vector<FileTree::Node> matches() const;
+    void search(const QString &text);
+    void show(const QString &filter, std::vector<FileTree::Node> found);
     QString text(FileTree::Node node, int column) const;
-    qint64 sizeOf(FileTree::Node node) const;
-    qint64 modifiedOf(FileTree::Node node) const;
 
     OpenBackupPtr m_backup;
     // Of the folders looked into so far, which is done when a view first asks for their rows.
     mutable std::unordered_map<FileTree::Node, std::vector<FileTree::Node>> m_children;
     mutable std::unordered_map<FileTree::Node, int> m_rowOf; // within its parent
     QString m_filter;
-    int m_sortColumn = Name;
-    Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
+    FileOrder m_order;
+    std::unique_ptr<BackgroundJob> m_search;
     qint64 m_fileCount = 0;
     QIcon m_folderIcon;
     QIcon m_fileIcon;

@@ -1,0 +1,13 @@
+#include "work/load_sounds_thread.h"
+
+#include "personal/number_names.h"
+
+QList<NamedVoicemail> readNamedVoicemail(BackupManifest &backup)
+{
+    const QList<VoicemailItem> items = readVoicemail(backup);
+    const NumberNames names(backup);
+    QList<NamedVoicemail> named;
+    for (const VoicemailItem &item : items)
+        named.append({item, names.nameOfNumber(item.sender)});
+    return named;
+}

@@ -1,0 +1,300 @@
+#include "base/error.h"
+#include "base/texts.h"
+#include "resources/resources.h"
+#include "sqlite/sqlite3_db.h"
+#include "support/modal.h"
+#include "support/sample_backup.h"
+#include "views/item_model_recording.h"
+#include "views/item_model_voicemail.h"
+#include "views/recording_main_form.h"
+#include "views/sound_player.h"
+#include "views/voicemail_main_form.h"
+#include "work/fetch_file_thread.h"
+
+#include <QAbstractItemModelTester>
+#include <QAction>
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QRegularExpression>
+#include <QTest>
+#include <QToolButton>
+#include <QTreeView>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+enum Kind { Voicemail, Recordings };
+
+std::unique_ptr<SoundMainForm> makeForm(int kind, const OpenBackupPtr &backup)
+{
+    if (kind == Voicemail)
+        return std::make_unique<VoicemailMainForm>(backup);
+    return std::make_unique<RecordingMainForm>(backup);
+}
+
+QTreeView *listOf(const SoundMainForm &form)
+{
+    return form.findChild<QTreeView *>(u"listSounds"_s);
+}
+
+QByteArray sha1Of(const QString &path)
+{
+    QFile file(path);
+    QCryptographicHash hash(QCryptographicHash::Sha1);
+    return file.open(QIODevice::ReadOnly) && hash.addData(&file) ? hash.result() : QByteArray();
+}
+
+/// Stands in the place of the desktop's own: writes down what it was asked to open.
+class FakeDesktop
+{
+public:
+    FakeDesktop() : m_path(qgetenv("PATH"))
+    {
+        QFile script(m_folder.filePath(u"xdg-open"_s));
+        if (script.open(QIODevice::WriteOnly))
+            script.write("#!/bin/sh\nprintf %s \"$1\" > \"$0.tmp\" && mv \"$0.tmp\" \"$0.asked\"\n");
+        script.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+        qputenv("PATH", m_folder.path().toLocal8Bit() + ':' + m_path);
+    }
+    ~FakeDesktop() { qputenv("PATH", m_path); }
+
+    QString asked() const
+    {
+        QFile file(m_folder.filePath(u"xdg-open.asked"_s));
+        return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    }
+
+private:
+    QTemporaryDir m_folder;
+    QByteArray m_path;
+};
+} // namespace
+
+/// The views of voicemail and recordings.
+class TestSoundForms : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void models();
+    void exportsAllThatHaveAFile_data();
+    void exportsAllThatHaveAFile();
+    void opensWithTheDesktop_data();
+    void opensWithTheDesktop();
+    void sizeLimitOfOpening_data();
+    void sizeLimitOfOpening();
+    void withoutDatabase_data() { kinds(); }
+    void withoutDatabase();
+    void damagedDatabaseCanBeTriedAgain();
+    void playerSaysWhyNot();
+
+private:
+    static void kinds();
+};
+
+void TestSoundForms::initTestCase()
+{
+    initResources();
+    installTexts();
+}
+
+void TestSoundForms::kinds()
+{
+    QTest::addColumn<int>("kind");
+    QTest::newRow("voicemail") << int(Voicemail);
+    QTest::newRow("recordings") << int(Recordings);
+}
+
+void TestSoundForms::models()
+{
+    const SampleBackup sample;
+    const OpenBackupPtr backup = sample.opened();
+    ItemModelVoicemail voicemail(backup, readNamedVoicemail(backup->manifest()));
+    ItemModelRecording recordings(backup, readRecordings(backup->manifest()));
+    const QAbstractItemModelTester one(&voicemail, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    const QAbstractItemModelTester two(&recordings, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    QCOMPARE(voicemail.rowCount(), sample.summary().counts.voicemails);
+    QCOMPARE(recordings.rowCount(), sample.summary().counts.recordings);
+    QStringList callers;
+    for (int row = 0; row < voicemail.rowCount(); ++row)
+        callers.append(voicemail.index(row, AbsSoundModel::Title).data().toString());
+    QVERIFY(callers.contains(u"Unknown caller"_s));
+    const QRegularExpression number(u"^\\+?[0-9 ()-]+$"_s);
+    const auto isName = [&](const QString &caller) { return !number.match(caller).hasMatch(); };
+    QVERIFY2(std::count_if(callers.begin(), callers.end(), isName) > 2, "the address book names some");
+    QVERIFY2(std::count_if(callers.begin(), callers.end(), isName) < callers.size(), "but no strangers");
+    QVERIFY(recordings.description(0).startsWith(u"'date:20"_s));
+    QVERIFY(voicemail.description(0).contains(u", sender:"_s));
+}
+
+void TestSoundForms::exportsAllThatHaveAFile_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<QString>("password");
+    QTest::addColumn<QString>("said");
+    QTest::newRow("voicemail") << int(Voicemail) << QString() << u"Successfully extracted 11 Voicemail."_s;
+    QTest::newRow("encrypted voicemail")
+        << int(Voicemail) << u"pw"_s << u"Successfully extracted 11 Voicemail."_s;
+    QTest::newRow("recordings") << int(Recordings) << QString() << u"Successfully extracted 11 Recordings."_s;
+}
+
+void TestSoundForms::exportsAllThatHaveAFile()
+{
+    QFETCH(int, kind);
+    QFETCH(QString, password);
+    SampleOptions options;
+    options.password = password;
+    const SampleBackup sample(options);
+    const auto form = makeForm(kind, sample.opened(password));
+    form->show();
+    QVERIFY2(!form->exportAction()->isEnabled(), "nothing to export while it loads");
+    QTRY_VERIFY(listOf(*form)->isVisible());
+    listOf(*form)->clearSelection(); // nothing selected means all
+    QTemporaryDir target;
+    const AnswerBox done;
+    QVERIFY(form->exportTo(target.path()));
+    QTEST(done.text().section(u'\n', 0, 0), "said");
+    QVERIFY2(done.text().contains(u"Can't find 'date:"_s), qPrintable(done.text()));
+
+    QSet<QByteArray> expected;
+    for (const SampleFile &file : sample.summary().files)
+        if (file.relativePath.endsWith(kind == Voicemail ? u".amr"_s : u".m4a"_s) && file.stored)
+            expected.insert(file.sha1);
+    QSet<QByteArray> written;
+    const QRegularExpression name(u"^20\\d{6}-\\d{6}(-.+)?\\.(amr|m4a)$"_s);
+    const QFileInfoList files = QDir(target.path()).entryInfoList(QDir::Files | QDir::Hidden);
+    for (const QFileInfo &file : files) {
+        QVERIFY2(name.match(file.fileName()).hasMatch(), qPrintable(file.fileName()));
+        written.insert(sha1Of(file.filePath()));
+    }
+    QCOMPARE(files.size(), 11);
+    QVERIFY(expected.contains(written));
+}
+
+void TestSoundForms::opensWithTheDesktop_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<QString>("refusal");
+    QTest::newRow("voicemail") << int(Voicemail) << u"This Voicemail does not exist."_s;
+    QTest::newRow("recordings") << int(Recordings) << u"The recording file is not existed."_s;
+}
+
+void TestSoundForms::opensWithTheDesktop()
+{
+    QFETCH(int, kind);
+    QFETCH(QString, refusal);
+    const SampleBackup sample;
+    const OpenBackupPtr backup = sample.opened();
+    const auto form = makeForm(kind, backup);
+    form->show();
+    QTRY_VERIFY(listOf(*form)->isVisible());
+    bool opened = false;
+    bool refused = false;
+    for (int row = 0; row < listOf(*form)->model()->rowCount() && !(opened && refused); ++row) {
+        const QModelIndex index = listOf(*form)->model()->index(row, 0);
+        listOf(*form)->setCurrentIndex(index);
+        if (index.data(Qt::ToolTipRole).toString().contains(refusal)) {
+            const AnswerBox box;
+            QTest::keyClick(listOf(*form), Qt::Key_Return);
+            QCOMPARE(box.text(), refusal);
+            refused = true;
+        } else if (!opened) {
+            const FakeDesktop desktop;
+            QTest::keyClick(listOf(*form), Qt::Key_Return);
+            QTRY_VERIFY(!desktop.asked().isEmpty());
+            QVERIFY2(desktop.asked().startsWith(QDir::tempPath() + u'/' + backup->info().deviceId + u'-'),
+                     qPrintable(desktop.asked()));
+            QVERIFY(QFile::remove(desktop.asked()));
+            opened = true;
+        }
+    }
+    QVERIFY(opened && refused);
+}
+
+void TestSoundForms::sizeLimitOfOpening_data()
+{
+    QTest::addColumn<int>("size");
+    QTest::addColumn<bool>("isTooLarge");
+    QTest::newRow("empty") << 0 << false;
+    QTest::newRow("10485760") << 10485760 << false;
+    QTest::newRow("10485761") << 10485761 << true;
+}
+
+void TestSoundForms::sizeLimitOfOpening()
+{
+    QFETCH(int, size);
+    QFETCH(bool, isTooLarge);
+    for (const QString &password : {QString(), u"pw"_s}) {
+        SampleOptions options;
+        options.password = password;
+        options.messages = 0;
+        options.files = 0;
+        options.extraRows = {{u"Odd"_s, u"sound.amr"_s, QByteArray(size, 's')}};
+        const SampleBackup sample(options);
+        const OpenBackupPtr backup = sample.opened(password);
+        const auto file = backup->manifest().catalogue().find("Odd", "sound.amr");
+        QCOMPARE(isTooLargeToOpen(backup->manifest(), file), isTooLarge);
+    }
+}
+
+void TestSoundForms::withoutDatabase()
+{
+    QFETCH(int, kind);
+    const SampleBackup sample;
+    {
+        Sqlite3DB catalogue;
+        catalogue.openThrow(sample.folder() + u"/Manifest.db"_s, SqliteOpen::ReadWrite);
+        catalogue.executeThrow(u"delete from Files where relativePath like '%/voicemail.db' or relativePath "
+                               "like '%Recordings.db'"_s);
+    }
+    const auto form = makeForm(kind, sample.opened());
+    form->show();
+    QTRY_COMPARE(form->findChild<QLabel *>(u"lbStateText"_s)->text(),
+                 kind == Voicemail ? u"Cannot find voicemail.db."_s : u"Cannot find Recordings.db."_s);
+    QVERIFY(!form->exportAction()->isEnabled());
+}
+
+void TestSoundForms::damagedDatabaseCanBeTriedAgain()
+{
+    const SampleBackup sample;
+    const OpenBackupPtr backup = sample.opened();
+    const auto file = backup->manifest().wellKnown(WellKnown::VoicemailDatabase);
+    const QString path = backup->manifest().filePath(file);
+    QVERIFY(QFile::rename(path, path + u'x'));
+    VoicemailMainForm form(backup);
+    form.show();
+    QTRY_COMPARE(form.findChild<QLabel *>(u"lbStateTitle"_s)->text(), u"The list could not be loaded."_s);
+    QVERIFY(!form.findChild<QLabel *>(u"lbStateText"_s)->text().isEmpty());
+    QVERIFY(QFile::rename(path + u'x', path));
+    form.reload();
+    QTRY_VERIFY(listOf(form)->isVisible());
+}
+
+void TestSoundForms::playerSaysWhyNot()
+{
+    SoundPlayer player;
+    player.show();
+    player.setSound(75, u"gone"_s);
+    auto *button = player.findChild<QToolButton *>(u"btnPlay"_s);
+    auto *problem = player.findChild<QLabel *>(u"lbCantPlay"_s);
+    QVERIFY(!button->isEnabled());
+    QCOMPARE(problem->text(), u"gone"_s);
+    QCOMPARE(player.findChild<QLabel *>(u"lbTime"_s)->text(), u"0:00 / 1:15"_s);
+    player.setSound(75, {});
+    QVERIFY(button->isEnabled() && !problem->isVisible());
+    QTemporaryDir folder;
+    QFile noise(folder.filePath(u"noise.amr"_s));
+    QVERIFY(noise.open(QIODevice::WriteOnly));
+    noise.write("this is no sound at all");
+    noise.close();
+    player.play(noise.fileName());
+    QTRY_VERIFY_WITH_TIMEOUT(problem->isVisible(), 20000);
+    QVERIFY(problem->text().contains(u"cannot be played here"_s));
+}
+
+QTEST_MAIN(TestSoundForms)
+#include "tst_sound_forms.moc"
