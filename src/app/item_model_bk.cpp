@@ -2,6 +2,7 @@
 
 #include "base/error.h"
 #include "base/texts.h"
+#include "messages/message_source.h"
 #include "personal/personal_source.h"
 #include "views/icons.h"
 
@@ -18,6 +19,7 @@ const char *iconOf(NodeKind kind)
         return "tree_local_db";
     case NodeKind::Backup:
         return "tree_backup";
+    case NodeKind::MessageFile:
     case NodeKind::Messages:
         return "tree_messages";
     case NodeKind::Contacts:
@@ -57,11 +59,10 @@ constexpr ClassNode backupClasses[] = {
     {NodeKind::Voicemail, "IDS_NODE_VOICEMAIL_%1"},   {NodeKind::Calendar, "IDS_NODE_CALENDAR_%1"},
     {NodeKind::Notes, "IDS_NODE_NOTES_%1"},           {NodeKind::CallHistory, "IDS_NODE_CALLS_%1"},
     {NodeKind::Recordings, "IDS_NODE_RECORDINGS_%1"}, {NodeKind::Bookmarks, "IDS_NODE_BOOKMARKS_%1"}};
-constexpr ClassNode localClasses[] = {{NodeKind::Contacts, "IDS_NODE_CONTACTS_%1"},
-                                      {NodeKind::Calendar, "IDS_NODE_CALENDAR_%1"},
-                                      {NodeKind::Notes, "IDS_NODE_NOTES_%1"},
-                                      {NodeKind::Bookmarks, "IDS_NODE_BOOKMARKS_%1"},
-                                      {NodeKind::CallHistory, "IDS_NODE_CALLS_%1"}};
+constexpr ClassNode localClasses[] = {
+    {NodeKind::Messages, "IDS_NODE_SMS_%1"},        {NodeKind::Contacts, "IDS_NODE_CONTACTS_%1"},
+    {NodeKind::Calendar, "IDS_NODE_CALENDAR_%1"},   {NodeKind::Notes, "IDS_NODE_NOTES_%1"},
+    {NodeKind::Bookmarks, "IDS_NODE_BOOKMARKS_%1"}, {NodeKind::CallHistory, "IDS_NODE_CALLS_%1"}};
 
 QString countText(NodeKind kind, const std::optional<BackupCounts> &counts)
 {
@@ -71,12 +72,14 @@ QString countText(NodeKind kind, const std::optional<BackupCounts> &counts)
                                                       : counts->records.value(*dataClassOf(kind)));
 }
 
-qint64 countOf(PersonalSource &records, DataClass dataClass)
+qint64 countOf(PersonalSource &records, NodeKind kind, const QString &folder)
 {
     try {
-        return records.count(dataClass);
+        if (kind == NodeKind::Messages)
+            return hasLocalMessages(folder) ? openLocalMessages(folder).database->countMessages() : 0;
+        return records.count(*dataClassOf(kind));
     } catch (const Error &error) {
-        qWarning("%s are not counted: %s", qPrintable(dataClassName(dataClass)), error.what());
+        qWarning("A class of the local database %s is not counted: %s", qUtf8Printable(folder), error.what());
         return 0;
     }
 }
@@ -181,7 +184,7 @@ BkNode *ItemModelBK::addLocalDatabase(const QString &folder)
             auto *node = static_cast<BkNode *>(child.get());
             for (const auto &[kind, label] : localClasses)
                 if (kind == node->kind())
-                    node->m_label = textFor(label).arg(countOf(*records, *dataClassOf(kind)));
+                    node->m_label = textFor(label).arg(countOf(*records, kind, folder));
             emit dataChanged(indexOf(node), indexOf(node));
         }
         return known;
@@ -190,8 +193,16 @@ BkNode *ItemModelBK::addLocalDatabase(const QString &folder)
     node->m_folder = folder;
     auto *added = static_cast<BkNode *>(append(m_localDatabases, std::move(node)));
     for (const auto &[kind, label] : localClasses)
-        add(added, kind, textFor(label).arg(countOf(*records, *dataClassOf(kind))));
+        add(added, kind, textFor(label).arg(countOf(*records, kind, folder)));
     return added;
+}
+
+BkNode *ItemModelBK::addMessageFile(const QString &path, qint64 messages)
+{
+    auto node = std::make_unique<BkNode>(NodeKind::MessageFile, QFileInfo(path).fileName());
+    node->m_folder = path;
+    auto *added = static_cast<BkNode *>(append(m_backups, std::move(node)));
+    return add(added, NodeKind::Messages, textFor("IDS_NODE_SMS_%1").arg(messages));
 }
 
 DataSource ItemModelBK::sourceOf(BkNode *node) const
@@ -203,6 +214,8 @@ DataSource ItemModelBK::sourceOf(BkNode *node) const
         return {node, nullptr};
     case NodeKind::LocalDatabase:
         return {nullptr, node};
+    case NodeKind::MessageFile:
+        return {nullptr, nullptr, node};
     default:
         return sourceOf(static_cast<BkNode *>(node->parent()));
     }
@@ -212,6 +225,7 @@ QSet<QString> ItemModelBK::backupUids() const
 {
     QSet<QString> uids;
     for (const auto &child : m_backups->children())
-        uids.insert(backupUid(static_cast<const BkNode *>(child.get())->backup()->info().folder));
+        if (const OpenBackupPtr &backup = static_cast<const BkNode *>(child.get())->backup())
+            uids.insert(backupUid(backup->info().folder));
     return uids;
 }

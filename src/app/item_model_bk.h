@@ -25,7 +25,8 @@ enum class NodeKind {
     Bookmarks = 12,
     FileSystem = 13,
     Photos = 14,
-    Videos = 15
+    Videos = 15,
+    MessageFile = 16 // a message database that does not stand in a backup
 };
 
 /// The class of data that a node lists; nothing for the kinds that are none.
@@ -43,7 +44,7 @@ public:
 
     /// Of a Backup node; null otherwise.
     const OpenBackupPtr &backup() const { return m_backup; }
-    /// Of a LocalDatabase node: its folder.
+    /// Of a LocalDatabase node: its folder. Of a MessageFile node: the file.
     const QString &folder() const { return m_folder; }
 
 private:
@@ -55,11 +56,15 @@ private:
     QString m_folder;
 };
 
-/// What a selection in the tree belongs to: at most one of the two is set.
+/// What a selection in the tree belongs to: at most one of the three is set.
 struct DataSource
 {
     BkNode *backup = nullptr;
     BkNode *localDatabase = nullptr;
+    BkNode *messageFile = nullptr;
+
+    /// The one that is set, or null.
+    BkNode *node() const { return backup ? backup : localDatabase ? localDatabase : messageFile; }
 };
 
 /// The tree of data sources: the opened backups and the local databases, each with its classes of data.
@@ -76,6 +81,8 @@ public:
     void setCounts(const BkNode *backup, const BackupCounts &counts);
     /// Adds the node of a local database, or brings the counts of the one that is there up to date.
     BkNode *addLocalDatabase(const QString &folder);
+    /// Adds the node of a message database that was opened by hand; gives the node of its messages.
+    BkNode *addMessageFile(const QString &path, qint64 messages);
     void removeNode(BkNode *node) { remove(node); }
 
     BkNode *bkNode(const QModelIndex &index) const { return static_cast<BkNode *>(node(index)); }

@@ -11,6 +11,7 @@
 #include "views/data_view.h"
 #include "views/load_itunes_backup_dlg.h"
 #include "views/local_database_dlg.h"
+#include "work/count_messages_thread.h"
 #include "work/make_sample_thread.h"
 #include "work/message_boxes.h"
 #include "work/record_threads.h"
@@ -76,8 +77,24 @@ BkNode *MainWindow::currentNode() const
 void MainWindow::miLoadiTunesBackup()
 {
     LoadItunesBackupDlg dialog(m_roots, m_model->backupUids(), this);
-    if (dialog.exec() == QDialog::Accepted)
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    if (dialog.selectedMessageFile().isEmpty())
         loadBackup(dialog.selectedFolder());
+    else
+        loadMessageFile(dialog.selectedMessageFile());
+}
+
+bool MainWindow::loadMessageFile(const QString &path)
+{
+    auto worker = std::make_unique<CountMessagesThread>(path);
+    if (!runJob(textFor("IDS_PREPARING_MESSAGES"), worker, this))
+        return false;
+    const BkNode *messages = m_model->addMessageFile(path, worker->count());
+    m_tree->expandAll();
+    m_tree->setCurrentIndex(m_model->indexOf(messages));
+    m_tree->setFocus();
+    return true;
 }
 
 void MainWindow::makeSample()
@@ -97,7 +114,7 @@ void MainWindow::bkSelected(const QModelIndex &index)
     m_views->showNode(isLate ? source.backup : node, source);
     if (isLate) // not from within the change of the selection: a dialog may come up
         QMetaObject::invokeMethod(this, &MainWindow::loadSelected, Qt::QueuedConnection);
-    const BkNode *shown = source.backup ? source.backup : source.localDatabase;
+    const BkNode *shown = source.node();
     setWindowTitle(shown ? QStringLiteral("%1 (%2)").arg(applicationTitle(), shown->label())
                          : applicationTitle());
     syncWithView();
@@ -109,45 +126,41 @@ void MainWindow::mainTreeSelected(const QItemSelection &, const QItemSelection &
 }
 
 // The window's own actions follow those of the view that is shown.
+void MainWindow::follow(QAction *own, QAction *theirs, const char *whyNot)
+{
+    const auto copy = [own, theirs, whyNot] {
+        own->setEnabled(theirs && theirs->isEnabled());
+        own->setToolTip(theirs ? theirs->toolTip() : textFor(whyNot));
+    };
+    copy();
+    if (theirs)
+        m_followed << connect(theirs, &QAction::changed, own, copy);
+}
+
 void MainWindow::syncWithView()
 {
-    disconnect(m_viewExport);
-    disconnect(m_viewStatus);
+    for (const QMetaObject::Connection &connection : std::exchange(m_followed, {}))
+        disconnect(connection);
     DataView *view = m_views->currentDataView();
-    BkNode *node = currentNode();
-    const DataSource source = m_model->sourceOf(node);
-    m_unmount->setEnabled(source.backup != nullptr);
+    const DataSource source = m_model->sourceOf(currentNode());
+    m_unmount->setEnabled(source.backup || source.messageFile);
     m_removeLocalDb->setEnabled(source.localDatabase != nullptr);
-    disconnect(m_viewSave);
-    const auto followSave = [this, view] {
-        QAction *save = view ? view->saveAction() : nullptr;
-        m_save->setEnabled(save && save->isEnabled());
-        m_save->setToolTip(save ? save->toolTip() : textFor("IDS_WHY_NO_SAVE"));
-    };
-    followSave();
-    if (QAction *save = view ? view->saveAction() : nullptr)
-        m_viewSave = connect(save, &QAction::changed, this, followSave);
+    follow(m_save, view ? view->saveAction() : nullptr, "IDS_WHY_NO_SAVE");
+    follow(m_export, view ? view->exportAction() : nullptr, "IDS_WHY_NOTHING_TO_EXPORT");
+    follow(m_print, view ? view->printAction() : nullptr, "IDS_WHY_NO_PRINT");
     m_search->setEnabled(view != nullptr);
     m_search->setToolTip(textFor(view ? "IDS_SEARCH" : "IDS_WHY_NOTHING_TO_SEARCH"));
     m_reload->setEnabled(view != nullptr);
     if (!view) {
-        m_export->setEnabled(false);
-        m_export->setToolTip(textFor("IDS_WHY_NOTHING_TO_EXPORT"));
         m_status->setText(source.backup ? source.backup->label() : QString());
         return;
     }
-    const auto follow = [this, view] {
-        m_export->setEnabled(view->exportAction()->isEnabled());
-        m_export->setToolTip(view->exportAction()->toolTip());
-    };
-    follow();
-    m_viewExport = connect(view->exportAction(), &QAction::changed, this, follow);
-    const QString name = (source.backup ? source.backup : source.localDatabase)->label();
+    const QString name = source.node()->label();
     const auto showStatus = [this, name](const QString &text) {
         m_status->setText(QStringLiteral("%1: %2").arg(name, text));
     };
     showStatus(view->status());
-    m_viewStatus = connect(view, &DataView::statusChanged, this, showStatus);
+    m_followed << connect(view, &DataView::statusChanged, this, showStatus);
 }
 
 void MainWindow::focusFilter()
@@ -166,6 +179,8 @@ void MainWindow::mainTreeContext()
     menu.setToolTipsVisible(true);
     if (source.backup)
         menu.addActions({m_cacheMessages, m_clearCacheOfBackup, m_unmount});
+    else if (source.messageFile)
+        menu.addAction(m_unmount);
     else if (source.localDatabase)
         menu.addAction(m_removeLocalDb);
     else
@@ -192,7 +207,7 @@ BkNode *MainWindow::onStoreChanged(const QString &folder)
         if (node != currentNode())
             m_views->forget(node);
     }
-    if (m_model->sourceOf(currentNode()).backup)
+    if (!m_model->sourceOf(currentNode()).localDatabase)
         m_tree->setCurrentIndex(m_model->indexOf(database));
     return database;
 }

@@ -28,6 +28,9 @@ public:
 
     /// Opens the backup in a folder and shows it. False when that failed, the user stopped, or it is open.
     bool loadBackup(const QString &folder);
+    /// Opens a message database that does not stand in a backup and shows it. False when that failed or the
+    /// user stopped.
+    bool loadMessageFile(const QString &path);
     /// Saves the contacts of a file of vCards into the local database in `folder` and shows them there. False
     /// when that failed or the user stopped.
     bool importCards(const QString &file, const QString &folder);
@@ -72,6 +75,7 @@ private:
     void askForCards(QString folder);
     BkNode *currentNode() const;
     void syncWithView();
+    void follow(QAction *own, QAction *theirs, const char *whyNot);
     void focusFilter();
 
     QStringList m_roots;
@@ -81,9 +85,7 @@ private:
     MyTreeView *m_tree = nullptr;
     ViewStack *m_views = nullptr;
     QLabel *m_status = nullptr;
-    QMetaObject::Connection m_viewExport;
-    QMetaObject::Connection m_viewStatus;
-    QMetaObject::Connection m_viewSave;
+    QList<QMetaObject::Connection> m_followed; // what is heard of the view that is shown
     QAction *m_load = nullptr;
     QAction *m_openFolder = nullptr;
     QAction *m_exit = nullptr;

@@ -101,7 +101,14 @@ void MainWindow::loadSelected()
 
 void MainWindow::miUnmountBackup()
 {
-    BkNode *node = m_model->sourceOf(currentNode()).backup;
+    const DataSource source = m_model->sourceOf(currentNode());
+    if (source.messageFile) {
+        forgetViews(source.messageFile);
+        m_model->removeNode(source.messageFile);
+        bkSelected(m_tree->currentIndex());
+        return;
+    }
+    BkNode *node = source.backup;
     if (!node)
         return;
     const OpenBackupPtr backup = node->backup();
@@ -136,7 +143,8 @@ void MainWindow::miClearCaches()
         return;
     std::vector<OpenBackupPtr> open;
     for (const auto &child : m_model->backupsRoot()->children())
-        open.push_back(backupOf(*child));
+        if (OpenBackupPtr backup = backupOf(*child)) // a message database by itself is none
+            open.push_back(std::move(backup));
     auto worker =
         std::make_unique<ClearCacheThread>(QString(), std::move(open), textFor("IDS_CLEAR_CACHES_SUC"));
     runJob(textFor("IDS_CLEARING_CACHES"), worker, this);

@@ -73,6 +73,8 @@ void MainWindow::buildActions()
             [this] { m_views->currentDataView()->exportAction()->trigger(); });
     m_print = addUnavailable("IDS_PRINT", ":/res/act_print.png", "IDS_WHY_NO_PRINT");
     m_print->setShortcut(QKeySequence::Print);
+    connect(m_print, &QAction::triggered, this,
+            [this] { m_views->currentDataView()->printAction()->trigger(); });
     m_search = addUnavailable("IDS_SEARCH", ":/res/act_search.png", "IDS_WHY_NOTHING_TO_SEARCH");
     m_search->setShortcut(QKeySequence::Find);
     connect(m_search, &QAction::triggered, this, &MainWindow::focusFilter);
@@ -86,7 +88,9 @@ void MainWindow::buildActions()
     m_cacheMessages->setToolTip(textFor("IDS_CACHE_MESSAGES_HINT"));
     m_removeLocalDb =
         newAction("IDS_MI_REMVOE_LOCALDB", ":/res/act_remove.png", &MainWindow::miRemoveLocalDb);
+    // In the lists on the right the same key deletes records.
     m_removeLocalDb->setShortcut(QKeySequence::Delete);
+    m_removeLocalDb->setShortcutContext(Qt::WidgetShortcut);
 }
 
 void MainWindow::buildMenus()
@@ -135,6 +139,7 @@ void MainWindow::buildCentre()
     m_tree->setObjectName(QStringLiteral("treeSources"));
     m_tree->setAccessibleName(textFor("IDS_ACC_SOURCES"));
     m_tree->setModel(m_model);
+    m_tree->addAction(m_removeLocalDb);
     const bool anyBackup = !listBackups(m_roots).isEmpty();
     auto *start = new StartPage(anyBackup ? StartPage::Offer::LoadOnly : StartPage::Offer::LoadOrSample);
     connect(start, &StartPage::loadRequested, this, &MainWindow::miLoadiTunesBackup);

@@ -24,6 +24,8 @@ QWidget *ViewStack::makeView(const BkNode *node, const DataSource &source)
     case NodeKind::CallHistory:
     case NodeKind::Bookmarks:
         return makeRecordsView(*dataClassOf(node->kind()), source);
+    case NodeKind::Messages:
+        return makeMessagesView(source);
     default:
         return source.backup ? makeBackupView(node->kind(), source.backup->backup()) : nullptr;
     }
@@ -43,8 +45,6 @@ QWidget *ViewStack::makeBackupView(NodeKind kind, const OpenBackupPtr &backup)
     switch (kind) {
     case NodeKind::Backup:
         return new BKDescForm(backup->info());
-    case NodeKind::Messages:
-        return new SMSMainForm({backup});
     case NodeKind::Photos:
         return new PhotosMainForm(backup, CameraRollKind::Photo);
     case NodeKind::Videos:
@@ -60,10 +60,22 @@ QWidget *ViewStack::makeBackupView(NodeKind kind, const OpenBackupPtr &backup)
     }
 }
 
+QWidget *ViewStack::makeMessagesView(const DataSource &source)
+{
+    MessageOrigin origin{source.backup ? source.backup->backup() : nullptr};
+    if (source.localDatabase)
+        origin.localDatabase = source.localDatabase->folder();
+    if (source.messageFile)
+        origin.file = source.messageFile->folder();
+    auto *form = new SMSMainForm(origin);
+    connect(form, &SMSMainForm::storeChanged, this, &ViewStack::storeChanged);
+    return form;
+}
+
 void ViewStack::showNode(const BkNode *node, const DataSource &source)
 {
     QWidget *view = m_views.value(node);
-    if (!view && node && (source.backup || source.localDatabase)) {
+    if (!view && node && source.node()) {
         view = makeView(node, source);
         if (view) {
             m_views.insert(node, view);

@@ -37,6 +37,7 @@ private:
     QWidget *makeView(const BkNode *node, const DataSource &source);
     QWidget *makeRecordsView(DataClass dataClass, const DataSource &source);
     QWidget *makeBackupView(NodeKind kind, const OpenBackupPtr &backup);
+    QWidget *makeMessagesView(const DataSource &source);
 
     QWidget *m_fallback;
     QHash<const BkNode *, QWidget *> m_views;

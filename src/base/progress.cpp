@@ -27,5 +27,6 @@ void CountedProgress::item()
     const int percent =
         m_total > 0 ? static_cast<int>(static_cast<double>(m_done) / static_cast<double>(m_total) * 100)
                     : 100;
-    m_progress.report(m_status, percent, m_counter.arg(m_done).arg(m_total));
+    m_progress.report(m_status, percent,
+                      m_counter.isEmpty() ? QString() : m_counter.arg(m_done).arg(m_total));
 }

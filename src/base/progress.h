@@ -33,7 +33,8 @@ public:
 class CountedProgress
 {
 public:
-    /// `counter` is a text with %1 for the number done and %2 for the total, such as "Messages: %1/%2".
+    /// `counter` is a text with %1 for the number done and %2 for the total, such as "Messages: %1/%2"; empty
+    /// for jobs that show a percent instead.
     CountedProgress(Progress &progress, QString status, QString counter, qint64 total);
 
     /// Call before the item is worked on; throws Cancelled when the user has asked to stop.

@@ -1,13 +1,9 @@
 #pragma once
 
-#include "base/progress.h"
+#include "export/attachment_copies.h"
 #include "export/bubble_markup.h"
-#include "export/free_names.h"
-#include "export/message_export.h"
 
 #include <unordered_map>
-
-class FileSource;
 
 /// The folder "files" of one HTML export: what the pages need to look right, the attachments, and the small
 /// pictures of both. Everything in it is complete or absent; what lies there already is never touched.
@@ -36,17 +32,10 @@ private:
     };
 
     QString m_folder;
-    FileSource *m_source;
-    Progress &m_progress;
-    MessageExportSummary &m_summary;
-    FreeNames m_names;
+    AttachmentCopies m_copies;
     std::unordered_map<const _MsgAttachment *, Held> m_held;
 
-    QString pathOf(const QString &name) const;
     void copyBubblePieces();
     Held &hold(const _MsgAttachment &attachment);
-    QString fetch(const _MsgAttachment &attachment);
-    QString missing(const QString &name, const QString &reason);
-    void requireTargetWorks(qint64 neededBytes) const;
     QByteArray makePicture(const _MsgAttachment &attachment, const Held &held);
 };

@@ -592,20 +592,76 @@
         <translation>Export</translation>
     </message>
     <message>
-        <source>IDS_EXPORT_%1_CONVERSATIONS</source>
-        <translation>Export %1 conversations</translation>
-    </message>
-    <message>
-        <source>IDS_EXPORT_ONE_CONVERSATION</source>
-        <translation>Export %1 conversation</translation>
-    </message>
-    <message>
         <source>IDS_EXPORT_%1_ITEMS</source>
         <translation>Export %1 items</translation>
     </message>
     <message>
         <source>IDS_EXPORT_ONE_ITEM</source>
         <translation>Export 1 item</translation>
+    </message>
+    <message>
+        <source>IDS_EXPORT_%1</source>
+        <translation>Export %1</translation>
+    </message>
+    <message>
+        <source>IDS_SAVE_%1</source>
+        <translation>Save %1</translation>
+    </message>
+    <message>
+        <source>IDS_DELETE_%1</source>
+        <translation>Delete %1</translation>
+    </message>
+    <message>
+        <source>IDS_PRINT_%1</source>
+        <translation>Print %1</translation>
+    </message>
+    <message>
+        <source>IDS_SAVE_ATTACHMENTS</source>
+        <translation>Save attachments</translation>
+    </message>
+    <message>
+        <source>IDS_SAVE_ATTACHMENTS_OF_%1</source>
+        <translation>Save the attachments of %1</translation>
+    </message>
+    <message>
+        <source>IDS_CONFIRM_DEL_MESSAGES</source>
+        <translation>Confirm to delete selected messages?</translation>
+    </message>
+    <message>
+        <source>IDS_SKIPPED_MESSAGE_ROWS_%1</source>
+        <translation>%1 entries of the message database could not be read and are left out.</translation>
+    </message>
+    <message>
+        <source>IDS_UNREADABLE_TEXTS_%1</source>
+        <translation>The text of %1 messages is stored in a form that could not be read.</translation>
+    </message>
+    <message>
+        <source>IDS_NO_MESSAGES_HERE</source>
+        <translation>There are no messages here.</translation>
+    </message>
+    <message>
+        <source>IDS_SEARCHING</source>
+        <translation>Searching...</translation>
+    </message>
+    <message>
+        <source>IDS_DETAILS</source>
+        <translation>Details</translation>
+    </message>
+    <message>
+        <source>IDS_OPEN_MESSAGE_FILE</source>
+        <translation>Messages of a Mac, or a message database by itself? Open chat.db or sms.db by clicking &lt;a href="#"&gt;HERE&lt;/a&gt;.</translation>
+    </message>
+    <message>
+        <source>IDS_CHOOSE_MESSAGE_FILE</source>
+        <translation>Choose a message database</translation>
+    </message>
+    <message>
+        <source>IDS_FILTER_MESSAGE_FILES</source>
+        <translation>Message databases(*.db);;All Files(*)</translation>
+    </message>
+    <message>
+        <source>IDS_PREPARING_MESSAGES</source>
+        <translation>Backing up Messages...</translation>
     </message>
     <message>
         <source>IDS_EXPORT_INTO_FILE</source>
@@ -629,7 +685,7 @@
     </message>
     <message>
         <source>IDS_FILTER_CONVERSATIONS</source>
-        <translation>Filter by name or number</translation>
+        <translation>Filter names, numbers and messages</translation>
     </message>
     <message>
         <source>IDS_FILTER_FILES</source>
@@ -813,7 +869,7 @@
     </message>
     <message>
         <source>IDS_WHY_NO_PRINT</source>
-        <translation>This version does not print. Export as web pages and print those.</translation>
+        <translation>Select messages first.</translation>
     </message>
     <message>
         <source>IDS_WHY_NO_REGISTRATION</source>
@@ -821,7 +877,7 @@
     </message>
     <message>
         <source>IDS_WHY_NO_SAVE</source>
-        <translation>This version does not save into local databases.</translation>
+        <translation>Select data of a backup first.</translation>
     </message>
     <message>
         <source>IDS_WHY_NO_UPDATE_CHECK</source>

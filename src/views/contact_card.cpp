@@ -2,34 +2,22 @@
 
 #include "base/texts.h"
 #include "personal/contact_words.h"
+#include "views/face_picture.h"
 #include "views/icons.h"
 
 #include <QBuffer>
 #include <QGuiApplication>
 #include <QImage>
-#include <QImageReader>
 #include <QPainter>
 
 namespace {
 constexpr int cardSide = 96;
 constexpr int listSide = 32;
-constexpr int largestSide = 12000;
 
-// A picture may claim any size: it is scaled while it is read, and refused when it is absurd.
 QImage readPicture(const ContactRecord &contact, int side)
 {
     const auto photos = contact.rows.value(ContactDataKind::Photo);
-    if (photos.isEmpty())
-        return {};
-    QBuffer buffer;
-    buffer.setData(photos.first().data15);
-    QImageReader reader(&buffer);
-    const QSize size = reader.size();
-    if (!size.isValid() || size.width() > largestSide || size.height() > largestSide)
-        return {};
-    reader.setScaledSize(size.scaled(side, side, Qt::KeepAspectRatioByExpanding));
-    const QImage image = reader.read();
-    return image.copy((image.width() - side) / 2, (image.height() - side) / 2, side, side);
+    return photos.isEmpty() ? QImage() : readSquare(photos.first().data15, side);
 }
 
 QString pictureHtml(const ContactRecord &contact)

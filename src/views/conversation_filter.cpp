@@ -12,14 +12,24 @@ ConversationFilter::ConversationFilter(QObject *parent) : QSortFilterProxyModel(
 void ConversationFilter::setText(const QString &text)
 {
     m_text = text.trimmed();
+    if (m_text.isEmpty())
+        m_found.clear();
+    invalidateFilter();
+}
+
+void ConversationFilter::setFound(FoundMessages found)
+{
+    m_found = std::move(found);
     invalidateFilter();
 }
 
 bool ConversationFilter::filterAcceptsRow(int row, const QModelIndex &parent) const
 {
-    return m_text.isEmpty() || sourceModel()
-                                   ->index(row, ItemModelSms::Name, parent)
-                                   .data(ItemModelSms::SearchRole)
-                                   .toString()
-                                   .contains(m_text, Qt::CaseInsensitive);
+    if (m_text.isEmpty())
+        return true;
+    const auto *model = static_cast<const ItemModelSms *>(sourceModel());
+    return m_found.contains(&model->chat(row)) || model->index(row, ItemModelSms::Name, parent)
+                                                      .data(ItemModelSms::SearchRole)
+                                                      .toString()
+                                                      .contains(m_text, Qt::CaseInsensitive);
 }

@@ -19,6 +19,8 @@ public:
     virtual QAction *saveAction() const { return nullptr; }
     /// Deletes what is selected; null when this view cannot.
     virtual QAction *removeAction() const { return nullptr; }
+    /// Prints what is selected; null when this view cannot.
+    virtual QAction *printAction() const { return nullptr; }
     virtual QLineEdit *filterEdit() const = 0;
     virtual void reload() = 0;
 

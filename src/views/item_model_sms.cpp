@@ -2,8 +2,10 @@
 
 #include "base/apple_time.h"
 #include "base/texts.h"
+#include "views/face_picture.h"
 
 #include <QDateTime>
+#include <QGuiApplication>
 #include <QLocale>
 
 #include <algorithm>
@@ -37,6 +39,8 @@ QVariant ItemModelSms::data(const QModelIndex &index, int role) const
         return isName                       ? row.name.simplified()
                : index.column() == LastDate ? shortDate(row.last)
                                             : QLocale::system().toString(row.messages);
+    case Qt::DecorationRole:
+        return isName ? QVariant(picture(*row.chat)) : QVariant();
     case SortRole:
         return isName ? QVariant(row.name) : QVariant(index.column() == LastDate ? row.last : row.messages);
     case SearchRole:
@@ -48,6 +52,15 @@ QVariant ItemModelSms::data(const QModelIndex &index, int role) const
     default:
         return {};
     }
+}
+
+// Drawn when a row is first on the screen, and kept.
+QPixmap ItemModelSms::picture(const _MsgChat &chat) const
+{
+    auto known = m_pictures.constFind(&chat);
+    if (known == m_pictures.constEnd())
+        known = m_pictures.insert(&chat, facePicture(chat, pictureSide, qGuiApp->devicePixelRatio()));
+    return *known;
 }
 
 QVariant ItemModelSms::headerData(int section, Qt::Orientation orientation, int role) const
@@ -66,6 +79,7 @@ void ItemModelSms::setMessages(LoadedMessagesPtr messages)
 {
     beginResetModel();
     m_messages = std::move(messages);
+    m_pictures.clear();
     m_range = {};
     fill();
     m_bounds = {};

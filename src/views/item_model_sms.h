@@ -4,6 +4,8 @@
 #include "work/loaded_messages.h"
 
 #include <QAbstractTableModel>
+#include <QHash>
+#include <QPixmap>
 
 /// The conversations of a message source that have messages within a stretch of time. Keeps the source alive.
 class ItemModelSms : public QAbstractTableModel
@@ -14,6 +16,9 @@ public:
     enum Column { Name, LastDate, Count, ColumnCount };
     /// SortRole gives the raw value of a cell; SearchRole the texts that a filter looks in.
     enum Role { SortRole = Qt::UserRole, SearchRole };
+
+    /// How large the pictures of conversations are.
+    static constexpr int pictureSide = 32;
 
     using QAbstractTableModel::QAbstractTableModel;
 
@@ -39,6 +44,7 @@ private:
         qint64 last = 0; // Apple absolute seconds
     };
 
+    QPixmap picture(const _MsgChat &chat) const;
     static Row makeRow(const _MsgChat &chat, const DateRange &range);
     void fill();
 
@@ -46,4 +52,5 @@ private:
     DateRange m_range;
     DateRange m_bounds;
     std::vector<Row> m_rows;
+    mutable QHash<const _MsgChat *, QPixmap> m_pictures;
 };

@@ -22,7 +22,17 @@
 
 namespace {
 constexpr QSize dialogSize(560, 440);
+
+QLabel *linkLabel(const char *text, const char *name)
+{
+    auto *label = new QLabel(textFor(text));
+    label->setObjectName(QLatin1String(name));
+    label->setTextFormat(Qt::RichText);
+    label->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
+    label->setWordWrap(true);
+    return label;
 }
+} // namespace
 
 LoadItunesBackupDlg::LoadItunesBackupDlg(const QStringList &roots, const QSet<QString> &loaded,
                                          QWidget *parent)
@@ -54,11 +64,8 @@ void LoadItunesBackupDlg::buildWidgets()
     m_list->setIconSize({24, 24});
     m_list->setUniformItemSizes(true);
     m_states = new StateStack(m_list);
-    m_addOther = new QLabel(textFor("IDS_ADD_OTHER_BACKUP"));
-    m_addOther->setObjectName(QStringLiteral("lbAddOther"));
-    m_addOther->setTextFormat(Qt::RichText);
-    m_addOther->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
-    m_addOther->setWordWrap(true);
+    m_addOther = linkLabel("IDS_ADD_OTHER_BACKUP", "lbAddOther");
+    QLabel *messageFile = linkLabel("IDS_OPEN_MESSAGE_FILE", "lbMessageFile");
     m_load = new QPushButton(textFor("IDS_LOAD"));
     m_load->setObjectName(QStringLiteral("btnLoad"));
     m_load->setDefault(true);
@@ -77,6 +84,7 @@ void LoadItunesBackupDlg::buildWidgets()
     layout->addSpacing(8);
     layout->addWidget(m_states, 1);
     layout->addWidget(m_addOther);
+    layout->addWidget(messageFile);
     layout->addSpacing(8);
     layout->addLayout(buttons);
 
@@ -84,6 +92,7 @@ void LoadItunesBackupDlg::buildWidgets()
     connect(m_cancel, &QPushButton::clicked, this, &QDialog::reject);
     connect(m_list, &QListView::doubleClicked, this, &LoadItunesBackupDlg::btnLoadClicked);
     connect(m_addOther, &QLabel::linkActivated, this, &LoadItunesBackupDlg::btnAddOtherClicked);
+    connect(messageFile, &QLabel::linkActivated, this, &LoadItunesBackupDlg::chooseMessageFile);
     connect(m_states, &StateStack::actionRequested, this, &LoadItunesBackupDlg::makeSample);
 }
 
@@ -128,6 +137,14 @@ void LoadItunesBackupDlg::btnAddOtherClicked(QString)
         QFileDialog::getExistingDirectory(this, textFor("IDS_CHOOSE_BACKUP_FOLDER"), QDir::homePath());
     if (!folder.isEmpty())
         addFolder(folder);
+}
+
+void LoadItunesBackupDlg::chooseMessageFile()
+{
+    m_messageFile = QFileDialog::getOpenFileName(this, textFor("IDS_CHOOSE_MESSAGE_FILE"), QDir::homePath(),
+                                                 textFor("IDS_FILTER_MESSAGE_FILES"));
+    if (!m_messageFile.isEmpty())
+        accept();
 }
 
 void LoadItunesBackupDlg::addFolder(const QString &folder)

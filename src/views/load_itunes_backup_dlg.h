@@ -23,6 +23,8 @@ public:
 
     /// The folder of the chosen backup.
     QString selectedFolder() const { return m_selected; }
+    /// A message database that was chosen instead; empty otherwise.
+    QString selectedMessageFile() const { return m_messageFile; }
 
     /// Adds the backup in a folder, or those in its sub-folders, as the link does once the user has chosen
     /// one.
@@ -34,6 +36,7 @@ public slots:
 
 private slots:
     void makeSample();
+    void chooseMessageFile();
 
 private:
     void buildWidgets();
@@ -44,6 +47,7 @@ private:
     QStringList m_roots;
     QSet<QString> m_loaded;
     QString m_selected;
+    QString m_messageFile;
     ItemModelBackups *m_model;
     StateStack *m_states = nullptr;
     QListView *m_list = nullptr;

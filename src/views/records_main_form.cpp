@@ -55,6 +55,8 @@ RecordsMainForm::RecordsMainForm(RecordSource source, DataClass dataClass, QWidg
 {
     m_save->setIcon(QIcon(QStringLiteral(":/res/act_save.png")));
     m_remove->setIcon(QIcon(QStringLiteral(":/res/act_remove.png")));
+    m_remove->setShortcut(QKeySequence::Delete);
+    m_remove->setShortcutContext(Qt::WidgetShortcut);
     connect(m_save, &QAction::triggered, this, &RecordsMainForm::saveToDatabase);
     connect(m_remove, &QAction::triggered, this, &RecordsMainForm::removeSelection);
     m_import->setIcon(QIcon(QStringLiteral(":/res/act_import.png")));

@@ -1,17 +1,21 @@
 #include "views/sms_main_form.h"
 
 #include "base/texts.h"
+#include "views/conversation_facts.h"
 #include "views/conversation_filter.h"
 #include "views/conversation_summary.h"
 #include "views/conversation_view.h"
 #include "views/date_range_edit.h"
 #include "views/item_model_sms.h"
+#include "views/layout_memory.h"
 #include "views/message_export_dlg.h"
+#include "views/notice_bar.h"
 #include "views/roomy_delegate.h"
 #include "views/state_stack.h"
 #include "views/view_header.h"
 #include "work/background_job.h"
 #include "work/export_messages_thread.h"
+#include "work/find_messages_thread.h"
 #include "work/load_messages_thread.h"
 #include "work/run_job.h"
 
@@ -24,35 +28,46 @@
 #include <QTreeView>
 #include <QVBoxLayout>
 
+#include <unordered_set>
+
 namespace {
 constexpr int listWidth = 320;
 constexpr int dateWidth = 88;
 constexpr int countWidth = 72;
 
-QString number(std::size_t value)
+QString number(qint64 value)
 {
-    return QLocale::system().toString(static_cast<qlonglong>(value));
+    return QLocale::system().toString(value);
 }
 
 QString conversations(std::size_t count)
 {
-    return textFor(count == 1 ? "IDS_ONE_CONVERSATION" : "IDS_%1_CONVERSATIONS").arg(number(count));
+    return textFor(count == 1 ? "IDS_ONE_CONVERSATION" : "IDS_%1_CONVERSATIONS")
+        .arg(number(static_cast<qint64>(count)));
 }
 
-QString exportText(std::size_t count)
+/// What was left out of the messages that are shown, one sentence each.
+QStringList noticesOf(const AbsMessageDb &messages)
 {
-    return count == 0   ? textFor("IDS_EXPORT")
-           : count == 1 ? textFor("IDS_EXPORT_ONE_CONVERSATION").arg(number(count))
-                        : textFor("IDS_EXPORT_%1_CONVERSATIONS").arg(number(count));
+    QStringList notices = messages.warnings();
+    if (messages.skippedRows() > 0)
+        notices << textFor("IDS_SKIPPED_MESSAGE_ROWS_%1").arg(number(messages.skippedRows()));
+    if (messages.unreadableTexts() > 0)
+        notices << textFor("IDS_UNREADABLE_TEXTS_%1").arg(number(messages.unreadableTexts()));
+    return notices;
 }
 } // namespace
 
 SMSMainForm::SMSMainForm(MessageOrigin origin, QWidget *parent)
     : DataView(parent),
       m_origin(std::move(origin)),
+      m_actions(new MessageActions(
+          m_origin, [this] { return selection(); }, this)),
       m_model(new ItemModelSms(this)),
       m_proxy(new ConversationFilter(this))
 {
+    connect(m_actions, &MessageActions::storeChanged, this, &SMSMainForm::storeChanged);
+    connect(m_actions, &MessageActions::outdated, this, &SMSMainForm::reload);
     buildWidgets();
     reload();
 }
@@ -65,10 +80,13 @@ void SMSMainForm::buildWidgets()
     m_filter = m_header->addFilter(textFor("IDS_FILTER_CONVERSATIONS"));
     m_range = new DateRangeEdit;
     m_header->addWidget(m_range);
-    m_header->addAction(exportAction());
-    buildList();
-    m_summary = new ConversationSummary;
+    for (QAction *action : {m_actions->attachmentsAction(), saveAction(), removeAction(), exportAction()})
+        if (action)
+            m_header->addAction(action);
     m_conversation = new ConversationView;
+    buildList();
+    m_notices = new NoticeBar;
+    m_summary = new ConversationSummary;
     m_detail = new QStackedWidget;
     m_detail->addWidget(m_summary);
     m_detail->addWidget(m_conversation);
@@ -79,6 +97,7 @@ void SMSMainForm::buildWidgets()
     splitter->setStretchFactor(1, 1);
     splitter->setSizes({listWidth, listWidth});
     splitter->setChildrenCollapsible(false);
+    rememberSplitter(splitter, "messages");
     m_states = new StateStack(splitter);
     m_states->setObjectName(QStringLiteral("viewStates"));
 
@@ -86,11 +105,13 @@ void SMSMainForm::buildWidgets()
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(m_header);
+    layout->addWidget(m_notices);
     layout->addWidget(m_states, 1);
 
     connect(m_filter, &QLineEdit::textChanged, this, &SMSMainForm::onFilterChanged);
     connect(m_range, &DateRangeEdit::rangeChanged, this, &SMSMainForm::onFilterChanged);
     connect(m_header, &ViewHeader::filterLeft, m_list, [this] { m_list->setFocus(); });
+    connect(m_conversation, &ConversationView::choiceChanged, this, &SMSMainForm::showActions);
     connect(m_states, &StateStack::actionRequested, this, &SMSMainForm::reload);
 }
 
@@ -107,9 +128,14 @@ void SMSMainForm::buildList()
     m_list->setAllColumnsShowFocus(true);
     m_list->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_list->setTextElideMode(Qt::ElideMiddle);
+    m_list->setIconSize({ItemModelSms::pictureSide, ItemModelSms::pictureSide});
     m_list->setFrameShape(QFrame::NoFrame);
     m_list->setContextMenuPolicy(Qt::ActionsContextMenu);
-    m_list->QWidget::addAction(exportAction());
+    for (QWidget *list :
+         {static_cast<QWidget *>(m_list), static_cast<QWidget *>(m_conversation->messageList())})
+        for (QAction *action : {exportAction(), saveAction(), removeAction(), m_actions->attachmentsAction()})
+            if (action)
+                list->addAction(action);
     m_list->setSortingEnabled(true);
     m_list->sortByColumn(ItemModelSms::LastDate, Qt::DescendingOrder);
     QHeaderView *header = m_list->header();
@@ -117,6 +143,7 @@ void SMSMainForm::buildList()
     header->setSectionResizeMode(ItemModelSms::Name, QHeaderView::Stretch);
     header->resizeSection(ItemModelSms::LastDate, dateWidth);
     header->resizeSection(ItemModelSms::Count, countWidth);
+    rememberColumns(header, "messages");
     connect(m_list->selectionModel(), &QItemSelectionModel::selectionChanged, this, &SMSMainForm::refresh);
 }
 
@@ -124,8 +151,11 @@ void SMSMainForm::reload()
 {
     m_summary->showNothing({});
     m_conversation->clear();
+    m_search.reset();
+    m_proxy->setFound({});
     m_model->setMessages(nullptr);
     m_messages.reset();
+    m_notices->setNotices({});
     auto worker = std::make_unique<LoadMessagesThread>(m_origin);
     LoadMessagesThread *loading = worker.get();
     m_job = std::make_unique<BackgroundJob>(std::move(worker));
@@ -135,7 +165,7 @@ void SMSMainForm::reload()
     m_states->showLoading(textFor("IDS_LOADING_MESSAGES"));
     m_header->setToolsEnabled(false);
     m_header->setCount({});
-    setExportState(exportText(0), textFor("IDS_WHY_LOADING"));
+    disableActions(textFor("IDS_WHY_LOADING"));
     setStatus(textFor("IDS_LOADING_MESSAGES"));
     m_job->start();
 }
@@ -144,11 +174,10 @@ void SMSMainForm::onLoaded(const LoadMessagesThread &worker)
 {
     m_messages = worker.messages();
     m_model->setMessages(m_messages);
+    if (m_messages)
+        m_notices->setNotices(noticesOf(*m_messages->database));
     if (m_model->rowCount() == 0) {
-        m_states->showEmpty(textFor("IDS_NO_MESSAGES"),
-                            textFor(m_messages ? "IDS_NO_MESSAGES_HINT" : "IDS_NO_MESSAGE_DB_IN_BACKUP"));
-        setExportState(exportText(0), textFor("IDS_NO_MESSAGES"));
-        setStatus(textFor("IDS_NO_MESSAGES"));
+        showEmpty();
         return;
     }
     m_range->setBounds(m_model->bounds());
@@ -159,10 +188,21 @@ void SMSMainForm::onLoaded(const LoadMessagesThread &worker)
         m_list->setCurrentIndex(m_proxy->index(0, 0));
 }
 
+void SMSMainForm::showEmpty()
+{
+    const bool isBackup = m_origin.backup != nullptr;
+    const QString none = textFor(isBackup ? "IDS_NO_MESSAGES" : "IDS_NO_MESSAGES_HERE");
+    m_states->showEmpty(none, textFor(!m_origin.localDatabase.isEmpty() ? "IDS_EMPTY_LOCAL_HINT"
+                                      : isBackup && !m_messages         ? "IDS_NO_MESSAGE_DB_IN_BACKUP"
+                                                                        : "IDS_NO_MESSAGES_HINT"));
+    disableActions(none);
+    setStatus(none);
+}
+
 void SMSMainForm::onFailed(const QString &text)
 {
     m_states->showFailed(textFor("IDS_MESSAGES_FAILED"), text);
-    setExportState(exportText(0), textFor("IDS_MESSAGES_FAILED"));
+    disableActions(textFor("IDS_MESSAGES_FAILED"));
     setStatus(textFor("IDS_MESSAGES_FAILED"));
 }
 
@@ -170,15 +210,47 @@ void SMSMainForm::onFilterChanged()
 {
     if (!m_messages)
         return;
+    keepSelected([this] {
+        m_model->setRange(m_range->range());
+        m_proxy->setText(m_filter->text());
+    });
+    search();
+    refresh();
+}
+
+// Conversations that are shown before and after a change of the list stay selected.
+void SMSMainForm::keepSelected(const std::function<void()> &change)
+{
     const std::vector<const _MsgChat *> selected = selectedChats();
-    m_model->setRange(m_range->range());
-    m_proxy->setText(m_filter->text());
+    change();
+    const std::unordered_set<const _MsgChat *> kept(selected.begin(), selected.end());
+    QItemSelection rows;
     for (int row = 0; row < m_proxy->rowCount(); ++row) {
         const QModelIndex index = m_proxy->index(row, 0);
-        const _MsgChat *chat = &m_model->chat(m_proxy->mapToSource(index).row());
-        if (std::find(selected.begin(), selected.end(), chat) != selected.end())
-            m_list->selectionModel()->select(index, QItemSelectionModel::Select | QItemSelectionModel::Rows);
+        if (kept.contains(&m_model->chat(m_proxy->mapToSource(index).row())))
+            rows.select(index, index);
     }
+    m_list->selectionModel()->select(rows, QItemSelectionModel::Select | QItemSelectionModel::Rows);
+}
+
+// Names are filtered at once; half a million texts take a moment that nobody should have to wait for.
+void SMSMainForm::search()
+{
+    m_search.reset();
+    if (m_proxy->text().isEmpty())
+        return;
+    const DateRange range = m_range->range();
+    auto worker = std::make_unique<FindMessagesThread>(m_messages, m_proxy->text(), range.from, range.to);
+    FindMessagesThread *finding = worker.get();
+    m_search = std::make_unique<BackgroundJob>(std::move(worker));
+    connect(m_search.get(), &BackgroundJob::succeeded, this, [this, finding] { onFound(*finding); });
+    m_search->start();
+}
+
+void SMSMainForm::onFound(const FindMessagesThread &worker)
+{
+    keepSelected([&] { m_proxy->setFound(worker.found()); });
+    m_shownFound = 0;
     refresh();
 }
 
@@ -191,49 +263,106 @@ std::vector<const _MsgChat *> SMSMainForm::selectedChats() const
     return chats;
 }
 
+MessageActions::Selection SMSMainForm::selection() const
+{
+    const std::vector<const _MsgChat *> chats = selectedChats();
+    if (chats.size() == 1 && m_conversation->chosenCount() > 0)
+        return {m_messages, m_conversation->chosenMessages()};
+    std::vector<qint64> ids;
+    for (const _MsgChat *chat : chats)
+        ids.push_back(chat->rowid);
+    if (ids.empty())
+        return {m_messages, {}};
+    const DateRange range = m_range->range();
+    return {m_messages, m_messages->database->select(ids, range.from, range.to)};
+}
+
 void SMSMainForm::refresh()
 {
     if (!m_messages)
         return;
     const std::vector<const _MsgChat *> chats = selectedChats();
-    if (chats.size() == 1)
+    showDetail(chats);
+    showActions();
+    showCounts(chats.size());
+}
+
+void SMSMainForm::showDetail(const std::vector<const _MsgChat *> &chats)
+{
+    if (chats.size() == 1) {
         m_conversation->showConversation(*chats.front(), m_range->range(), m_messages);
-    else if (chats.empty())
+        showFound(*chats.front());
+        m_detail->setCurrentWidget(m_conversation);
+        return;
+    }
+    if (chats.empty())
         m_summary->showNothing(
             textFor(m_proxy->rowCount() == 0 ? "IDS_NOTHING_MATCHES" : "IDS_SELECT_CONVERSATION"));
     else
         m_summary->showConversations(chats, m_range->range(), m_messages);
-    m_detail->setCurrentWidget(chats.size() == 1 ? static_cast<QWidget *>(m_conversation) : m_summary);
-    setExportState(exportText(chats.size()),
-                   chats.empty() ? textFor("IDS_WHY_SELECT_CONVERSATIONS") : QString());
-    showCounts(chats.size());
+    m_detail->setCurrentWidget(m_summary);
+}
+
+// Once for each find: the user may page away from it.
+void SMSMainForm::showFound(const _MsgChat &chat)
+{
+    const auto found = m_proxy->found().find(&chat);
+    if (found == m_proxy->found().end() || found->second == m_shownFound)
+        return;
+    m_shownFound = found->second;
+    m_conversation->showMessage(found->second);
+}
+
+QString SMSMainForm::selectedText() const
+{
+    const std::size_t chosen = m_conversation->chosenCount();
+    const std::size_t chats = selectedChats().size();
+    if (chats == 1 && chosen > 0)
+        return messageCountText(static_cast<qint64>(chosen));
+    return chats > 0 ? conversations(chats) : QString();
+}
+
+void SMSMainForm::showActions()
+{
+    if (!m_messages)
+        return;
+    const QString what = selectedText();
+    const QString whyNot = what.isEmpty() ? textFor("IDS_WHY_SELECT_CONVERSATIONS") : QString();
+    setExportState(what.isEmpty() ? textFor("IDS_EXPORT") : textFor("IDS_EXPORT_%1").arg(what), whyNot);
+    m_actions->setState(what, whyNot);
+}
+
+void SMSMainForm::disableActions(const QString &whyNot)
+{
+    setExportState(textFor("IDS_EXPORT"), whyNot);
+    m_actions->setState({}, whyNot);
 }
 
 void SMSMainForm::showCounts(std::size_t selected)
 {
     const auto shown = static_cast<std::size_t>(m_proxy->rowCount());
     m_header->setCount(conversations(shown));
-    setStatus(shown == 0 ? textFor("IDS_NOTHING_MATCHES")
-                         : textFor("IDS_%1_SELECTED_%2").arg(conversations(shown), number(selected)));
+    const bool searching = m_search && m_search->isRunning();
+    setStatus(
+        searching ? textFor("IDS_SEARCHING")
+        : shown == 0
+            ? textFor("IDS_NOTHING_MATCHES")
+            : textFor("IDS_%1_SELECTED_%2").arg(conversations(shown), number(static_cast<qint64>(selected))));
 }
 
 void SMSMainForm::exportSelection()
 {
-    MessageExportDlg dialog(exportText(selectedChats().size()), this);
+    MessageExportDlg dialog(exportAction()->text(), this);
     if (dialog.exec() == QDialog::Accepted)
         exportTo(dialog.choice());
 }
 
 bool SMSMainForm::exportTo(const MessageExportChoice &choice)
 {
-    std::vector<qint64> ids;
-    for (const _MsgChat *chat : selectedChats())
-        ids.push_back(chat->rowid);
-    if (ids.empty())
+    MessageActions::Selection selected = selection();
+    if (selected.messages.empty())
         return false;
-    const DateRange range = m_range->range();
-    auto worker =
-        std::make_unique<ExportMessagesThread>(m_messages->database->select(ids, range.from, range.to),
-                                               m_messages, choice.format, choice.target, m_messages->files);
+    auto worker = std::make_unique<ExportMessagesThread>(std::move(selected.messages), selected.owner,
+                                                         choice.format, choice.target, selected.owner->files);
     return runJob(textFor("IDS_EXTRACTING_MESSAGES"), worker, this, choice.target);
 }

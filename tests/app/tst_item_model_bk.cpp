@@ -80,6 +80,18 @@ void TestItemModelBK::sources()
     QCOMPARE(model.sourceOf(model.bkNode(model.indexOf(messages))).backup, backup);
     QCOMPARE(model.sourceOf(database).localDatabase, database);
     QCOMPARE(model.sourceOf(database).backup, nullptr);
+    QStringList labels;
+    for (const auto &child : database->children())
+        labels << child->data(Qt::DisplayRole).toString();
+    QCOMPARE(labels, (QStringList{QStringLiteral("SMS(0)"), QStringLiteral("Contacts(0)"),
+                                  QStringLiteral("Calendar(0)"), QStringLiteral("Notes(0)"),
+                                  QStringLiteral("Bookmarks(0)"), QStringLiteral("Call History(0)")}));
+
+    BkNode *ofFile = model.addMessageFile(QStringLiteral("/macs/chat.db"), 7);
+    QCOMPARE(ofFile->label(), QStringLiteral("SMS(7)"));
+    QCOMPARE(model.sourceOf(ofFile).node()->folder(), QStringLiteral("/macs/chat.db"));
+    QVERIFY(!model.sourceOf(ofFile).backup && !model.sourceOf(ofFile).localDatabase);
+    QCOMPARE(model.backupUids().size(), 1);
 }
 
 QTEST_MAIN(TestItemModelBK)

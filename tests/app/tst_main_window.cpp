@@ -69,6 +69,7 @@ private slots:
     void unlist();
     void sampleFromTheStartPage();
     void localDatabases();
+    void messageDatabaseByItself();
     void cardsComeIntoALocalDatabase();
     void savingLeadsToTheLocalDatabase();
 
@@ -314,6 +315,27 @@ void TestMainWindow::savingLeadsToTheLocalDatabase()
     QCOMPARE(done.text(),
              QStringLiteral("Successfully backup %1 Call History").arg(sample.summary().counts.calls));
     QCOMPARE(treeOf(window)->currentIndex().data().toString(), QStringLiteral("Family"));
+}
+
+void TestMainWindow::messageDatabaseByItself()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("sms.db"));
+    const int messages = makeMessageDatabase(path, 12, 50, 0, 1).joinedMessages;
+    MainWindow window({});
+    window.show();
+    QVERIFY(window.loadMessageFile(path));
+    QCOMPARE(backupNode(window).data().toString(), QStringLiteral("sms.db"));
+    QCOMPARE(treeOf(window)->currentIndex().data().toString(), QStringLiteral("SMS(%1)").arg(messages));
+    QTRY_VERIFY(action(window, "IDS_EXPORT")->isEnabled());
+    QVERIFY(action(window, "IDS_SAVE_TO_DATABASE")->isEnabled());
+    {
+        const AnswerBox error;
+        QVERIFY(!window.loadMessageFile(folder.filePath(QStringLiteral("chat.db"))));
+        QVERIFY(error.text().contains(QStringLiteral("chat.db")));
+    }
+    action(window, "IDS_MI_UNMOUNT_BACKUP")->trigger();
+    QCOMPARE(backupCount(window), 0);
 }
 
 QB_WEB_TEST_MAIN(TestMainWindow)

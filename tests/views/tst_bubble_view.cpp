@@ -39,6 +39,16 @@ QUrl pageLink(const char *path)
     return QUrl(QStringLiteral("quillbarrow://conversation") + QLatin1String(path));
 }
 
+QByteArray onePixel()
+{
+    QImage image(1, 1, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    QByteArray png;
+    QBuffer buffer(&png);
+    image.save(&buffer, "PNG");
+    return png;
+}
+
 /// Gives one page for every address, whatever that page holds.
 class AnyPage : public QWebEngineUrlSchemeHandler
 {
@@ -85,6 +95,45 @@ private:
     QTcpServer m_server;
 };
 
+/// Remembers which files were asked for.
+class WatchedSource : public ScratchSource
+{
+public:
+    QString fetchForViewing(const SourceFile &file) override
+    {
+        fetched << file.relativePath;
+        return ScratchSource::fetchForViewing(file);
+    }
+    QStringList fetched;
+};
+
+/// A program in front of the others in the search path that notes what it is asked to open.
+class FakeDesktop
+{
+public:
+    FakeDesktop() : m_before(qgetenv("PATH"))
+    {
+        QFile program(m_folder.filePath(QStringLiteral("xdg-open")));
+        if (program.open(QIODevice::WriteOnly))
+            program.write("#!/bin/sh\nprintf %s \"$1\" > '" +
+                          m_folder.filePath(QStringLiteral("opened")).toUtf8() + ".part'\nmv '" +
+                          m_folder.filePath(QStringLiteral("opened")).toUtf8() + ".part' '" +
+                          m_folder.filePath(QStringLiteral("opened")).toUtf8() + "'\n");
+        program.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        program.close();
+        qputenv("PATH", m_folder.path().toUtf8() + ":" + m_before);
+    }
+    ~FakeDesktop() { qputenv("PATH", m_before); }
+    QString opened() const
+    {
+        return QString::fromUtf8(readFile(m_folder.filePath(QStringLiteral("opened"))));
+    }
+
+private:
+    QByteArray m_before;
+    QTemporaryDir m_folder;
+};
+
 class Shown
 {
 public:
@@ -103,12 +152,12 @@ public:
     }
     QString html() { return shownHtml(*m_view.page()); }
     QWebEngineView &view() { return m_view; }
-    ScratchSource &source() { return *m_source; }
+    WatchedSource &source() { return *m_source; }
     MessageFiles files() { return std::shared_ptr<FileSource>(m_source); }
 
 private:
     SampleMessages &m_sample;
-    std::shared_ptr<ScratchSource> m_source = std::make_shared<ScratchSource>();
+    std::shared_ptr<WatchedSource> m_source = std::make_shared<WatchedSource>();
     QWebEngineView m_view;
     std::unique_ptr<QSignalSpy> m_spy;
 
@@ -124,6 +173,11 @@ class TestBubbleView : public QObject
 private slots:
     void initTestCase();
     void pages();
+    void picturesAreFetchedWithTheirPage();
+    void attachmentIsMissing();
+    void attachmentIsOpened();
+    void attachmentIsSaved();
+    void followsTheColours();
     void markupOfAMessageIsText();
     void closedProfileReachesNothing();
 };
@@ -169,6 +223,98 @@ void TestBubbleView::pages()
     shown.manager.setMessages({}, nullptr);
     QCOMPARE(shown.manager.pageCount(), 0);
     QCOMPARE(shown.manager.page(), 0);
+}
+
+void TestBubbleView::picturesAreFetchedWithTheirPage()
+{
+    SampleMessages sample;
+    const _MsgChat &chat = sample.chat(QStringLiteral("+49 1"), {});
+    for (int i = 1; i <= 60; ++i)
+        sample.attach(sample.message(&chat, {}), {}, QStringLiteral("image/png")).source = {
+            QStringLiteral("M"), QStringLiteral("%1.png").arg(i)};
+    Shown shown(sample);
+    for (const int i : {1, 51})
+        shown.source().put({QStringLiteral("M"), QStringLiteral("%1.png").arg(i)}, onePixel());
+    QVERIFY(shown.loaded());
+    QCOMPARE(shown.source().fetched, QStringList(QStringLiteral("1.png")));
+    shown.manager.nextPage();
+    QVERIFY(shown.loaded());
+    QCOMPARE(shown.source().fetched, QStringList({QStringLiteral("1.png"), QStringLiteral("51.png")}));
+}
+
+void TestBubbleView::attachmentIsMissing()
+{
+    SampleMessages sample;
+    sample.attach(sample.message(nullptr, {}), QStringLiteral("~/Library/x/gone.jpg"),
+                  QStringLiteral("image/jpeg"));
+    Shown shown(sample);
+    QVERIFY(shown.loaded());
+    const AnswerBox box;
+    shown.manager.onLinkClicked(pageLink("/attachment/1"));
+    QTRY_VERIFY_WITH_TIMEOUT(box.wasShown(), loadTimeoutMs);
+    QVERIFY(box.text().contains(QStringLiteral("can not find ~/Library/x/gone.jpg.")));
+
+    const AnswerBox local;
+    shown.manager.onLinkClicked(QUrl::fromLocalFile(QStringLiteral("/nowhere/a b.pdf")));
+    QVERIFY(local.text().contains(QStringLiteral("can not find /nowhere/a b.pdf.")));
+}
+
+void TestBubbleView::attachmentIsOpened()
+{
+    const FakeDesktop desktop;
+    SampleMessages sample;
+    _MsgAttachment &film = sample.attach(sample.message(nullptr, {}), {}, QStringLiteral("video/mp4"));
+    film.source = {QStringLiteral("M"), QStringLiteral("a b/film.MP4")};
+    Shown shown(sample);
+    shown.source().put(film.source, "film");
+    QVERIFY(shown.loaded());
+    shown.manager.onLinkClicked(pageLink("/attachment/1"));
+    QTRY_COMPARE_WITH_TIMEOUT(desktop.opened(), shown.source().pathOf(film.source), loadTimeoutMs);
+}
+
+void TestBubbleView::attachmentIsSaved()
+{
+    SampleMessages sample;
+    _MsgAttachment &paper = sample.attach(sample.message(nullptr, {}), {}, QStringLiteral("application/pdf"));
+    paper.source = {QStringLiteral("M"), QStringLiteral("paper.pdf")};
+    Shown shown(sample);
+    shown.source().put(paper.source, "new");
+    QVERIFY(shown.loaded());
+    const QTemporaryDir folder;
+    const QString target = folder.filePath(QStringLiteral("paper.pdf"));
+    QFile old(target);
+    QVERIFY(old.open(QIODevice::WriteOnly) && old.write("older and longer") > 0);
+    old.close();
+    QString title;
+    QString proposed;
+    std::unique_ptr<AnswerBox> done;
+    const OnModal<QFileDialog> choose([&](QFileDialog &dialog) {
+        title = dialog.windowTitle();
+        proposed = dialog.selectedFiles().value(0);
+        dialog.setOption(QFileDialog::DontConfirmOverwrite);
+        dialog.findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(target);
+        done = std::make_unique<AnswerBox>();
+        QMetaObject::invokeMethod(&dialog, "accept");
+    });
+    shown.manager.onLinkClicked(pageLink("/attachment/1"));
+    QTRY_VERIFY_WITH_TIMEOUT(done && done->wasShown(), loadTimeoutMs);
+    QCOMPARE(title, QStringLiteral("Save Attachment"));
+    QCOMPARE(proposed, QDir::home().filePath(QStringLiteral("paper.pdf")));
+    QCOMPARE(done->text(), QStringLiteral("Attachment saved successfully."));
+    QCOMPARE(readFile(target), QByteArray("new"));
+}
+
+void TestBubbleView::followsTheColours()
+{
+    SampleMessages sample;
+    sample.message(nullptr, QStringLiteral("x"));
+    Shown shown(sample);
+    QVERIFY(shown.loaded());
+    const auto corner = [&] { return shown.view().grab().toImage().pixelColor(5, 450).lightness(); };
+    QTRY_VERIFY_WITH_TIMEOUT(corner() > 240, loadTimeoutMs);
+    shown.manager.setDark(true);
+    QVERIFY(shown.loaded());
+    QTRY_VERIFY_WITH_TIMEOUT(corner() < 60, loadTimeoutMs);
 }
 
 void TestBubbleView::markupOfAMessageIsText()

@@ -16,7 +16,10 @@
 #include <QDirIterator>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListView>
+#include <QSignalSpy>
 #include <QTest>
+#include <QToolButton>
 #include <QTreeView>
 
 namespace {
@@ -64,6 +67,11 @@ private slots:
     void longNames();
     void conversationsLoadAndFilter();
     void conversationsExport();
+    void textsAreSearched();
+    void singleMessagesAreChosen();
+    void savedAndDeletedInALocalDatabase();
+    void attachmentsAreSaved();
+    void damageIsTold();
     void exportCancelledLeavesNothing();
     void noMessages_data();
     void noMessages();
@@ -149,6 +157,110 @@ void TestDataViews::conversationsExport()
     QVERIFY(form.exportTo({MessageFormat::Text, target.filePath(QStringLiteral("one.txt"))}));
     QVERIFY(done.text().startsWith(QStringLiteral("Successfully extracted ")));
     QCOMPARE(filesBelow(target.path()), QStringList(target.filePath(QStringLiteral("one.txt"))));
+}
+
+void TestDataViews::textsAreSearched()
+{
+    const SampleBackup sample;
+    SMSMainForm form({sample.opened()});
+    form.show();
+    QTRY_VERIFY(isLoaded(form));
+    form.filterEdit()->setText(QStringLiteral("COMBINING acute"));
+    QTRY_COMPARE(listOf(form)->model()->rowCount(), 1);
+    listOf(form)->selectAll();
+    QVERIFY(form.exportAction()->isEnabled());
+    form.filterEdit()->setText(QStringLiteral("combining acute that nobody wrote"));
+    QTRY_COMPARE(listOf(form)->model()->rowCount(), 0);
+    form.filterEdit()->clear();
+    QVERIFY(listOf(form)->model()->rowCount() > 3);
+}
+
+void TestDataViews::singleMessagesAreChosen()
+{
+    const SampleBackup sample;
+    SMSMainForm form({sample.opened()});
+    form.show();
+    QTRY_VERIFY(isLoaded(form));
+    auto *messages = form.findChild<QListView *>(QStringLiteral("listMessages"));
+    form.findChild<QToolButton *>(QStringLiteral("IDS_LOOK_LIST"))->click();
+    QVERIFY(messages->isVisible());
+    messages->selectionModel()->select({messages->model()->index(1, 0), messages->model()->index(2, 0)},
+                                       QItemSelectionModel::Select);
+    QCOMPARE(form.exportAction()->text(), QStringLiteral("Export 2 messages"));
+    QTemporaryDir target;
+    const AnswerBox done;
+    QVERIFY(form.exportTo({MessageFormat::Text, target.filePath(QStringLiteral("two.txt"))}));
+    QCOMPARE(done.text(), QStringLiteral("Successfully extracted 2 Messages."));
+    form.findChild<QToolButton *>(QStringLiteral("IDS_LOOK_BUBBLES"))->click();
+    QCOMPARE(form.exportAction()->text(), QStringLiteral("Export 1 conversation"));
+}
+
+void TestDataViews::savedAndDeletedInALocalDatabase()
+{
+    const SampleBackup sample;
+    QTemporaryDir store;
+    SMSMainForm form({sample.opened()});
+    form.show();
+    QTRY_VERIFY(isLoaded(form));
+    QVERIFY(form.saveAction()->isEnabled() && !form.removeAction());
+    QSignalSpy changed(&form, &SMSMainForm::storeChanged);
+    {
+        const AnswerBox done;
+        QVERIFY(form.actions().saveInto(store.path()));
+        QVERIFY(done.text().startsWith(QStringLiteral("Successfully backup ")));
+    }
+    QCOMPARE(changed.size(), 1);
+
+    SMSMainForm local({nullptr, store.path()});
+    local.show();
+    QTRY_VERIFY(isLoaded(local));
+    QCOMPARE(listOf(local)->model()->rowCount(), 1);
+    QVERIFY(!local.saveAction() && local.removeAction()->isEnabled());
+    {
+        const AnswerBox no(QMessageBox::No);
+        local.removeAction()->trigger();
+        QCOMPARE(no.text(), QStringLiteral("Confirm to delete selected messages?"));
+    }
+    QVERIFY(isLoaded(local));
+    const AnswerBox done;
+    QVERIFY(local.actions().remove());
+    QVERIFY(done.text().startsWith(QStringLiteral("Successfully Deleted ")));
+    auto *states = local.findChild<StateStack *>(QStringLiteral("viewStates"));
+    QTRY_COMPARE(labelText(*states->currentWidget(), "lbStateTitle"),
+                 QStringLiteral("There are no messages here."));
+    QVERIFY(!local.removeAction()->isEnabled());
+}
+
+void TestDataViews::attachmentsAreSaved()
+{
+    const SampleBackup sample;
+    SMSMainForm form({sample.opened()});
+    form.show();
+    QTRY_VERIFY(isLoaded(form));
+    listOf(form)->selectAll();
+    QTemporaryDir target;
+    const AnswerBox done;
+    QVERIFY(form.actions().extractAttachmentsTo(target.path()));
+    const QStringList files = filesBelow(target.path());
+    QVERIFY(files.size() > 5);
+    QCOMPARE(done.text().section(QLatin1Char('\n'), 0, 0),
+             QStringLiteral("Successfully extacted %1 MMS attachment to %2.")
+                 .arg(files.size())
+                 .arg(target.path()));
+}
+
+void TestDataViews::damageIsTold()
+{
+    const SampleBackup sample;
+    SMSMainForm form({sample.opened()});
+    form.show();
+    QTRY_VERIFY(isLoaded(form));
+    // One body of the sample is stored in a form that nobody can read.
+    QVERIFY(sample.summary().counts.unreadableBodies > 0);
+    QVERIFY(labelText(form, "lbNotice").contains(QStringLiteral("could not be read")));
+    const AnswerBox box;
+    form.findChild<QToolButton *>(QStringLiteral("btnNoticeDetails"))->click();
+    QVERIFY(box.text().contains(labelText(form, "lbNotice")));
 }
 
 void TestDataViews::exportCancelledLeavesNothing()

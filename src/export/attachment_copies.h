@@ -1,0 +1,38 @@
+#pragma once
+
+#include "base/progress.h"
+#include "export/free_names.h"
+#include "export/message_export.h"
+
+class FileSource;
+
+/// Copies attachments into a folder, each under a name that is free there; what lies in it already is never
+/// touched. Every copy is complete or absent. One that cannot be had is noted in the summary, and the work
+/// goes on; a folder that cannot be written ends it.
+class AttachmentCopies
+{
+public:
+    /// Makes the folder. `source` may be null. Throws Error.
+    AttachmentCopies(const QString &folder, FileSource *source, Progress &progress,
+                     MessageExportSummary &summary);
+
+    /// The name of the copy in the folder; empty when the attachment cannot be had. Throws Error and
+    /// Cancelled.
+    QString copy(const _MsgAttachment &attachment);
+
+    FreeNames &names() { return m_names; }
+    QString pathOf(const QString &name) const { return m_folder + QLatin1Char('/') + name; }
+
+private:
+    QString m_folder;
+    FileSource *m_source;
+    Progress &m_progress;
+    MessageExportSummary &m_summary;
+    FreeNames m_names;
+
+    QString missing(const QString &name, const QString &reason);
+    void requireTargetWorks(qint64 neededBytes) const;
+};
+
+/// Throws Error when it cannot be made.
+void makeFolder(const QString &path);

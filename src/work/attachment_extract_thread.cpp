@@ -1,0 +1,59 @@
+#include "work/attachment_extract_thread.h"
+
+#include "base/texts.h"
+#include "export/attachment_copies.h"
+#include "work/summary_text.h"
+
+#include <QDir>
+
+#include <unordered_set>
+
+namespace {
+/// Each once: a message may be in several conversations.
+std::vector<const _MsgAttachment *> attachmentsOf(const std::vector<MessageRef> &messages)
+{
+    std::vector<const _MsgAttachment *> attachments;
+    std::unordered_set<const _MsgAttachment *> seen;
+    for (const MessageRef &ref : messages)
+        for (const _MsgAttachment *attachment : ref.message->attachments)
+            if (seen.insert(attachment).second)
+                attachments.push_back(attachment);
+    return attachments;
+}
+} // namespace
+
+MessageExportSummary extractAttachments(const std::vector<MessageRef> &messages, const MessageFiles &files,
+                                        const QString &folder, Progress &progress)
+{
+    MessageExportSummary summary;
+    const std::vector<const _MsgAttachment *> attachments = attachmentsOf(messages);
+    CountedProgress counted(progress, textFor("IDS_EXTRACTING_ATTACHMENTS"), {},
+                            static_cast<qint64>(attachments.size()));
+    files.use(progress, [&](FileSource *source) {
+        AttachmentCopies copies(folder, source, progress, summary);
+        for (const _MsgAttachment *attachment : attachments) {
+            counted.item();
+            copies.copy(*attachment);
+        }
+    });
+    return summary;
+}
+
+AttachmentExtractThread::AttachmentExtractThread(std::vector<MessageRef> messages,
+                                                 std::shared_ptr<const void> owner, MessageFiles files,
+                                                 QString folder)
+    : m_messages(std::move(messages)),
+      m_owner(std::move(owner)),
+      m_files(std::move(files)),
+      m_folder(std::move(folder))
+{
+}
+
+QString AttachmentExtractThread::work(Progress &progress)
+{
+    const MessageExportSummary summary = extractAttachments(m_messages, m_files, m_folder, progress);
+    return textFor("IDS_SUC_EXTRACTED_%1_ATTACHMENTS_TO_%2")
+               .arg(QString::number(summary.attachmentsCopied), QDir::toNativeSeparators(m_folder)) +
+           listedProblems("IDS_MISSING_ATTACHMENTS_%1", summary.missingAttachments) +
+           listedProblems("IDS_LOCKED_FILES_%1", summary.lockedFiles);
+}
