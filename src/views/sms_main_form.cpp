@@ -22,6 +22,7 @@
 #include <QAction>
 #include <QHeaderView>
 #include <QLineEdit>
+#include <QListView>
 #include <QLocale>
 #include <QSplitter>
 #include <QStackedWidget>
