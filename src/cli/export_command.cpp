@@ -171,11 +171,11 @@ void addExportCommand(CLI::App &app, Job &job)
         .source = addPositional(command, "SOURCE", sourceDescription),
         .format = addValue(
             command, "--format",
-            "messages: text, csv, html or db; contacts: vcard, csv, text or html; calls: text or csv; "
+            "messages: text, csv, pdf, html or db; contacts: vcard, csv, text or html; calls: text or csv; "
             "calendar: ical or csv; notes and bookmarks: html; the others are "
             "copied and have none"),
         .target =
-            addValue(command, "-o,--output", "the file, or for html and db the folder, to write")->required(),
+            addValue(command, "-o,--output", "the file, or for pdf, html and db the folder, to write")->required(),
         .chats = addValues(command, "--chat", "only this conversation; may be given again"),
         .from = addValue(command, "--from", "only from this date on: yyyy-MM-dd or yyyy-MM-ddThh:mm:ss"),
         .to = addValue(command, "--to", "only up to this date, which counts"),

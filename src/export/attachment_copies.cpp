@@ -2,6 +2,7 @@
 
 #include "backup/file_source.h"
 #include "base/error.h"
+#include "export/attachment_file.h"
 #include "export/output_file.h"
 
 #include <QDateTime>
@@ -14,14 +15,6 @@
 
 namespace {
 constexpr qint64 probeBytes = 64 * 1024;
-
-QString fileNameOf(const _MsgAttachment &attachment)
-{
-    // The name comes from the device and may hold anything.
-    const QString name = attachment.displayName();
-    const qsizetype slash = std::max(name.lastIndexOf(QLatin1Char('/')), name.lastIndexOf(QLatin1Char('\\')));
-    return portableFileName(name.mid(slash + 1), QStringLiteral("attachment"));
-}
 
 void copyWithTime(const QString &from, const QString &to, const CopyProgress &progress)
 {
@@ -50,14 +43,11 @@ AttachmentCopies::AttachmentCopies(const QString &folder, FileSource *source, Pr
 
 QString AttachmentCopies::copy(const _MsgAttachment &attachment)
 {
-    const QString wanted = fileNameOf(attachment);
-    const bool isLocal = !attachment.local_path.isEmpty() && QFileInfo(attachment.local_path).isFile();
-    if (!isLocal && (!m_source || attachment.source.isNull()))
-        return missing(wanted, QStringLiteral("The backup does not list the file."));
-    if (!isLocal && !m_source->hasContent(attachment.source))
-        return missing(wanted, QStringLiteral("The backup lists the file but does not hold it."));
+    if (const QString reason = whyMissing(attachment, m_source); !reason.isEmpty())
+        return missing(attachment, reason);
 
-    const QString name = m_names.take(wanted);
+    const bool isLocal = isLocalAttachment(attachment);
+    const QString name = m_names.take(attachmentFileName(attachment));
     const QString target = pathOf(name);
     const CopyProgress stopWhenAsked = [this](std::uint64_t, std::uint64_t) { m_progress.check(); };
     try {
@@ -70,7 +60,7 @@ QString AttachmentCopies::copy(const _MsgAttachment &attachment)
         // The sentence names the file that could not be written or the one that could not be read.
         if (error.sentence().contains(target))
             requireTargetWorks(attachment.total_bytes);
-        return missing(wanted, error.sentence());
+        return missing(attachment, error.sentence());
     }
     if (!isLocal && m_source->isLocked(attachment.source))
         m_summary.lockedFiles += name;
@@ -78,9 +68,9 @@ QString AttachmentCopies::copy(const _MsgAttachment &attachment)
     return name;
 }
 
-QString AttachmentCopies::missing(const QString &name, const QString &reason)
+QString AttachmentCopies::missing(const _MsgAttachment &attachment, const QString &reason)
 {
-    m_summary.missingAttachments += QStringLiteral("%1: %2").arg(name, reason);
+    m_summary.missingAttachments += missingAttachmentText(attachment, reason);
     return {};
 }
 

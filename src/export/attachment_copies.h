@@ -30,7 +30,7 @@ private:
     MessageExportSummary &m_summary;
     FreeNames m_names;
 
-    QString missing(const QString &name, const QString &reason);
+    QString missing(const _MsgAttachment &attachment, const QString &reason);
     void requireTargetWorks(qint64 neededBytes) const;
 };
 

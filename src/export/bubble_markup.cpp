@@ -3,8 +3,6 @@
 #include "export/message_text.h"
 
 namespace {
-constexpr std::int64_t dateLineEverySeconds = 60;
-
 constexpr char cells[] = "<div class=\"bb_bg top_left\"></div><div class=\"bb_bg top_middle\"></div>"
                          "<div class=\"bb_bg top_right\"></div><div class=\"bb_bg middle_left\"></div>"
                          "<div class=\"bb_bg middle_middle\"></div><div class=\"bb_bg middle_right\"></div>"
@@ -56,18 +54,18 @@ void BubbleMarkup::append(QByteArray &out, const MessageRef &ref)
 
 QString BubbleMarkup::labelOf(const MessageRef &ref) const
 {
+    if (m_look.labels == Labels::Names)
+        return senderLabel(ref);
     if (!ref.chat || ref.message->is_from_me != 0)
         return {};
-    const bool senderKnown = ref.chat->isGroup() && ref.message->handle;
-    if (m_look.labels == Labels::Names)
-        return senderKnown ? ref.message->handle->name() : QString();
-    return senderKnown ? ref.message->handle->nameWithAddress() : chatName(*ref.chat, Addresses::With);
+    return ref.chat->isGroup() && ref.message->handle ? ref.message->handle->nameWithAddress()
+                                                      : chatName(*ref.chat, Addresses::With);
 }
 
 void BubbleMarkup::appendDateLine(QByteArray &out, const _MsgMessage &message)
 {
     const std::int64_t time = unixFromApple(message.date);
-    if (time - m_lastDateLine <= dateLineEverySeconds)
+    if (time - m_lastDateLine <= sameTimeSeconds)
         return;
     m_lastDateLine = time;
     out += "<div class=\"dt\">";

@@ -35,5 +35,8 @@ private:
     std::vector<QByteArray> m_times; // by second of the day, divided by the step
 };
 
+/// Messages at most this far apart share one line that tells the time.
+inline constexpr std::int64_t sameTimeSeconds = 60;
+
 /// The look of dates in system items and conversation views: "dd MMM yyyy h:m AP".
 QString conversationDate(std::int64_t appleSeconds);

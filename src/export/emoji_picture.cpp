@@ -6,11 +6,13 @@
 #include <QBuffer>
 #include <QFont>
 #include <QFontDatabase>
-#include <QFontMetricsF>
 #include <QImage>
 #include <QPainter>
 #include <QPainterPath>
 #include <QRawFont>
+
+#include <algorithm>
+#include <iterator>
 
 namespace {
 // Shown at about 20 pixels, so it stays sharp on screens with three device pixels to each.
@@ -18,7 +20,7 @@ constexpr int sidePixels = 72;
 // The colour fonts draw a little wider than their nominal size.
 constexpr int fontPixels = 60;
 
-QString colourEmojiFamily()
+QString installedEmojiFamily()
 {
     const QStringList installed = QFontDatabase::families();
     for (const char *family : {"Apple Color Emoji", "Segoe UI Emoji", "Noto Color Emoji", "Twemoji",
@@ -31,31 +33,51 @@ QString colourEmojiFamily()
     return {};
 }
 
-QImage emptyPicture()
+QImage emptyPicture(int side = sidePixels)
 {
-    QImage picture(sidePixels, sidePixels, QImage::Format_ARGB32_Premultiplied);
+    QImage picture(side, side, QImage::Format_ARGB32_Premultiplied);
     picture.fill(Qt::transparent);
     return picture;
 }
 
-void drawFromFont(QImage &picture, const QString &text, const QFont &font)
+/// What is not transparent in a picture.
+QRect drawnPart(const QImage &picture)
 {
-    const QRectF bounds = QFontMetricsF(font).boundingRect(text);
-    const qreal widest = std::max(bounds.width(), bounds.height());
-    QPainter painter(&picture);
-    painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing |
-                           QPainter::SmoothPixmapTransform);
-    painter.translate(sidePixels / 2.0, sidePixels / 2.0);
-    if (widest > sidePixels)
-        painter.scale(sidePixels / widest, sidePixels / widest);
-    painter.setFont(font);
-    painter.drawText(-bounds.center(), text);
+    QRect part;
+    for (int y = 0; y < picture.height(); ++y) {
+        const auto *line = reinterpret_cast<const QRgb *>(picture.constScanLine(y));
+        const auto isDrawn = [](QRgb pixel) { return qAlpha(pixel) != 0; };
+        const QRgb *end = line + picture.width();
+        const QRgb *first = std::find_if(line, end, isDrawn);
+        if (first == end)
+            continue;
+        const QRgb *last =
+            std::find_if(std::make_reverse_iterator(end), std::make_reverse_iterator(first), isDrawn).base();
+        part |= QRect(static_cast<int>(first - line), y, static_cast<int>(last - first), 1);
+    }
+    return part;
 }
 
-bool isBlank(const QImage &picture)
+/// Where a colour font draws is found by looking: its measures are those of whichever size was last in use.
+void drawFromFont(QImage &picture, const QString &text, const QFont &font)
 {
-    const auto *pixels = reinterpret_cast<const quint32 *>(picture.constBits());
-    return std::all_of(pixels, pixels + picture.sizeInBytes() / 4, [](quint32 pixel) { return pixel == 0; });
+    QImage sheet = emptyPicture(3 * sidePixels);
+    QPainter onSheet(&sheet);
+    onSheet.setFont(font);
+    onSheet.drawText(QPointF(sidePixels, 2 * sidePixels), text);
+    onSheet.end();
+    const QRect part = drawnPart(sheet);
+    if (part.isEmpty())
+        return;
+
+    QSizeF size = part.size();
+    if (part.width() > sidePixels || part.height() > sidePixels)
+        size.scale(sidePixels, sidePixels, Qt::KeepAspectRatio);
+    QRectF target({}, size);
+    target.moveCenter(QRectF(picture.rect()).center());
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawImage(target, sheet, part);
 }
 
 void drawCodePoint(QImage &picture, char32_t key)
@@ -77,15 +99,17 @@ void drawCodePoint(QImage &picture, char32_t key)
 }
 } // namespace
 
-QByteArray emojiPng(char32_t key)
+QString colourEmojiFamily()
 {
-    QString text = modernEmojiOf(key);
-    if (text.isEmpty())
-        text = QString::fromUcs4(&key, 1);
+    static const QString family = installedEmojiFamily();
+    return family;
+}
 
+QImage emojiPicture(const QString &text)
+{
     QImage picture = emptyPicture();
-    static const QString family = colourEmojiFamily();
-    if (!family.isEmpty()) {
+    const QString family = colourEmojiFamily();
+    if (!family.isEmpty() && !text.isEmpty()) {
         QFont font(family);
         font.setPixelSize(fontPixels);
         font.setStyleStrategy(QFont::NoFontMerging);
@@ -93,9 +117,20 @@ QByteArray emojiPng(char32_t key)
         if (QRawFont::fromFont(font).supportsCharacter(first))
             drawFromFont(picture, text, font);
     }
-    if (isBlank(picture))
-        drawCodePoint(picture, key);
+    return drawnPart(picture).isEmpty() ? QImage() : picture;
+}
 
+QByteArray emojiPng(char32_t key)
+{
+    QString text = modernEmojiOf(key);
+    if (text.isEmpty())
+        text = QString::fromUcs4(&key, 1);
+
+    QImage picture = emojiPicture(text);
+    if (picture.isNull()) {
+        picture = emptyPicture();
+        drawCodePoint(picture, key);
+    }
     QByteArray png;
     QBuffer buffer(&png);
     buffer.open(QIODevice::WriteOnly);

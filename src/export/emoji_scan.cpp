@@ -14,6 +14,60 @@ constexpr std::array<char16_t, 44> symbols = {
 
 constexpr char16_t privateUseFirst = 0xE000;
 constexpr char16_t privateUseLast = 0xE537;
+
+constexpr char16_t emojiLook = 0xFE0F;
+constexpr char16_t textLook = 0xFE0E;
+constexpr char16_t joiner = 0x200D;
+constexpr char16_t keycap = 0x20E3;
+
+char16_t unitAt(QStringView text, qsizetype i)
+{
+    return i < text.size() ? text[i].unicode() : char16_t(0);
+}
+
+char32_t characterAt(QStringView text, qsizetype i)
+{
+    const char16_t unit = unitAt(text, i);
+    const char16_t next = unitAt(text, i + 1);
+    return QChar::isHighSurrogate(unit) && QChar::isLowSurrogate(next) ? QChar::surrogateToUcs4(unit, next)
+                                                                       : unit;
+}
+
+int unitsOf(char32_t character)
+{
+    return QChar::requiresSurrogates(character) ? 2 : 1;
+}
+
+bool isFlagLetter(char32_t character)
+{
+    return character >= 0x1F1E6 && character <= 0x1F1FF;
+}
+
+/// What changes the emoji before it.
+bool isModifier(char32_t character)
+{
+    return character == emojiLook || character == keycap || (character >= 0x1F3FB && character <= 0x1F3FF) ||
+           (character >= 0xE0020 && character <= 0xE007F);
+}
+
+/// Units of the character that an emoji begins with, 0 when none does.
+int emojiBaseAt(QStringView text, qsizetype i)
+{
+    const char16_t unit = unitAt(text, i);
+    if (isKeycapBase(QChar(unit)))
+        return unitAt(text, i + 1) == keycap ||
+                       (unitAt(text, i + 1) == emojiLook && unitAt(text, i + 2) == keycap)
+                   ? 1
+                   : 0;
+    if (const EmojiHit hit = emojiAt(text, i); hit.units > 0)
+        return hit.units;
+    const char32_t character = characterAt(text, i);
+    if (character >= 0x1F800 && character <= 0x1FAFF)
+        return 2;
+    return character >= firstEmojiUnit && unitAt(text, i + unitsOf(character)) == emojiLook
+               ? unitsOf(character)
+               : 0;
+}
 } // namespace
 
 EmojiHit emojiAt(QStringView text, qsizetype i)
@@ -29,4 +83,28 @@ EmojiHit emojiAt(QStringView text, qsizetype i)
     const bool isOne = (unit >= privateUseFirst && unit <= privateUseLast) ||
                        (unit <= symbols.back() && std::binary_search(symbols.begin(), symbols.end(), unit));
     return isOne ? EmojiHit{unit, 1} : EmojiHit{};
+}
+
+bool isKeycapBase(QChar c)
+{
+    return (c >= QLatin1Char('0') && c <= QLatin1Char('9')) || c == QLatin1Char('#') || c == QLatin1Char('*');
+}
+
+int emojiSequenceAt(QStringView text, qsizetype i)
+{
+    int units = emojiBaseAt(text, i);
+    if (units == 0 || unitAt(text, i + units) == textLook)
+        return 0;
+    if (isFlagLetter(characterAt(text, i)))
+        return isFlagLetter(characterAt(text, i + units)) ? 2 * units : units;
+    for (;;) {
+        const char32_t next = characterAt(text, i + units);
+        const char32_t joined = next == joiner ? characterAt(text, i + units + 1) : 0;
+        if (isModifier(next))
+            units += unitsOf(next);
+        else if (joined >= firstEmojiUnit)
+            units += 1 + unitsOf(joined);
+        else
+            return units;
+    }
 }

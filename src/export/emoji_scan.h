@@ -16,3 +16,11 @@ inline constexpr char16_t firstEmojiUnit = 0x203C;
 /// sent, one of some forty symbols, or a character of U+1F000 to U+1F7FF. A half of such a character without
 /// its other half is none.
 EmojiHit emojiAt(QStringView text, qsizetype i);
+
+/// Units of the emoji that begins at unit `i` with all that makes one picture of it: a skin colour, a choice
+/// of look, what it is joined to, the second letter of a flag. 0 when none begins there. Knows the emoji of
+/// today, which are more than emojiAt's.
+int emojiSequenceAt(QStringView text, qsizetype i);
+
+/// True for the characters of telephone keys, which begin an emoji when the sign of a key follows.
+bool isKeycapBase(QChar c);

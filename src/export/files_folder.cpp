@@ -1,6 +1,7 @@
 #include "export/files_folder.h"
 
 #include "base/error.h"
+#include "export/attachment_file.h"
 #include "export/emoji_picture.h"
 #include "export/message_text.h"
 #include "export/output_file.h"
@@ -11,7 +12,6 @@
 #include <QFileInfo>
 
 namespace {
-constexpr qint64 longestTextBytes = 1024 * 1024;
 
 QByteArray contentOf(const QString &path)
 {
@@ -72,7 +72,7 @@ QByteArray FilesFolder::picture(const _MsgAttachment &attachment)
 std::optional<QString> FilesFolder::text(const _MsgAttachment &attachment)
 {
     const Held &held = hold(attachment);
-    if (held.name.isEmpty() || QFileInfo(m_copies.pathOf(held.name)).size() > longestTextBytes)
+    if (held.name.isEmpty() || QFileInfo(m_copies.pathOf(held.name)).size() > longestShownTextBytes)
         return std::nullopt;
     return QString::fromUtf8(contentOf(m_copies.pathOf(held.name)));
 }

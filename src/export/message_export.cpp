@@ -5,8 +5,10 @@
 #include "export/export_messages_csv.h"
 #include "export/export_messages_db.h"
 #include "export/export_messages_html.h"
+#include "export/export_messages_pdf.h"
 #include "export/export_messages_txt.h"
 #include "export/files_folder.h"
+#include "export/printed_attachments.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -50,15 +52,16 @@ std::vector<Conversation> conversationsOf(const std::vector<MessageRef> &message
     return result;
 }
 
-QString pageName(const _MsgChat *chat)
+/// `suffix` with its dot.
+QString fileNameOf(const _MsgChat *chat, const QString &suffix)
 {
-    const QString unknown = QStringLiteral("unknown-chat.html");
+    const QString unknown = QStringLiteral("unknown-chat") + suffix;
     if (!chat)
         return unknown;
     const bool byIdentifier = chat->isGroup() && !chat->chat_identifier.isEmpty();
     const QString name = byIdentifier ? chat->chat_identifier : chatName(*chat, Addresses::With);
-    const QString legal = portableFileName(name + QStringLiteral(".html"), unknown);
-    return legal == QLatin1String(".html") ? unknown : legal;
+    const QString legal = portableFileName(name + suffix, unknown);
+    return legal == suffix ? unknown : legal;
 }
 
 class MessageExport
@@ -74,23 +77,32 @@ public:
 
     void toPages(const std::vector<MessageRef> &messages)
     {
-        if (!QDir().mkpath(m_target))
-            throw Error(QStringLiteral("can not create the folder %1.").arg(m_target));
+        makeFolder();
         FilesFolder files(m_target, m_source, m_progress, m_summary);
-        FreeNames names(m_target);
         DateText dates = ExportMessagesHtml::dateLines();
-        for (const Conversation &conversation : conversationsOf(messages)) {
-            const QString path = QDir(m_target).filePath(names.take(pageName(conversation.chat)));
-            ExportMessagesHtml writer(path, files, dates);
-            run(writer, conversation.refs, path);
-        }
+        forEachConversation(messages, QStringLiteral(".html"),
+                            [&](const _MsgChat *, const QString &path) -> std::unique_ptr<Writer> {
+                                return std::make_unique<ExportMessagesHtml>(path, files, dates);
+                            });
     }
 
-    template <typename Writer>
+    void toPdf(const std::vector<MessageRef> &messages)
+    {
+        makeFolder();
+        FetchedAttachments attachments(m_source, m_progress, m_summary);
+        forEachConversation(messages, QStringLiteral(".pdf"),
+                            [&](const _MsgChat *chat, const QString &path) -> std::unique_ptr<Writer> {
+                                const QString title =
+                                    chat ? chatName(*chat, Addresses::With) : QStringLiteral("unknown");
+                                return std::make_unique<ExportMessagesPdf>(path, title, attachments);
+                            });
+    }
+
+    template <typename Format>
     void toOneFile(std::vector<MessageRef> messages)
     {
         sortForExport(messages);
-        Writer writer(m_target);
+        Format writer(m_target);
         run(writer, messages, m_target);
     }
 
@@ -109,14 +121,33 @@ public:
     const MessageExportSummary &summary() const { return m_summary; }
 
 private:
+    using Writer = AbsFormatExport<MessageRef>;
+
     QString m_target;
     FileSource *m_source;
     Progress &m_progress;
     CountedProgress m_counted;
     MessageExportSummary m_summary;
 
-    void run(AbsFormatExport<MessageRef> &writer, const std::vector<MessageRef> &messages,
-             const QString &path)
+    void makeFolder() const
+    {
+        if (!QDir().mkpath(m_target))
+            throw Error(QStringLiteral("can not create the folder %1.").arg(m_target));
+    }
+
+    template <typename MakeWriter>
+    void forEachConversation(const std::vector<MessageRef> &messages, const QString &suffix,
+                             const MakeWriter &makeWriter)
+    {
+        FreeNames names(m_target);
+        for (const Conversation &conversation : conversationsOf(messages)) {
+            const QString name = names.take(fileNameOf(conversation.chat, suffix));
+            const QString path = QDir(m_target).filePath(name);
+            run(*makeWriter(conversation.chat, path), conversation.refs, path);
+        }
+    }
+
+    void run(Writer &writer, const std::vector<MessageRef> &messages, const QString &path)
     {
         writer.begin();
         for (const MessageRef &ref : messages) {
@@ -141,6 +172,9 @@ MessageExportSummary exportMessages(const std::vector<MessageRef> &messages, Mes
     case MessageFormat::Csv:
         job.toOneFile<ExportMessagesCsv>(messages);
         break;
+    case MessageFormat::Pdf:
+        job.toPdf(messages);
+        break;
     case MessageFormat::Html:
         job.toPages(messages);
         break;
@@ -159,6 +193,8 @@ std::optional<MessageFormat> messageFormatOf(const QString &name)
         return MessageFormat::Text;
     if (name == QLatin1String("csv"))
         return MessageFormat::Csv;
+    if (name == QLatin1String("pdf"))
+        return MessageFormat::Pdf;
     if (name == QLatin1String("html"))
         return MessageFormat::Html;
     if (name == QLatin1String("db"))

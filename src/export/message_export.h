@@ -29,5 +29,5 @@ struct MessageExportSummary
 MessageExportSummary exportMessages(const std::vector<MessageRef> &messages, MessageFormat format,
                                     const QString &target, FileSource *source, Progress &progress);
 
-/// Nothing for an unknown name; "text", "csv", "html", "db".
+/// Nothing for an unknown name; "text", "csv", "pdf", "html", "db". PDF needs a QGuiApplication.
 std::optional<MessageFormat> messageFormatOf(const QString &name);

@@ -81,6 +81,13 @@ QString systemText(const _MsgMessage &message)
     }
 }
 
+QString senderLabel(const MessageRef &ref)
+{
+    const _MsgMessage &message = *ref.message;
+    const bool named = ref.chat && ref.chat->isGroup() && message.is_from_me == 0 && message.handle;
+    return named ? message.handle->name() : QString();
+}
+
 QString messageBody(const _MsgMessage &message)
 {
     const QString text = withoutPlaces(message.text);

@@ -9,6 +9,9 @@ AttachmentKind attachmentKind(const QString &mimeType);
 /// The sentence of a system item: who did what, and on a line of its own when.
 QString systemText(const _MsgMessage &message);
 
+/// Who speaks: the sender's name, for what comes in in a group; otherwise empty.
+QString senderLabel(const MessageRef &ref);
+
 /// What a bubble says: the subject as a line of its own, and the text without the place holders of
 /// attachments, trimmed.
 QString messageBody(const _MsgMessage &message);

@@ -708,6 +708,14 @@
         <translation>One page a conversation, with pictures. Opens in any browser.</translation>
     </message>
     <message>
+        <source>IDS_FORMAT_PDF</source>
+        <translation>Documents (PDF)</translation>
+    </message>
+    <message>
+        <source>IDS_FORMAT_PDF_HINT</source>
+        <translation>One document a conversation, with pictures, to print or to hand on.</translation>
+    </message>
+    <message>
         <source>IDS_FORMAT_TEXT</source>
         <translation>Plain text</translation>
     </message>

@@ -30,6 +30,7 @@ struct FormatRow
 };
 constexpr FormatRow formatRows[] = {
     {MessageFormat::Html, "IDS_FORMAT_HTML", "IDS_FORMAT_HTML_HINT", nullptr, ""},
+    {MessageFormat::Pdf, "IDS_FORMAT_PDF", "IDS_FORMAT_PDF_HINT", nullptr, ""},
     {MessageFormat::Text, "IDS_FORMAT_TEXT", "IDS_FORMAT_TEXT_HINT", "IDS_FILTER_TEXT_FILES", ".txt"},
     {MessageFormat::Csv, "IDS_FORMAT_CSV", "IDS_FORMAT_CSV_HINT", "IDS_FILTER_CSV_FILES", ".csv"},
 };

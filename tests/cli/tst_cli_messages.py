@@ -8,6 +8,7 @@ import json
 import re
 import shutil
 import sqlite3
+import subprocess
 import urllib.parse
 import zoneinfo
 
@@ -247,6 +248,16 @@ class Export(Case):
                     self.assertFalse(link.startswith(("http:", "https:", "/", "file:")))
                     self.assertTrue(link == "#" or (folder / link).is_file())
 
+    def test_pdf_is_a_document_for_each_conversation(self):
+        backup = self.sample("--ios", "17", "--password", PASSWORD)
+        documents = self.export(self.folder / "as documents", backup, "--format", "pdf", password=PASSWORD)
+        pages = self.export(self.folder / "as pages", backup, "--format", "html", password=PASSWORD)
+        self.assertEqual({path.name for path in documents.iterdir()},
+                         {f"{page.stem}.pdf" for page in pages.glob("*.html")})
+        read = subprocess.run(["pdftotext", documents / "Ada Brückner (+14155550132).pdf", "-"],
+                              check=True, capture_output=True)
+        self.assertIn("Shall we meet at the bridge at seven?", read.stdout.decode())
+
     def test_the_same_twice(self):
         backup = self.sample("--ios", "12")
 
@@ -262,8 +273,8 @@ class Export(Case):
         backup = self.sample("--ios", "9")
         a_file = self.folder / "a file"
         a_file.write_text("mine")
-        for form, target in (("text", self.folder), ("csv", self.folder), ("html", a_file), ("text", a_file / "below"),
-                             ("html", "/proc/none/here")):
+        for form, target in (("text", self.folder), ("csv", self.folder), ("html", a_file), ("pdf", a_file),
+                             ("text", a_file / "below"), ("html", "/proc/none/here")):
             with self.subTest(form, target=str(target)):
                 self.refuse(1, "export", "messages", backup, "--format", form, "-o", target)
         self.assertEqual(a_file.read_text(), "mine")

@@ -63,10 +63,6 @@ class Usage(Case):
             self.assertEqual((ended.returncode, ended.stderr), (0, b""))
             self.assertTrue(ended.stdout)
 
-    def test_a_format_that_has_no_writer_yet_writes_nothing(self):
-        self.refuse(1, "export", "messages", self.sample(), "--format", "pdf", "-o", "x", cwd=self.folder)
-        self.assertFalse((self.folder / "x").exists())
-
     def test_no_such_backup(self):
         a_file = self.folder / "a file"
         a_file.write_text("x")

@@ -1,5 +1,6 @@
 #include "base/texts.h"
 #include "export/message_export.h"
+#include "obstacles.h"
 #include "read_back.h"
 #include "resources/resources.h"
 #include "sample_messages.h"
@@ -28,32 +29,6 @@ QStringList bubbleTexts(const QJsonObject &page)
     for (const QJsonValue &bubble : page[QLatin1String("bubbles")].toArray())
         result += bubble.toArray()[1].toString();
     return result;
-}
-
-/// Stops after some questions whether to stop.
-class StopAfter : public Progress
-{
-public:
-    explicit StopAfter(int questions) : m_left(questions) {}
-    void report(const QString &status, int percent, const QString &detail) override
-    {
-        reports += QStringLiteral("%1|%2|%3").arg(status).arg(percent).arg(detail);
-    }
-    bool isCancelled() const override { return m_left-- <= 0; }
-    QStringList reports;
-
-private:
-    mutable int m_left;
-};
-
-QString failureOf(const std::function<void()> &work)
-{
-    try {
-        work();
-    } catch (const Error &error) {
-        return error.sentence();
-    }
-    return {};
 }
 } // namespace
 
@@ -499,8 +474,8 @@ void TestMessageExport::failures_data()
                                        << "%1/file";
     QTest::newRow("pages below a file") << MessageFormat::Html << "%1/file/x"
                                         << "%1/file/x";
-    QTest::newRow("not a format yet") << MessageFormat::Pdf << "%1/x"
-                                      << "not support export format.";
+    QTest::newRow("documents below a file") << MessageFormat::Pdf << "%1/file/x"
+                                            << "%1/file/x";
     QTest::newRow("no format") << MessageFormat(7) << "%1/x"
                                << "not support export format.";
 }
@@ -535,6 +510,7 @@ void TestMessageExport::formatNames()
 {
     QCOMPARE(messageFormatOf(QStringLiteral("text")), MessageFormat::Text);
     QCOMPARE(messageFormatOf(QStringLiteral("csv")), MessageFormat::Csv);
+    QCOMPARE(messageFormatOf(QStringLiteral("pdf")), MessageFormat::Pdf);
     QCOMPARE(messageFormatOf(QStringLiteral("html")), MessageFormat::Html);
     QVERIFY(!messageFormatOf(QStringLiteral("vcard")));
 }

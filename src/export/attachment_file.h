@@ -1,0 +1,21 @@
+#pragma once
+
+#include "backup/file_source.h"
+#include "messages/msg_records.h"
+
+/// A text file longer than this is not shown as a message.
+inline constexpr qint64 longestShownTextBytes = 1024 * 1024;
+
+// How an export gets at the file of an attachment. `source` may be null everywhere.
+
+/// True when the file can be read on this computer as it is.
+bool isLocalAttachment(const _MsgAttachment &attachment);
+
+/// Why the file cannot be had; empty when there is hope.
+QString whyMissing(const _MsgAttachment &attachment, const FileSource *source);
+
+/// What the summary of an export says of an attachment that could not be had.
+QString missingAttachmentText(const _MsgAttachment &attachment, const QString &reason);
+
+/// A name for the file that is legal everywhere; the device's may hold anything.
+QString attachmentFileName(const _MsgAttachment &attachment);

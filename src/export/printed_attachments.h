@@ -1,0 +1,49 @@
+#pragma once
+
+#include "base/progress.h"
+#include "export/message_export.h"
+
+#include <QImage>
+#include <QTemporaryDir>
+
+#include <functional>
+#include <optional>
+
+class FileSource;
+
+/// What paper shows of the files that came with messages.
+class PrintedAttachments
+{
+public:
+    virtual ~PrintedAttachments() = default;
+
+    /// The small picture of an image or the picture of a card; null when there is none.
+    virtual QImage picture(const _MsgAttachment &attachment) = 0;
+    struct Text
+    {
+        bool isThere = false;
+        std::optional<QString> content; // nothing when it is too long for a bubble
+    };
+    /// What a text file says.
+    virtual Text text(const _MsgAttachment &attachment) = 0;
+};
+
+/// Fetches the files from a source, one at a time, and keeps none of them. One that cannot be had is noted.
+class FetchedAttachments : public PrintedAttachments
+{
+public:
+    /// `source` may be null; the others must outlive this.
+    FetchedAttachments(FileSource *source, Progress &progress, MessageExportSummary &summary);
+
+    /// Throws Cancelled.
+    QImage picture(const _MsgAttachment &attachment) override;
+    Text text(const _MsgAttachment &attachment) override;
+
+private:
+    FileSource *m_source;
+    Progress &m_progress;
+    MessageExportSummary &m_summary;
+    QTemporaryDir m_folder;
+
+    void withFile(const _MsgAttachment &attachment, const std::function<void(const QString &path)> &read);
+};
