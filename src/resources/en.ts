@@ -664,6 +664,14 @@
         <translation>Backing up Messages...</translation>
     </message>
     <message>
+        <source>IDS_PRINTING_MESSAGES</source>
+        <translation>Printing Messages now. Please wait...</translation>
+    </message>
+    <message>
+        <source>IDS_SUC_PRINTED_%1_MESSAGES</source>
+        <translation>Successfully printed %1 Messages.</translation>
+    </message>
+    <message>
         <source>IDS_EXPORT_INTO_FILE</source>
         <translation>Save as this file:</translation>
     </message>

@@ -6,12 +6,15 @@
 #include "work/backup_mms_thread.h"
 #include "work/delete_mms_thread.h"
 #include "work/message_boxes.h"
+#include "work/print_messages_thread.h"
 #include "work/run_job.h"
 
 #include <QAction>
 #include <QDir>
 #include <QFileDialog>
 #include <QIcon>
+#include <QPrintDialog>
+#include <QPrinter>
 
 MessageActions::MessageActions(const MessageOrigin &origin, std::function<Selection()> selected,
                                QWidget *view)
@@ -22,6 +25,7 @@ MessageActions::MessageActions(const MessageOrigin &origin, std::function<Select
       m_save(newAction("IDS_SAVE_TO_DATABASE", "actSave", ":/res/act_save.png",
                        &MessageActions::saveToDatabase)),
       m_remove(newAction("IDS_DELETE", "actRemove", ":/res/act_remove.png", &MessageActions::askAndRemove)),
+      m_print(newAction("IDS_PRINT", "actPrint", ":/res/act_print.png", &MessageActions::print)),
       m_attachments(newAction("IDS_SAVE_ATTACHMENTS", "actAttachments", ":/res/act_save.png",
                               &MessageActions::extractAttachments))
 {
@@ -48,6 +52,7 @@ void MessageActions::setState(const QString &what, const QString &whyNot)
     };
     show(m_save, "IDS_SAVE_TO_DATABASE", "IDS_SAVE_%1");
     show(m_remove, "IDS_DELETE", "IDS_DELETE_%1");
+    show(m_print, "IDS_PRINT", "IDS_PRINT_%1");
     show(m_attachments, "IDS_SAVE_ATTACHMENTS", "IDS_SAVE_ATTACHMENTS_OF_%1");
     m_attachments->setText(textFor("IDS_SAVE_ATTACHMENTS"));
 }
@@ -104,4 +109,23 @@ bool MessageActions::extractAttachmentsTo(const QString &folder)
     auto worker = std::make_unique<AttachmentExtractThread>(std::move(selection.messages), selection.owner,
                                                             selection.owner->files, folder);
     return runJob(textFor("IDS_EXTRACTING_ATTACHMENTS"), worker, m_view, folder);
+}
+
+void MessageActions::print()
+{
+    auto printer = std::make_shared<QPrinter>(QPrinter::HighResolution);
+    printer->setDocName(textFor("IDS_MESSAGES"));
+    QPrintDialog dialog(printer.get(), m_view);
+    dialog.setWindowTitle(m_print->text());
+    if (dialog.exec() == QDialog::Accepted)
+        printOn(printer);
+}
+
+bool MessageActions::printOn(std::shared_ptr<QPrinter> printer)
+{
+    Selection selection = m_selected();
+    PrintMessagesThread::Paper paper{printer, [printer] { printer->abort(); }};
+    auto worker = std::make_unique<PrintMessagesThread>(std::move(selection.messages), selection.owner,
+                                                        selection.owner->files, std::move(paper));
+    return runJob(textFor("IDS_PRINTING_MESSAGES"), worker, m_view);
 }

@@ -7,6 +7,7 @@
 #include <functional>
 
 class QAction;
+class QPrinter;
 class QWidget;
 
 /// What can be done with the messages that are selected in a view, besides exporting them: printing, saving
@@ -30,6 +31,7 @@ public:
     QAction *saveAction() const { return isLocal() ? nullptr : m_save; }
     /// Null for anything but a local database.
     QAction *removeAction() const { return isLocal() ? m_remove : nullptr; }
+    QAction *printAction() const { return m_print; }
     QAction *attachmentsAction() const { return m_attachments; }
 
     /// `what` is selected, such as "3 messages". Nothing can be done with it when there is a reason why not.
@@ -39,6 +41,7 @@ public:
     bool saveInto(const QString &folder);
     bool remove();
     bool extractAttachmentsTo(const QString &folder);
+    bool printOn(std::shared_ptr<QPrinter> printer);
 
 signals:
     /// A local database has got messages, or lost some.
@@ -52,11 +55,13 @@ private:
     void saveToDatabase();
     void askAndRemove();
     void extractAttachments();
+    void print();
 
     MessageOrigin m_origin;
     std::function<Selection()> m_selected;
     QWidget *m_view;
     QAction *m_save;
     QAction *m_remove;
+    QAction *m_print;
     QAction *m_attachments;
 };

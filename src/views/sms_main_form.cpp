@@ -134,7 +134,8 @@ void SMSMainForm::buildList()
     m_list->setContextMenuPolicy(Qt::ActionsContextMenu);
     for (QWidget *list :
          {static_cast<QWidget *>(m_list), static_cast<QWidget *>(m_conversation->messageList())})
-        for (QAction *action : {exportAction(), saveAction(), removeAction(), m_actions->attachmentsAction()})
+        for (QAction *action : {exportAction(), saveAction(), printAction(), m_actions->attachmentsAction(),
+                                removeAction()})
             if (action)
                 list->addAction(action);
     m_list->setSortingEnabled(true);

@@ -35,6 +35,7 @@ public:
     QLineEdit *filterEdit() const override { return m_filter; }
     QAction *saveAction() const override { return m_actions->saveAction(); }
     QAction *removeAction() const override { return m_actions->removeAction(); }
+    QAction *printAction() const override { return m_actions->printAction(); }
     void reload() override;
 
     /// Exports what is selected as chosen, under the progress dialog. True when it was done.

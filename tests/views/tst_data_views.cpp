@@ -17,6 +17,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
+#include <QPrinter>
 #include <QSignalSpy>
 #include <QTest>
 #include <QToolButton>
@@ -71,6 +72,7 @@ private slots:
     void singleMessagesAreChosen();
     void savedAndDeletedInALocalDatabase();
     void attachmentsAreSaved();
+    void selectionIsPrinted();
     void damageIsTold();
     void exportCancelledLeavesNothing();
     void noMessages_data();
@@ -247,6 +249,25 @@ void TestDataViews::attachmentsAreSaved()
              QStringLiteral("Successfully extacted %1 MMS attachment to %2.")
                  .arg(files.size())
                  .arg(target.path()));
+}
+
+void TestDataViews::selectionIsPrinted()
+{
+    const SampleBackup sample;
+    SMSMainForm form({sample.opened()});
+    form.show();
+    QTRY_VERIFY(isLoaded(form));
+    QCOMPARE(form.printAction()->text(), QStringLiteral("Print 1 conversation"));
+    QTemporaryDir target;
+    const QString file = target.filePath(QStringLiteral("paper.pdf"));
+    auto printer = std::make_shared<QPrinter>();
+    printer->setOutputFormat(QPrinter::PdfFormat);
+    printer->setOutputFileName(file);
+    const AnswerBox done;
+    QVERIFY(form.actions().printOn(printer));
+    QVERIFY(done.text().startsWith(QStringLiteral("Successfully printed ")));
+    QFile written(file);
+    QVERIFY(written.open(QIODevice::ReadOnly) && written.read(4) == "%PDF");
 }
 
 void TestDataViews::damageIsTold()
