@@ -7,12 +7,6 @@
 #include <QFileInfo>
 #include <QScopeGuard>
 
-#include <sqlite3.h>
-
-namespace {
-constexpr int longestWaitMs = 2000;
-}
-
 AbsLocalDb::AbsLocalDb(const QString &folder, const QString &fileName, const QString &script)
     : m_path(QDir(folder).filePath(fileName)), m_script(script)
 {
@@ -38,8 +32,6 @@ bool AbsLocalDb::openExisting()
 void AbsLocalDb::openFile()
 {
     m_db.openThrow(m_path, SqliteOpen::ReadWriteCreate);
-    // Another view may have the store open at the same moment, for as long as a few statements take.
-    sqlite3_busy_timeout(m_db.handle(), longestWaitMs);
     auto closeOnFailure = qScopeGuard([this] { m_db.close(); });
     prepare();
     Sqlite3Transaction transaction(m_db);

@@ -31,6 +31,7 @@ struct CalendarEvent
 
     bool operator==(const CalendarEvent &) const = default;
 };
+Q_DECLARE_TYPEINFO(CalendarEvent, Q_RELOCATABLE_TYPE);
 
 /// True for an all-day or floating event: it means the same day wherever one is, the day as it is stored.
 inline bool isDayAsStored(const CalendarEvent &event)

@@ -32,3 +32,4 @@ struct CallEntry
 
     bool operator==(const CallEntry &) const = default;
 };
+Q_DECLARE_TYPEINFO(CallEntry, Q_RELOCATABLE_TYPE);

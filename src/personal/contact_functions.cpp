@@ -6,6 +6,7 @@
 #include <sqlite3.h>
 
 #include <algorithm>
+#include <array>
 
 namespace {
 constexpr qsizetype suffixDigits = 9;
@@ -56,11 +57,12 @@ QString numberSuffix(const QString &number)
     const auto isLetter = [](QChar c) { return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z'); };
     if (std::any_of(number.begin(), number.end(), isLetter))
         return number;
-    QString digits;
-    for (const QChar c : number)
-        if (c >= u'0' && c <= u'9')
-            digits.append(c);
-    return digits.right(suffixDigits);
+    std::array<QChar, suffixDigits> digits;
+    auto first = digits.end();
+    for (auto c = number.crbegin(); c != number.crend() && first != digits.begin(); ++c)
+        if (*c >= u'0' && *c <= u'9')
+            *--first = *c;
+    return QString(first, digits.end() - first);
 }
 
 void registerContactFunctions(Sqlite3DB &db)

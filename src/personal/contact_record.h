@@ -5,7 +5,7 @@
 #include <QMap>
 #include <QString>
 
-#include <array>
+#include <vector>
 
 /// Kinds of a contact's data rows. The number is what a local database stores as a row's `type`.
 enum class ContactDataKind {
@@ -27,16 +27,40 @@ enum class ContactDataKind {
 /// One row: data1 to data14 are texts whose meaning depends on the row's kind, data15 is bytes.
 struct ContactDataRow
 {
+    static constexpr int textColumns = 14;
+
     qint64 id = 0; // of the row in a local database, 0 elsewhere
-    std::array<QString, 14> texts;
     QByteArray data15;
 
     /// `column` is 1 to 14.
-    const QString &data(int column) const { return texts.at(static_cast<std::size_t>(column - 1)); }
-    QString &data(int column) { return texts.at(static_cast<std::size_t>(column - 1)); }
+    const QString &data(int column) const
+    {
+        const auto index = static_cast<std::size_t>(column - 1);
+        return index < m_texts.size() ? m_texts[index] : m_none;
+    }
+    /// The same to be changed. Valid until a later column is.
+    QString &data(int column)
+    {
+        const auto size = static_cast<std::size_t>(column);
+        if (m_texts.size() < size)
+            m_texts.resize(size);
+        return m_texts[size - 1];
+    }
 
-    bool operator==(const ContactDataRow &) const = default;
+    bool operator==(const ContactDataRow &other) const
+    {
+        for (int column = 1; column <= textColumns; ++column)
+            if (data(column) != other.data(column))
+                return false;
+        return id == other.id && data15 == other.data15;
+    }
+
+private:
+    // Up to the last column that is set: an address book has a hundred thousand rows, most with two texts.
+    std::vector<QString> m_texts;
+    inline static const QString m_none;
 };
+Q_DECLARE_TYPEINFO(ContactDataRow, Q_RELOCATABLE_TYPE);
 
 /// One contact as typed rows, in the order of reading.
 struct ContactRecord
@@ -47,3 +71,4 @@ struct ContactRecord
 
     bool operator==(const ContactRecord &) const = default;
 };
+Q_DECLARE_TYPEINFO(ContactRecord, Q_RELOCATABLE_TYPE);

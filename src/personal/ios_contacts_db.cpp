@@ -7,6 +7,9 @@
 
 #include <QHash>
 
+#include <algorithm>
+#include <vector>
+
 namespace {
 // What the device's ABMultiValue.property means here.
 enum Property { Phone = 3, Email = 4, Address = 5, Date = 12, InstantMessage = 13, Url = 22, Related = 23 };
@@ -55,8 +58,6 @@ QString imService(const QString &service)
     return found == numbers.constEnd() ? QString() : QString::number(*found);
 }
 
-using Entries = QHash<qint64, QList<std::pair<QString, QString>>>; // multi-value UID -> (key, value)
-
 QHash<qint64, QString> readTexts(const Sqlite3DB &db, const QString &table)
 {
     QHash<qint64, QString> texts;
@@ -68,23 +69,15 @@ QHash<qint64, QString> readTexts(const Sqlite3DB &db, const QString &table)
     return texts;
 }
 
-Entries readEntries(const Sqlite3DB &db)
+/// What the key of a dictionary entry stands for, told once for each key and not for each entry.
+struct EntryKey
 {
-    Entries entries;
-    if (!db.hasTable(QStringLiteral("ABMultiValueEntry")))
-        return entries;
-    const QHash<qint64, QString> keys = readTexts(db, QStringLiteral("ABMultiValueEntryKey"));
-    Sqlite3Cursor row =
-        db.queryThrow(QStringLiteral("select parent_id, key, value from ABMultiValueEntry order by rowid"));
-    while (row.moveNext()) {
-        const auto key = keys.constFind(row.getInt64(1));
-        if (key != keys.constEnd())
-            entries[row.getInt64(0)].append({*key, row.getText(2)});
-    }
-    return entries;
-}
+    int addressColumn = 0; // 0: none
+    bool isService = false;
+    bool isUserName = false;
+};
 
-void fillAddress(ContactDataRow &row, const QList<std::pair<QString, QString>> &entries)
+EntryKey entryKey(const QString &name)
 {
     // Devices have written the keys in either case.
     static const QHash<QString, int> columns{{QStringLiteral("country"), 10},
@@ -92,21 +85,98 @@ void fillAddress(ContactDataRow &row, const QList<std::pair<QString, QString>> &
                                              {QStringLiteral("city"), 7},
                                              {QStringLiteral("street"), 4},
                                              {QStringLiteral("zip"), 9}};
-    for (const auto &[key, value] : entries)
-        if (const int column = columns.value(key.toLower()))
-            row.data(column) = value;
+    const QString key = name.toLower();
+    return {columns.value(key), key == QLatin1String("service"), key == QLatin1String("username")};
+}
+
+struct DictionaryEntry
+{
+    qint64 parent; // UID of a multi-value
+    EntryKey key;
+    QString value;
+};
+
+/// The parts of addresses and messenger names, by the value that they belong to.
+class Dictionaries
+{
+public:
+    explicit Dictionaries(const Sqlite3DB &db)
+    {
+        if (!db.hasTable(QStringLiteral("ABMultiValueEntry")))
+            return;
+        QHash<qint64, EntryKey> keys;
+        const QHash<qint64, QString> names = readTexts(db, QStringLiteral("ABMultiValueEntryKey"));
+        for (auto name = names.constBegin(); name != names.constEnd(); ++name)
+            keys.insert(name.key(), entryKey(name.value()));
+        Sqlite3Cursor row = db.queryThrow(
+            QStringLiteral("select parent_id, key, value from ABMultiValueEntry order by rowid"));
+        while (row.moveNext()) {
+            const auto key = keys.constFind(row.getInt64(1));
+            if (key != keys.constEnd())
+                m_entries.push_back({row.getInt64(0), *key, row.getText(2)});
+        }
+        std::stable_sort(m_entries.begin(), m_entries.end(),
+                         [](const auto &a, const auto &b) { return a.parent < b.parent; });
+    }
+
+    template <typename Visit>
+    void forEach(qint64 parent, Visit visit) const
+    {
+        auto entry = std::lower_bound(m_entries.begin(), m_entries.end(), parent,
+                                      [](const auto &a, qint64 wanted) { return a.parent < wanted; });
+        for (; entry != m_entries.end() && entry->parent == parent; ++entry)
+            visit(*entry);
+    }
+
+private:
+    std::vector<DictionaryEntry> m_entries;
+};
+
+void fillAddress(ContactDataRow &row, const Dictionaries &dictionaries, qint64 uid)
+{
+    dictionaries.forEach(uid, [&row](const DictionaryEntry &entry) {
+        if (entry.key.addressColumn != 0)
+            row.data(entry.key.addressColumn) = entry.value;
+    });
     row.data(1) = composeAddress(row);
 }
 
-void fillInstantMessage(ContactDataRow &row, const QList<std::pair<QString, QString>> &entries)
+void fillInstantMessage(ContactDataRow &row, const Dictionaries &dictionaries, qint64 uid)
 {
-    for (const auto &[key, value] : entries) {
-        if (key.compare(QLatin1String("service"), Qt::CaseInsensitive) == 0)
-            row.data(5) = imService(value);
-        else if (key.compare(QLatin1String("username"), Qt::CaseInsensitive) == 0)
-            row.data(1) = value;
-    }
+    dictionaries.forEach(uid, [&row](const DictionaryEntry &entry) {
+        if (entry.key.isService)
+            row.data(5) = imService(entry.value);
+        else if (entry.key.isUserName)
+            row.data(1) = entry.value;
+    });
 }
+
+/// Type number and custom text of the labels, by row id; the few that there are stand on thousands of values.
+class Labels
+{
+public:
+    explicit Labels(const Sqlite3DB &db) : m_texts(readTexts(db, QStringLiteral("ABMultiValueLabel"))) {}
+
+    /// Null when there is no such label.
+    const std::pair<QString, QString> *find(ContactDataKind kind, qint64 rowid)
+    {
+        const auto text = m_texts.constFind(rowid);
+        if (text == m_texts.constEnd())
+            return nullptr;
+        auto &ofKind = m_known[kind];
+        auto known = ofKind.find(rowid);
+        if (known == ofKind.end()) {
+            QString custom;
+            const QString type = QString::number(contactTypeOfLabel(kind, *text, custom));
+            known = ofKind.insert(rowid, {type, custom});
+        }
+        return &*known;
+    }
+
+private:
+    QHash<qint64, QString> m_texts;
+    QMap<ContactDataKind, QHash<qint64, std::pair<QString, QString>>> m_known;
+};
 
 void addText(ContactRecord &record, ContactDataKind kind, const QString &text)
 {
@@ -114,7 +184,7 @@ void addText(ContactRecord &record, ContactDataKind kind, const QString &text)
         return;
     ContactDataRow row;
     row.data(1) = text;
-    record.rows[kind].append(row);
+    record.rows[kind].append(std::move(row));
 }
 } // namespace
 
@@ -195,20 +265,20 @@ QList<IOSContactsDb::Person> IOSContactsDb::readPeople()
         name.data(5) = row.getText(prefix);
         name.data(6) = row.getText(suffix);
         name.data(1) = composeDisplayName(name);
-        record.rows[ContactDataKind::Name].append(name);
+        record.rows[ContactDataKind::Name].append(std::move(name));
         ContactDataRow work;
         work.data(1) = row.getText(organization);
         work.data(4) = row.getText(jobTitle);
         work.data(5) = row.getText(department);
         if (work != ContactDataRow())
-            record.rows[ContactDataKind::Organization].append(work);
+            record.rows[ContactDataKind::Organization].append(std::move(work));
         addText(record, ContactDataKind::Note, row.getText(note));
         // Zero stands for "none" on the device, and so does everything before it.
         if (const qint64 seconds = row.getInt64(birthday); seconds > 0) {
             ContactDataRow event;
             event.data(2) = QString::number(birthdayType);
             if (fillDate(event, seconds, record))
-                record.rows[ContactDataKind::Event].append(event);
+                record.rows[ContactDataKind::Event].append(std::move(event));
         }
         addText(record, ContactDataKind::Nickname, row.getText(nickname));
         people.append(std::move(person));
@@ -232,7 +302,7 @@ void IOSContactsDb::readPhotos(QList<Person> &people)
                     continue;
                 ContactDataRow photo;
                 photo.data15 = row.getBlob(0);
-                person.record.rows[ContactDataKind::Photo].append(photo);
+                person.record.rows[ContactDataKind::Photo].append(std::move(photo));
             } catch (const Error &error) {
                 failures.append(error.sentence());
             }
@@ -255,26 +325,30 @@ void IOSContactsDb::readValues(QList<Person> &people)
     byRowid.reserve(people.size());
     for (Person &person : people)
         byRowid.insert(person.rowid, &person.record);
-    const QHash<qint64, QString> labels = readTexts(m_people, QStringLiteral("ABMultiValueLabel"));
-    const Entries entries = readEntries(m_people);
+    Labels labels(m_people);
+    const Dictionaries dictionaries(m_people);
     Sqlite3Cursor row = m_people.queryThrow(
         QStringLiteral("select UID, record_id, property, label, value from ABMultiValue order by rowid"));
     while (row.moveNext()) {
         ContactRecord *record = byRowid.value(row.getInt64(1));
         const auto kind = kindOf(row.getInt(2));
-        const auto label = row.isNull(3) ? labels.constEnd() : labels.constFind(row.getInt64(3));
-        if (!record || !kind || label == labels.constEnd())
+        if (!record || !kind || row.isNull(3))
+            continue;
+        const auto *label = labels.find(*kind, row.getInt64(3));
+        if (!label)
             continue;
         ContactDataRow value;
-        value.data(2) = QString::number(contactTypeOfLabel(*kind, *label, value.data(3)));
+        value.data(2) = label->first;
+        if (!label->second.isEmpty())
+            value.data(3) = label->second;
         if (*kind == ContactDataKind::PostalAddress)
-            fillAddress(value, entries.value(row.getInt64(0)));
+            fillAddress(value, dictionaries, row.getInt64(0));
         else if (*kind == ContactDataKind::Im)
-            fillInstantMessage(value, entries.value(row.getInt64(0)));
+            fillInstantMessage(value, dictionaries, row.getInt64(0));
         else if (*kind != ContactDataKind::Event)
             value.data(1) = row.getText(4);
         else if (!fillDate(value, row.getInt64(4), *record))
             continue;
-        record->rows[*kind].append(value);
+        record->rows[*kind].append(std::move(value));
     }
 }

@@ -2,6 +2,7 @@
 
 #include "personal/contact_words.h"
 
+#include <array>
 #include <utility>
 
 namespace {
@@ -73,10 +74,12 @@ public:
             return;
         ContactDataRow row;
         row.id = cursor.getInt64(m_id);
-        for (std::size_t i = 0; i < 14; ++i)
-            row.texts.at(i) = cursor.getText(m_data.at(i));
+        for (int column = 1; column <= ContactDataRow::textColumns; ++column)
+            if (QString text = cursor.getText(m_data.at(static_cast<std::size_t>(column - 1)));
+                !text.isEmpty())
+                row.data(column) = std::move(text);
         row.data15 = cursor.getBlob(m_data.at(14));
-        record.rows[static_cast<ContactDataKind>(type)].append(row);
+        record.rows[static_cast<ContactDataKind>(type)].append(std::move(row));
     }
 
 private:
@@ -164,10 +167,12 @@ std::optional<ContactRecord> LocalContactsDb::read(qint64 id)
 }
 
 // LIKE cannot use an index, so a name without wildcards is looked up in a table of all names: folded as LIKE
-// folds them, which is for ASCII letters only, and the lowest id first.
+// folds them, which is for ASCII letters only, and the lowest id first. A name with a NUL is looked up there
+// too, since LIKE would compare no further than that.
 qint64 LocalContactsDb::findByName(const QString &fullName)
 {
-    if (fullName.contains(QLatin1Char('%')) || fullName.contains(QLatin1Char('_'))) {
+    const bool hasWildcard = fullName.contains(QLatin1Char('%')) || fullName.contains(QLatin1Char('_'));
+    if (hasWildcard && !fullName.contains(QChar(0))) {
         Sqlite3Cursor &row = m_db.cachedThrow(
             Sqlite3Sql(QStringLiteral("select _id,src_id from contact where full_name%1 limit 1")
                            .arg(m_db.likeCondition(fullName)))

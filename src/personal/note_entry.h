@@ -17,3 +17,4 @@ struct NoteEntry
 
     bool operator==(const NoteEntry &) const = default;
 };
+Q_DECLARE_TYPEINFO(NoteEntry, Q_RELOCATABLE_TYPE);

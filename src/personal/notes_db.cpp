@@ -158,10 +158,14 @@ bool LocalNotesDb::save(const NoteEntry &note)
         there.reset();
     }
     Sqlite3Sql sql(
-        id != 0 ? QStringLiteral("update notes set create_date=?,modified_date=?,title=?,summary=?,content=?,"
-                                 "dev_id=?,src_id=? where _id=?")
-                : QStringLiteral("insert into notes(create_date,modified_date,title,summary,content,dev_id,"
-                                 "src_id,hash) values(?,?,?,?,?,?,?,?)"));
+        id != 0
+            ? QStringLiteral(
+                  "update notes set create_date=?1,modified_date=?2,title=?3,summary=?4,content=?5,dev_id=?6,"
+                  "src_id=?7 where _id=?8 and "
+                  "(create_date,modified_date,title,summary,content,dev_id,src_id) "
+                  "is not (?1,?2,?3,?4,?5,?6,?7)")
+            : QStringLiteral("insert into notes(create_date,modified_date,title,summary,content,dev_id,"
+                             "src_id,hash) values(?,?,?,?,?,?,?,?)"));
     sql.addInt64Param(unixOf(note.create_date))
         .addInt64Param(unixOf(note.modified_date))
         .addTextParam(note.title)

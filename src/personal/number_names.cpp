@@ -6,6 +6,8 @@
 #include "sqlite/sqlite3_db.h"
 
 namespace {
+constexpr qsizetype valuesOfAPerson = 5; // a guess that saves growing step by step
+
 QHash<qint64, QString> readPersonNames(const Sqlite3DB &db)
 {
     QHash<qint64, QString> names;
@@ -27,6 +29,7 @@ NumberNames::NumberNames(FileSource &source)
         Sqlite3DB db;
         db.openThrow(*path);
         const QHash<qint64, QString> persons = readPersonNames(db);
+        m_names.reserve(persons.size() * valuesOfAPerson);
         Sqlite3Cursor row =
             db.queryThrow(QStringLiteral("select record_id, value from ABMultiValue order by rowid"));
         while (row.moveNext()) {

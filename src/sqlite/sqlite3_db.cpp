@@ -8,6 +8,8 @@
 #include <sqlite3.h>
 
 namespace {
+constexpr int longestWaitMs = 2000;
+
 int flagsOf(SqliteOpen mode)
 {
     switch (mode) {
@@ -37,9 +39,9 @@ int touchSchema(sqlite3 *db)
     return sqlite3_exec(db, "select count(*) from sqlite_master", nullptr, nullptr, nullptr);
 }
 
-// Databases come from backups: definitions in them must not call functions or change SQLite's own tables. Only
-// a connection that could change them opens a file that is shorter than its header says; one for salvage is
-// read-only all the same.
+// Databases come from backups: definitions in them must not call functions or change SQLite's own tables.
+// Only a connection that could change them opens a file that is shorter than its header says; one for salvage
+// is read-only all the same.
 void distrust(sqlite3 *db, SqliteOpen mode)
 {
     const int salvage = mode == SqliteOpen::Salvage ? 1 : 0;
@@ -61,6 +63,9 @@ bool Sqlite3DB::open(const QString &path, SqliteOpen mode)
     const int opened = sqlite3_open_v2(fileNameFor(path, mode).constData(), &m_db, flagsOf(mode), nullptr);
     if (m_db)
         distrust(m_db, mode);
+    // A store of this program may be open elsewhere in it, for as long as a few statements take.
+    if (m_db && mode == SqliteOpen::ReadWriteCreate)
+        sqlite3_busy_timeout(m_db, longestWaitMs);
     if (opened == SQLITE_OK && touchSchema(m_db) == SQLITE_OK)
         return true;
     m_lastError = m_db ? QString::fromUtf8(sqlite3_errmsg(m_db)) : QStringLiteral("out of memory");

@@ -4,6 +4,7 @@
 #include "personal/contact_words.h"
 #include "personal/plain_text.h"
 #include "views/contact_card.h"
+#include "views/record_roles.h"
 
 #include <QCache>
 #include <QLocale>
@@ -12,6 +13,7 @@
 namespace {
 constexpr int dateWidth = 150;
 constexpr int shortWidth = 90;
+constexpr int titleWidth = 180;
 constexpr int picturesKept = 500;
 constexpr qsizetype longestNoteShown = 200'000;
 constexpr int deepestNoteShown = 500;
@@ -29,9 +31,16 @@ QString dayText(const CalendarEvent &event, const QDateTime &date)
     return QLocale::system().toString(shown, QLocale::ShortFormat);
 }
 
-QVariant sortedByText(const QString &text)
+// Sorting asks for a key many times.
+std::function<QVariant(int)> textKeys(qsizetype rows, std::function<QString(int)> text)
 {
-    return text.toCaseFolded();
+    auto keys = std::make_shared<std::vector<QVariant>>(static_cast<std::size_t>(rows));
+    return [keys, text = std::move(text)](int row) {
+        QVariant &key = keys->at(static_cast<std::size_t>(row));
+        if (!key.isValid())
+            key = text(row).left(longestShown).toCaseFolded();
+        return key;
+    };
 }
 
 QString firstOf(const ContactRecord &contact, ContactDataKind kind)
@@ -45,8 +54,8 @@ QString contactSearch(const ContactRecord &contact)
     QString text;
     for (const auto &rows : contact.rows)
         for (const ContactDataRow &row : rows)
-            for (const QString &value : row.texts)
-                if (!value.isEmpty())
+            for (int column = 1; column <= ContactDataRow::textColumns; ++column)
+                if (const QString &value = row.data(column); !value.isEmpty())
                     text += value + QLatin1Char('\n');
     return text;
 }
@@ -77,9 +86,14 @@ QString paragraph(const char *label, const QString &text)
 {
     if (text.isEmpty())
         return {};
-    return QStringLiteral("<p><span style=\"color:gray\">%1</span><br/>%2</p>")
+    return QStringLiteral("<p><span class=\"label\">%1</span><br/>%2</p>")
         .arg(textFor(label).toHtmlEscaped(),
              text.toHtmlEscaped().replace(QLatin1Char('\n'), QLatin1String("<br/>")));
+}
+
+QString titleOr(const QString &title)
+{
+    return title.trimmed().isEmpty() ? textFor("IDS_NO_TITLE") : title;
 }
 
 QString heading(const QString &text)
@@ -91,8 +105,8 @@ RecordTable contactsTable(const QList<ContactRecord> &all)
 {
     RecordTable table;
     const auto column = [&all](const char *title, int width, QString (*text)(const ContactRecord &)) {
-        return RecordColumn{title, width, false, [&all, text](int row) { return text(all.at(row)); },
-                            [&all, text](int row) { return sortedByText(text(all.at(row))); }};
+        const auto textOf = [&all, text](int row) { return text(all.at(row)); };
+        return RecordColumn{title, width, false, textOf, textKeys(all.size(), textOf)};
     };
     table.columns = {column("IDS_COL_NAME", 0, contactTitle),
                      column("IDS_COL_PHONE", dateWidth, [](const ContactRecord &contact) {
@@ -114,9 +128,9 @@ RecordTable contactsTable(const QList<ContactRecord> &all)
 RecordTable callsTable(const QList<CallEntry> &all)
 {
     RecordTable table;
+    const auto name = [&all](int row) { return callName(all.at(row)); };
     table.columns = {
-        {"IDS_COL_CONTACT", 0, false, [&all](int row) { return callName(all.at(row)); },
-         [&all](int row) { return sortedByText(callName(all.at(row))); }},
+        {"IDS_COL_CONTACT", 0, false, name, textKeys(all.size(), name)},
         {"IDS_COL_KIND", shortWidth, false, [&all](int row) { return textFor(callKind(all.at(row))); },
          [&all](int row) { return all.at(row).type; }},
         {"IDS_COL_DATE", dateWidth, true, [&all](int row) { return dateText(all.at(row).date); },
@@ -150,19 +164,19 @@ QString noteText(const NoteEntry &note)
     if (nestingOfHtml(body) > deepestNoteShown)
         body = QStringLiteral("<p style=\"white-space:pre-wrap\">%1</p>")
                    .arg(plainTextOfHtml(body).toHtmlEscaped());
-    return heading(note.title) + remark + body;
+    return heading(titleOr(note.title)) + remark + body;
 }
 
 RecordTable notesTable(const QList<NoteEntry> &all)
 {
     RecordTable table;
-    table.columns = {{"IDS_COL_TITLE", 0, false, [&all](int row) { return all.at(row).title; },
-                      [&all](int row) { return sortedByText(all.at(row).title); }},
+    const auto title = [&all](int row) { return titleOr(all.at(row).title); };
+    const auto summary = [&all](int row) { return all.at(row).summary; };
+    table.columns = {{"IDS_COL_TITLE", titleWidth, false, title, textKeys(all.size(), title)},
                      {"IDS_COL_DATE", dateWidth, true,
                       [&all](int row) { return dateText(all.at(row).modified_date); },
                       [&all](int row) { return all.at(row).modified_date; }},
-                     {"IDS_COL_SUMMARY", dateWidth, false, [&all](int row) { return all.at(row).summary; },
-                      [&all](int row) { return sortedByText(all.at(row).summary); }}};
+                     {"IDS_COL_SUMMARY", 0, false, summary, textKeys(all.size(), summary)}};
     table.searchText = [&all](int row) {
         return QString(all.at(row).title + QLatin1Char('\n') + all.at(row).summary + QLatin1Char('\n') +
                        plainTextOfHtml(all.at(row).content));
@@ -174,10 +188,12 @@ RecordTable notesTable(const QList<NoteEntry> &all)
 
 RecordTable calendarTable(const QList<CalendarEvent> &all)
 {
-    const auto title = [&all](int row) { return all.at(row).summary.section(QLatin1Char('\n'), 0, 0); };
+    const auto title = [&all](int row) {
+        return titleOr(all.at(row).summary.section(QLatin1Char('\n'), 0, 0));
+    };
     RecordTable table;
     table.columns = {
-        {"IDS_COL_TITLE", 0, false, title, [title](int row) { return sortedByText(title(row)); }},
+        {"IDS_COL_TITLE", 0, false, title, textKeys(all.size(), title)},
         {"IDS_COL_START", dateWidth, true,
          [&all](int row) { return dayText(all.at(row), all.at(row).start_date); },
          [&all](int row) { return all.at(row).start_date; }},

@@ -22,6 +22,7 @@ private slots:
     void displayName();
     void address_data();
     void address();
+    void hostileValues();
     void damagedAddressBooks_data();
     void damagedAddressBooks();
     void damagedPictures();
@@ -183,6 +184,56 @@ void TestContacts::address()
 {
     QFETCH(ContactDataRow, row);
     QTEST(composeAddress(row), "expected");
+}
+
+void TestContacts::hostileValues()
+{
+    ScratchSource source;
+    source.putDatabase(
+        AddressBook::file,
+        AddressBook::schema() +
+            QStringLiteral(
+                "create temp table h as select 'A'||char(0)||'b'||char(13,10)||'%_'';<&>' as t;"
+                "insert into ABPerson select 1,t,t,t,t,t,t,null,t,t,t,t from h;"
+                "insert into ABPerson(ROWID, First) values(2, 'A'),(3, replace(hex(zeroblob(5000)), "
+                "'00', 'xy'));"
+                "insert into ABMultiValueLabel select t from h; insert into ABMultiValueEntryKey "
+                "select t from h union all select 'Street';"
+                "insert into ABMultiValue select null,1,p.column1,0,1,t from h, (values(3),(4),(5),(12),"
+                "(13),(22),(23)) as p;"
+                "insert into ABMultiValueEntry select UID, k.ROWID, h.t from ABMultiValue, h, "
+                "ABMultiValueEntryKey as k;"));
+    source.putDatabase(AddressBook::images,
+                       QStringLiteral("create table ABFullSizeImage(record_id INTEGER, data BLOB); insert "
+                                      "into ABFullSizeImage values(2,zeroblob(30000000)),(1,null);"));
+    IOSContactsDb reader(source);
+    const QList<ContactRecord> all = reader.readAll();
+    QCOMPARE(all.size(), 3);
+    const QString hostile = QString::fromLatin1("A\0b\r\n%_';<&>", 12);
+    QCOMPARE(all.at(0).rows.value(Kind::Phone), (QList{[&] {
+                 ContactDataRow phone = row({{2, "0"}});
+                 phone.data(1) = phone.data(3) = hostile;
+                 return phone;
+             }()}));
+    QCOMPARE(all.at(1).rows.value(Kind::Photo).first().data15.size(), 30000000);
+    QCOMPARE(displayNameOf(all.at(2)).size(), 10000);
+
+    QTemporaryDir folder;
+    LocalContactsDb store(folder.path());
+    store.open();
+    for (const bool again : {false, true})
+        for (const ContactRecord &contact : all)
+            QCOMPARE(save(store, contact).merged, again); // "A" and "A\0..." are two people
+    const QList<ContactRecord> kept = store.readAll();
+    QCOMPARE(kept.size(), 3);
+    for (int i = 0; i < 3; ++i)
+        for (auto kind = all.at(i).rows.constBegin(); kind != all.at(i).rows.constEnd(); ++kind) {
+            QList<ContactDataRow> rows = kept.at(i).rows.value(kind.key());
+            for (ContactDataRow &row : rows)
+                row.id = 0;
+            if (kind.key() != Kind::Photo || i == 1) // a picture of nothing is not kept
+                QCOMPARE(rows, kind.value());
+        }
 }
 
 void TestContacts::damagedAddressBooks_data()

@@ -52,6 +52,8 @@ private slots:
     void bookmarksOfADevice();
     void withoutTheColumnsOfLaterSystems();
     void deepFoldersEnd();
+    void aHundredThousandInOneFolder();
+    void eventsAtTheEndsOfTime();
     void localBookmarks();
     void localCalls();
     void olderCallStoreGainsColumns();
@@ -120,6 +122,8 @@ void TestSmallClasses::noteSummary_data()
     row("a tag without an end", "x<p title=\"", "x");
     QTest::newRow("deep nesting") << QStringLiteral("<div><b><ul>").repeated(200'000) + u'x'
                                   << QStringLiteral("x");
+    QTest::newRow("20 MB") << QStringLiteral("<div>%1</div>").arg(hundred).repeated(200'000)
+                           << hundred + QStringLiteral("...");
 }
 
 void TestSmallClasses::noteSummary()
@@ -329,6 +333,62 @@ void TestSmallClasses::deepFoldersEnd()
     for (const BookmarkTree *level = &tree; !level->empty(); level = &level->front()->children)
         ++depth;
     QVERIFY(depth >= 100 && depth < 2000);
+}
+
+void TestSmallClasses::aHundredThousandInOneFolder()
+{
+    constexpr int many = 100'000;
+    ScratchSource source;
+    source.putDatabase(
+        bookmarksFile,
+        QStringLiteral("create table bookmarks(id INTEGER PRIMARY KEY, parent INTEGER, type INTEGER, title "
+                       "TEXT, url TEXT, hidden INTEGER, order_index INTEGER, external_uuid TEXT);"
+                       "insert into bookmarks values(1, 0, 1, 'all', null, 0, 0, 'f');"
+                       "with recursive n(i) as (select 2 union all select i+1 from n where i<=%1)"
+                       " insert into bookmarks select i, 1, 0, 'b', 'http://x/'||i, 0, -i, i from n;")
+            .arg(many));
+    const BookmarkTree tree = IOSBookmarkDb(source).readTree();
+    QCOMPARE(tree.size(), std::size_t(1));
+    QCOMPARE(tree.front()->children.size(), std::size_t(many));
+    QTemporaryDir folder;
+    LocalBookmarkDb db(folder.path());
+    db.open();
+    db.begin();
+    QCOMPARE(db.save(*tree.front()).added, many);
+    QCOMPARE(db.save(*tree.front()).added, 0);
+    db.commit();
+    QCOMPARE(db.readTree().front()->children.front()->url, QStringLiteral("http://x/%1").arg(many + 1));
+}
+
+void TestSmallClasses::eventsAtTheEndsOfTime()
+{
+    ScratchSource source;
+    source.putDatabase(
+        calendarFile,
+        QStringLiteral(
+            "create table Calendar(title); insert into Calendar values('C');"
+            "create table CalendarItem(summary, description, start_date, start_tz, end_date, all_day, "
+            "calendar_id, url, creation_date, birthday_id, entity_type, availability);"
+            "create table Recurrence(frequency, interval, owner_id);"
+            "insert into CalendarItem values"
+            "('first',null,-2147483648,'',2147483647,0,1,null,0,null,2,0),"
+            "('backwards',null,2147483647,'',-2147483648,0,1,null,0,null,2,0),"
+            "(null,null,'x',null,null,null,1,null,null,null,2,0);"));
+    const QList<CalendarEvent> events = IOSCalendarDb(source).readAll();
+    QCOMPARE(events.size(), 3);
+    QCOMPARE(events.at(0).start_date, utc(-2147483648LL + 978307200));
+    QCOMPARE(events.at(0).end_date, utc(2147483647LL + 978307200));
+    QCOMPARE(events.at(1).start_date, events.at(0).end_date);
+    QTemporaryDir folder;
+    LocalCalendarsDb db(folder.path());
+    db.open();
+    db.begin();
+    for (const CalendarEvent &event : events) {
+        QVERIFY(!db.save(event).wasThere);
+        QVERIFY(db.save(event).wasThere);
+    }
+    db.commit();
+    QCOMPARE(db.readAll().at(1).end_date, events.at(1).end_date);
 }
 
 void TestSmallClasses::localBookmarks()
