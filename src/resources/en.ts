@@ -1213,6 +1213,10 @@
         <translation>No name</translation>
     </message>
     <message>
+        <source>IDS_NO_TITLE</source>
+        <translation>Without a title</translation>
+    </message>
+    <message>
         <source>IDS_NUMBER_HIDDEN</source>
         <translation>Number hidden</translation>
     </message>

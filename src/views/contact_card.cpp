@@ -54,7 +54,7 @@ QString rowHtml(ContactDataKind kind, const ContactDataRow &row)
                           : kind == ContactDataKind::Note            ? QStringLiteral("Notes")
                           : kind == ContactDataKind::GroupMembership ? QStringLiteral("Category")
                                                                      : contactRowLabel(kind, row);
-    return QStringLiteral("<tr><td style=\"color:gray; padding:4px 16px 4px 0\">%1</td><td "
+    return QStringLiteral("<tr><td class=\"label\" style=\"padding:4px 16px 4px 0\">%1</td><td "
                           "style=\"padding:4px 0\">%2</td></tr>")
         .arg(escaped(label), escaped(valueOf(kind, row)));
 }

@@ -56,7 +56,9 @@ QVariant ItemModelBookmarks::data(const QModelIndex &index, int role) const
     if (!checkIndex(index, CheckIndexOption::IndexIsValid))
         return {};
     const BookmarkNode &bookmark = *node(index);
-    const QString &text = index.column() == Title ? bookmark.title : bookmark.url;
+    const bool isUntitled = bookmark.title.trimmed().isEmpty();
+    const QString title = isUntitled ? textFor("IDS_NO_TITLE") : bookmark.title;
+    const QString text = index.column() == Title ? title : bookmark.url;
     const bool isFolder = bookmark.type == BookmarkNode::folder;
     switch (role) {
     case Qt::DisplayRole:
@@ -72,7 +74,7 @@ QVariant ItemModelBookmarks::data(const QModelIndex &index, int role) const
         return QString(bookmark.title + QLatin1Char('\n') + bookmark.url);
     case RecordRole::Detail:
         return QStringLiteral("<h2>%1</h2><p>%2</p>")
-            .arg(bookmark.title.toHtmlEscaped(), bookmark.url.toHtmlEscaped());
+            .arg(title.toHtmlEscaped(), bookmark.url.toHtmlEscaped());
     case RecordRole::Identity:
         return QString::number(bookmark.id);
     default:

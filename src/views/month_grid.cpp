@@ -9,6 +9,11 @@ MonthGrid::MonthGrid(QWidget *parent) : QCalendarWidget(parent)
     setObjectName(QStringLiteral("monthGrid"));
     setAccessibleName(textFor("IDS_ACC_MONTH"));
     setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
+    // Red is for what destroys.
+    QTextCharFormat weekend;
+    weekend.setForeground(palette().text());
+    for (const Qt::DayOfWeek day : {Qt::Saturday, Qt::Sunday})
+        setWeekdayTextFormat(day, weekend);
     connect(this, &QCalendarWidget::clicked, this, &MonthGrid::dayPicked);
     connect(this, &QCalendarWidget::activated, this, &MonthGrid::dayPicked);
 }
@@ -28,11 +33,6 @@ void MonthGrid::setEvents(const QList<CalendarEvent> &events)
     QSet<QDate> days;
     for (const CalendarEvent &event : events)
         days.insert(dayOf(event));
-    QDate last;
-    for (const QDate &day : std::as_const(days)) {
+    for (const QDate &day : std::as_const(days))
         setDateTextFormat(day, busy);
-        last = std::max(last, day);
-    }
-    if (last.isValid())
-        setSelectedDate(last);
 }

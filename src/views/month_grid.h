@@ -12,7 +12,7 @@ class MonthGrid : public QCalendarWidget
 public:
     explicit MonthGrid(QWidget *parent = nullptr);
 
-    /// Marks their days and shows the month of the last one.
+    /// Marks their days.
     void setEvents(const QList<CalendarEvent> &events);
 
     /// The day on which an event begins: here, or as stored for one that means the same day wherever one is.

@@ -265,7 +265,12 @@ void RecordsMainForm::refresh()
     if (!m_records)
         return;
     const QModelIndexList rows = selectedRows();
+    m_detail->document()->setDefaultStyleSheet(
+        QStringLiteral(".label{color:%1}").arg(palette().color(QPalette::PlaceholderText).name()));
     m_detail->setHtml(rows.isEmpty() ? QString() : rows.first().data(RecordRole::Detail).toString());
+    if (m_month && rows.size() == 1)
+        m_month->setSelectedDate(MonthGrid::dayOf(
+            std::get<QList<CalendarEvent>>(*m_records).at(rows.first().data(RecordRole::Number).toInt())));
     const qsizetype shown = m_class == DataClass::Bookmarks
                                 ? countBookmarks(std::get<BookmarkTree>(*m_records))
                                 : m_proxy->recordCount();

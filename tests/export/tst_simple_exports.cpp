@@ -141,14 +141,17 @@ void TestSimpleExports::notes()
     note.create_date = utc("2026-01-02T03:04:05Z");
     note.title = "A/b:c <d> and a title that goes on";
     note.content = "<div>x</div><img src='http://server/p.png'>";
+    NoteEntry forbidden = note;
+    forbidden.title = "\\/:*?\"<>|\n\r\t";
+    forbidden.content = "<div style=\"background: url( 'HTTPS://server/b.png')\">";
     NoteEntry other = note;
     other.content = "<div>y</div>";
     NoteEntry same = note;
-    const auto summary = exportNotes({note, other, same}, m_folder.filePath("notes"), m_progress);
-    QCOMPARE(summary.written, 3);
-    QCOMPARE(summary.remarks.size(), 2);
+    const auto summary = exportNotes({note, other, same, forbidden}, m_folder.filePath("notes"), m_progress);
+    QCOMPARE(summary.written, 4);
+    QCOMPARE(summary.remarks.size(), 3);
     const QStringList names = QDir(m_folder.filePath("notes")).entryList(QDir::Files, QDir::Name);
-    QCOMPARE(names, (QStringList{"20260102-040405-Abc d and a title th(1).html",
+    QCOMPARE(names, (QStringList{"20260102-040405-.html", "20260102-040405-Abc d and a title th(1).html",
                                  "20260102-040405-Abc d and a title th.html"}));
     const QByteArray page = content("notes/20260102-040405-Abc d and a title th.html");
     QVERIFY(page.contains(
