@@ -708,6 +708,14 @@
         <translation>One line a message, for a spreadsheet.</translation>
     </message>
     <message>
+        <source>IDS_FORMAT_DATABASE</source>
+        <translation>Message database</translation>
+    </message>
+    <message>
+        <source>IDS_FORMAT_DATABASE_HINT</source>
+        <translation>Everything, attachments too, to be opened with Quillbarrow again.</translation>
+    </message>
+    <message>
         <source>IDS_FORMAT_HTML</source>
         <translation>Web pages (HTML)</translation>
     </message>

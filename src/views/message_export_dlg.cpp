@@ -33,6 +33,7 @@ constexpr FormatRow formatRows[] = {
     {MessageFormat::Pdf, "IDS_FORMAT_PDF", "IDS_FORMAT_PDF_HINT", nullptr, ""},
     {MessageFormat::Text, "IDS_FORMAT_TEXT", "IDS_FORMAT_TEXT_HINT", "IDS_FILTER_TEXT_FILES", ".txt"},
     {MessageFormat::Csv, "IDS_FORMAT_CSV", "IDS_FORMAT_CSV_HINT", "IDS_FILTER_CSV_FILES", ".csv"},
+    {MessageFormat::Database, "IDS_FORMAT_DATABASE", "IDS_FORMAT_DATABASE_HINT", nullptr, ""},
 };
 
 const FormatRow &rowOf(MessageFormat format)

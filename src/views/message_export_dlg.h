@@ -9,7 +9,7 @@ class QButtonGroup;
 class QLabel;
 class QLineEdit;
 
-/// What to write and where: a file for text and CSV, a folder for HTML and PDF.
+/// What to write and where: a file for text and CSV, a folder for HTML, PDF and a message database.
 struct MessageExportChoice
 {
     MessageFormat format = MessageFormat::Html;
