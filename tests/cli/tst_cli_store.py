@@ -20,6 +20,8 @@ def without_rowids(message):
     kept["attachments"] = sorted(
         (attachment["guid"], attachment["transfer_name"], attachment["mime_type"], attachment["total_bytes"],
          attachment["present"]) for attachment in message["attachments"])
+    if message["chat"] == 0:
+        kept["chat_name"] = kept["title"] = "Unknown"  # a store keeps it in a conversation of that name
     return kept
 
 
