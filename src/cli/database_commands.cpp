@@ -14,20 +14,20 @@
 #include <QDir>
 
 namespace {
-void writeDatabase(JsonWriter &json, const QString &name, const QString &folder)
+void writeDatabase(JsonWriter &json, const QString &name, const QString &folder, const ItemCounts &counts)
 {
     json.beginObject();
     json.field("name", name);
     json.field("path", folder);
     json.key("counts");
-    writeCounts(json, countLocalItems(folder));
+    writeCounts(json, counts);
     json.endObject();
 }
 
-QByteArray databaseText(const QString &name, const QString &folder)
+QByteArray databaseText(const QString &name, const QString &folder, const ItemCounts &counts)
 {
     QStringList texts;
-    for (const auto &[dataClass, count] : countLocalItems(folder))
+    for (const auto &[dataClass, count] : counts)
         texts.append(QStringLiteral("%1 %2").arg(
             count ? QString::number(*count) : QStringLiteral("unreadable"), dataClassName(dataClass)));
     return (name + QStringLiteral("\n  ") + folder + QStringLiteral("\n  ") +
@@ -52,10 +52,12 @@ void listDatabases(bool asJson, CommandContext &context)
     if (asJson)
         json.beginArray();
     for (const QString &name : folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name)) {
+        const QString path = folder.filePath(name);
+        const ItemCounts counts = countLocalItems(path, context.tell);
         if (asJson)
-            writeDatabase(json, name, folder.filePath(name));
+            writeDatabase(json, name, path, counts);
         else
-            text += databaseText(name, folder.filePath(name));
+            text += databaseText(name, path, counts);
     }
     if (asJson) {
         json.endArray();

@@ -8,6 +8,8 @@
 #include "messages/message_source.h"
 #include "personal/media_items.h"
 
+#include <QDebug>
+
 namespace {
 qint64 countClass(BackupManifest &backup, PersonalSource &records, DataClass dataClass)
 {
@@ -19,14 +21,15 @@ qint64 countClass(BackupManifest &backup, PersonalSource &records, DataClass dat
     return hasMessages ? openMessageDb(backup)->countMessages() : 0;
 }
 
+using Complain = std::function<void(const QString &)>;
+
 template <typename Count>
-std::optional<qint64> countOrNothing(DataClass dataClass, Count count)
+std::optional<qint64> countOrNothing(DataClass dataClass, const Complain &complain, Count count)
 {
     try {
         return count();
     } catch (const Error &error) {
-        qWarning("%s are not counted: %s", qPrintable(dataClassName(dataClass)),
-                 qUtf8Printable(error.sentence()));
+        complain(QStringLiteral("%1 are not counted: %2").arg(dataClassName(dataClass), error.sentence()));
         return std::nullopt;
     }
 }
@@ -35,26 +38,28 @@ std::optional<qint64> countOrNothing(DataClass dataClass, Count count)
 ItemCounts countItems(BackupManifest &backup)
 {
     const std::unique_ptr<PersonalSource> records = openDeviceRecords(backup, backup.info().deviceId);
+    const Complain toLog = [](const QString &sentence) { qWarning().noquote() << sentence; };
     ItemCounts counts;
     for (const DataClass dataClass : allDataClasses)
         if (dataClass != DataClass::Files)
-            counts.append({dataClass, countOrNothing(dataClass, [&] {
+            counts.append({dataClass, countOrNothing(dataClass, toLog, [&] {
                                return countClass(backup, *records, dataClass);
                            })});
     return counts;
 }
 
-ItemCounts countLocalItems(const QString &folder)
+ItemCounts countLocalItems(const QString &folder, const std::function<void(const QString &)> &complain)
 {
     const std::unique_ptr<PersonalSource> records = openLocalRecords(folder);
     ItemCounts counts;
     for (const DataClass dataClass : allDataClasses) {
         if (dataClass == DataClass::Messages)
-            counts.append({dataClass, countOrNothing(dataClass, [&] {
+            counts.append({dataClass, countOrNothing(dataClass, complain, [&] {
                                return openLocalMessages(folder).database->countMessages();
                            })});
         else if (isPersonalClass(dataClass))
-            counts.append({dataClass, countOrNothing(dataClass, [&] { return records->count(dataClass); })});
+            counts.append(
+                {dataClass, countOrNothing(dataClass, complain, [&] { return records->count(dataClass); })});
     }
     return counts;
 }
