@@ -46,7 +46,8 @@ MainWindow::MainWindow(const QStringList &roots, QWidget *parent)
     listLoadedBackups();
     listLocalDatabases();
     m_tree->expandAll();
-    m_tree->setCurrentIndex(m_model->indexOf(m_model->backupsRoot()));
+    const auto &listed = m_model->backupsRoot()->children();
+    m_tree->setCurrentIndex(m_model->indexOf(listed.empty() ? m_model->backupsRoot() : listed.front().get()));
 }
 
 MainWindow::~MainWindow() = default;

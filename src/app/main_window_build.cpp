@@ -140,7 +140,7 @@ void MainWindow::buildCentre()
     m_tree->setAccessibleName(textFor("IDS_ACC_SOURCES"));
     m_tree->setModel(m_model);
     m_tree->addAction(m_removeLocalDb);
-    const bool anyBackup = !listBackups(m_roots).isEmpty();
+    const bool anyBackup = !m_list.backups().isEmpty() || !listBackups(m_roots).isEmpty();
     auto *start = new StartPage(anyBackup ? StartPage::Offer::LoadOnly : StartPage::Offer::LoadOrSample);
     connect(start, &StartPage::loadRequested, this, &MainWindow::miLoadiTunesBackup);
     connect(start, &StartPage::sampleRequested, this, &MainWindow::makeSample);

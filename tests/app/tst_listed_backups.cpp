@@ -13,6 +13,7 @@
 
 #include <QAction>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QTest>
 #include <QTreeView>
 
@@ -110,6 +111,8 @@ void TestListedBackups::comesBackAtTheNextStart()
     window.show();
     QCOMPARE(backupCount(window), 1);
     QVERIFY(treeOf(window)->isExpanded(backupNode(window)));
+    QCOMPARE(treeOf(window)->currentIndex(), backupNode(window));
+    QVERIFY2(window.findChild<QPushButton *>(u"btnStartSample"_s)->isHidden(), "nobody needs a sample now");
     QVERIFY2(backupNode(window, messages).isValid(), "the counts of the last time");
     const auto node = static_cast<ItemModelBK *>(treeOf(window)->model())->bkNode(backupNode(window));
     QVERIFY2(!node->backup()->manifest().hasIndex(), "nothing is read before somebody looks");
