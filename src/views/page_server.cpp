@@ -21,11 +21,13 @@ const QString attachmentPath = QStringLiteral("/attachment/");
 const QString picturePath = QStringLiteral("/picture/");
 const QString emojiPath = QStringLiteral("/app_res/emoji/");
 
-QUrl addressOfPage(quint64 number)
+// The engine keeps the style sheet of an address. The colours are part of it, so that it asks for the other
+// one.
+QUrl addressOfPage(quint64 number, bool isDark)
 {
     QUrl url;
     url.setScheme(QLatin1String(conversationScheme));
-    url.setHost(QStringLiteral("conversation"));
+    url.setHost(isDark ? QStringLiteral("dark") : QStringLiteral("light"));
     url.setPath(QStringLiteral("/"));
     url.setQuery(QString::number(number));
     return url;
@@ -150,7 +152,7 @@ QUrl PageServer::show(std::shared_ptr<ShownPage> page)
     for (const MessageRef &ref : m_page->page.messages)
         for (const _MsgAttachment *attachment : ref.message->attachments)
             m_page->attachments.emplace(attachment->rowid, attachment);
-    return addressOfPage(++m_shown);
+    return addressOfPage(++m_shown, m_dark);
 }
 
 const _MsgAttachment *PageServer::attachmentOf(const QUrl &url) const

@@ -237,7 +237,7 @@ void TestListedBackups::clearAll()
     MainWindow window({});
     window.show();
     QVERIFY(window.loadBackup(sample.folder()));
-    treeOf(window)->setCurrentIndex(backupNode(window, u"SMS"_s));
+    treeOf(window)->setCurrentIndex(backupNode(window, u"Contacts"_s));
     QTRY_VERIFY(action(window, "IDS_EXPORT")->isEnabled());
     const QString another = cacheFolderPath(u"another"_s);
     QVERIFY(QDir().mkpath(another + u"/Library/SMS"_s));

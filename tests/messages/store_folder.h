@@ -60,7 +60,8 @@ public:
         QDirIterator walk(path(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
         while (walk.hasNext()) {
             const QString file = QDir(path()).relativeFilePath(walk.next());
-            if (!file.endsWith(QStringLiteral(".db")))
+            // A journal is the database's own business: the next one to open it looks after it.
+            if (!file.endsWith(QStringLiteral(".db")) && !file.endsWith(QStringLiteral(".db-journal")))
                 found << file;
         }
         found.sort();
