@@ -148,36 +148,37 @@ QString LocalNotesDb::hashOf(const NoteEntry &note)
 bool LocalNotesDb::save(const NoteEntry &note)
 {
     const QString hash = hashOf(note);
+    const auto bound = [&note](const char *statement) {
+        return Sqlite3Sql(QLatin1String(statement))
+            .addInt64Param(unixOf(note.create_date))
+            .addInt64Param(unixOf(note.modified_date))
+            .addTextParam(note.title)
+            .addTextParam(note.summary)
+            .addTextParam(note.content)
+            .addTextParam(note.dev_id)
+            .addTextParam(note.src_id);
+    };
     qint64 id = 0;
+    bool isSame = false;
     {
-        Sqlite3Cursor &there =
-            m_db.cachedThrow(Sqlite3Sql(QStringLiteral("select _id,modified_date from notes where hash=?"))
-                                 .addTextParam(hash));
-        if (there.moveNext())
+        Sqlite3Cursor &there = m_db.cachedThrow(
+            bound("select _id,(create_date,modified_date,title,summary,content,dev_id,src_id) "
+                  "is (?1,?2,?3,?4,?5,?6,?7) from notes where hash=?8")
+                .addTextParam(hash));
+        if (there.moveNext()) {
             id = there.getInt64(0);
+            isSame = there.getInt(1) != 0;
+        }
         there.reset();
     }
-    Sqlite3Sql sql(
-        id != 0
-            ? QStringLiteral(
-                  "update notes set create_date=?1,modified_date=?2,title=?3,summary=?4,content=?5,dev_id=?6,"
-                  "src_id=?7 where _id=?8 and "
-                  "(create_date,modified_date,title,summary,content,dev_id,src_id) "
-                  "is not (?1,?2,?3,?4,?5,?6,?7)")
-            : QStringLiteral("insert into notes(create_date,modified_date,title,summary,content,dev_id,"
-                             "src_id,hash) values(?,?,?,?,?,?,?,?)"));
-    sql.addInt64Param(unixOf(note.create_date))
-        .addInt64Param(unixOf(note.modified_date))
-        .addTextParam(note.title)
-        .addTextParam(note.summary)
-        .addTextParam(note.content)
-        .addTextParam(note.dev_id)
-        .addTextParam(note.src_id);
-    if (id != 0)
-        sql.addInt64Param(id);
-    else
-        sql.addTextParam(hash);
-    m_db.executeCachedThrow(sql);
+    if (id == 0)
+        m_db.executeCachedThrow(bound("insert into notes(create_date,modified_date,title,summary,content,"
+                                      "dev_id,src_id,hash) values(?,?,?,?,?,?,?,?)")
+                                    .addTextParam(hash));
+    else if (!isSame)
+        m_db.executeCachedThrow(bound("update notes set create_date=?,modified_date=?,title=?,summary=?,"
+                                      "content=?,dev_id=?,src_id=? where _id=?")
+                                    .addInt64Param(id));
     return id != 0;
 }
 
