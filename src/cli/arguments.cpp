@@ -17,6 +17,11 @@ CLI::Option *addValues(CLI::App &command, const char *name, const char *descript
     return addValue(command, name, description)->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
 }
 
+CLI::Option *addValueList(CLI::App &command, const char *name, const char *description)
+{
+    return addValues(command, name, description)->required()->expected(1, -1)->allow_extra_args();
+}
+
 CLI::Option *addPositional(CLI::App &command, const char *name, const char *description)
 {
     return addValue(command, name, description)->required();

@@ -19,6 +19,8 @@ class Option;
 CLI::Option *addValue(CLI::App &command, const char *name, const char *description);
 /// An option that takes one value and may be given again and again.
 CLI::Option *addValues(CLI::App &command, const char *name, const char *description);
+/// An option that must be there, with one value or several, and may come again.
+CLI::Option *addValueList(CLI::App &command, const char *name, const char *description);
 /// A positional argument that must be there.
 CLI::Option *addPositional(CLI::App &command, const char *name, const char *description);
 

@@ -97,7 +97,7 @@ void addRemoveCommand(CLI::App &app, Job &job)
     const CLI::Option *className = addPositional(command, "CLASS", "a class of data");
     const CLI::Option *from = addValue(command, "--from", "the local database")->required();
     const CLI::Option *ids =
-        addValues(command, "--id", "the identity that \"show\" prints; may be given again")->required();
+        addValueList(command, "--id", "the identities that \"show\" prints; may be given again");
     command.callback([&job, className, from, ids] {
         const QString name = *valueOf(className);
         const auto dataClass = dataClassOf(name);

@@ -34,9 +34,8 @@ void addUndeleteCommand(CLI::App &app, Job &job)
     CLI::App &command = *app.add_subcommand("undelete", "Put removed messages back into a local database");
     const CLI::Option *className = addPositional(command, "CLASS", "messages");
     const CLI::Option *from = addValue(command, "--from", "the local database")->required();
-    const CLI::Option *ids =
-        addValues(command, "--id", "the rowid that \"show messages deleted:NAME\" prints; may be given again")
-            ->required();
+    const CLI::Option *ids = addValueList(
+        command, "--id", "the rowids that \"show messages deleted:NAME\" prints; may be given again");
     command.callback([&job, className, from, ids] {
         requireMessages(className);
         job.run = [name = requireDatabaseName(from), wanted = valuesOf(ids)](CommandContext &context) {

@@ -220,6 +220,16 @@ class Removing(StoreCase):
         for file in ("messages.db", "recycle.db"):
             self.expect_sound(self.database("store") / file)
 
+    def test_one_option_takes_several_identities(self):
+        several = ("--id", *self.rowids[:3], "--id", self.rowids[3])
+        self.refuse(2, "remove", "messages", "--from", "store", "--id", home=self.home)
+        self.ours("remove", "messages", *several, "--from", "store")
+        left = self.our_lines("show", "messages", "local:store")
+        self.assertEqual(left, [row for row in self.before if row["rowid"] not in self.rowids[:4]])
+        removed = sorted({row["rowid"] for row in self.our_lines("show", "messages", "deleted:store")})
+        self.ours("undelete", "messages", "--from", "store", "--id", *removed)
+        self.assertEqual(in_order(self.our_lines("show", "messages", "local:store")), in_order(self.before))
+
     def test_unknown_ones_remove_nothing(self):
         for identity in ("99999999", "x", "-1", ""):
             with self.subTest(identity):
