@@ -26,10 +26,11 @@ ExitStatus tellExtraction(const ExtractSummary &summary, CommandContext &context
     tellNotes(summary.failed, QStringLiteral("failed"), context);
     tellSkipped(summary.skipped, context);
     tellNotes(summary.locked, QStringLiteral("copied as stored"), context);
+    QString counts = QStringLiteral("%1 files extracted, %2 were there already")
+                         .arg(summary.copied)
+                         .arg(summary.alreadyThere);
     if (!summary.failed.isEmpty())
-        return ExitStatus::Failed;
-    context.tell(QStringLiteral("%1 files extracted, %2 were there already")
-                     .arg(summary.copied)
-                     .arg(summary.alreadyThere));
-    return ExitStatus::Done;
+        counts += QStringLiteral(", %1 failed").arg(summary.failed.size());
+    context.tell(counts);
+    return summary.failed.isEmpty() ? ExitStatus::Done : ExitStatus::Failed;
 }

@@ -96,7 +96,8 @@ class Extract(Case):
     def test_path_that_names_nothing_fails_and_the_rest_goes_on(self):
         complaint = self.extract(self.sample("--ios", "9"), "HomeDomain", "nothing/here", "[odd, name]",
                                  "Library/SMS/sms.db", status=1)
-        self.assertEqual(complaint.count("\n"), 2)
+        self.assertEqual(complaint.count(": failed: "), 2)
+        self.assertIn(" 1 files extracted, 0 were there already, 2 failed", complaint.splitlines()[-1])
         self.assertIn("[odd, name]", complaint)
         self.assertEqual(sorted(tree(self.target)), ["sms.db"])
 
