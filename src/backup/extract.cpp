@@ -3,52 +3,25 @@
 #include "backup/export_memory.h"
 #include "backup/extract_plan.h"
 #include "backup/extract_progress.h"
+#include "backup/extract_target.h"
 #include "base/contained_path.h"
 #include "base/error.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QSet>
-#include <QTemporaryFile>
 
 #include <cerrno>
-#include <filesystem>
 
 namespace {
 using Index = FileCatalogue::Index;
 
 constexpr std::uint64_t cipherBlock = 16;
 
-std::filesystem::path nativePath(const QString &path)
+/// FAT, which most memory sticks have, keeps even seconds only.
+bool isTimeKept(qint64 there, qint64 time)
 {
-    return std::filesystem::path(path.toStdU16String());
-}
-
-bool hasRoom(const QString &folder, std::uint64_t bytes)
-{
-    std::error_code error;
-    const auto space = std::filesystem::space(nativePath(folder), error);
-    return error || space.available >= bytes;
-}
-
-/// A folder that files can be written into, made when missing.
-void requireTarget(const QString &target, const QString &backupFolder)
-{
-    if (staysBelow(backupFolder, target))
-        throw Error(QStringLiteral("can not extract to %1. It lies inside the backup.").arg(target));
-    if (!QDir().mkpath(target))
-        throw Error(QStringLiteral("can not create %1. The folder cannot be made.").arg(target));
-    QTemporaryFile probe(QDir(target).filePath(QStringLiteral(".XXXXXX.part")));
-    if (!probe.open())
-        throw Error(QStringLiteral("can not write %1. %2").arg(target, probe.errorString()));
-}
-
-/// Best effort: not every file system keeps the time of a folder.
-void setFolderTime(const QString &folder, std::uint32_t unixSeconds)
-{
-    const std::chrono::sys_seconds time{std::chrono::seconds(unixSeconds)};
-    std::error_code ignored;
-    std::filesystem::last_write_time(nativePath(folder), std::chrono::file_clock::from_sys(time), ignored);
+    return there == time || (there % 2 == 0 && std::abs(there - time) == 1);
 }
 
 std::size_t hashOf(const QString &place)
@@ -183,10 +156,13 @@ void Extraction::extract(Index record, const QByteArray &landing, ExtractProgres
 std::optional<QString> Extraction::placeOf(Index record, const QByteArray &landing)
 {
     QString why;
-    const QString path = QString::fromUtf8(m_catalogue.relativePath(record));
+    const QString path = withoutDeviceNames(QString::fromUtf8(m_catalogue.relativePath(record)));
     std::optional<QString> place;
-    if (path.isEmpty() || containedPath(m_target, path, &why))
-        place = containedPath(m_target, QString::fromUtf8(landing), &why);
+    if (path.isEmpty() || containedPath(m_target, path, &why)) {
+        // The end of a harmless path may begin as a drive does.
+        const QString end = QString::fromUtf8(landing).replace(QLatin1Char(':'), QLatin1Char('_'));
+        place = containedPath(m_target, withoutDeviceNames(end), &why);
+    }
     if (place && m_catalogue.isDirectory(record))
         place = folderPlace(*place);
     else if (place)
@@ -315,14 +291,21 @@ bool Extraction::isWholeSize(Index record, std::uint64_t size) const
     const std::uint64_t stored = storedSize(record);
     const bool isDecrypted = stored > 0 && m_backup.info().encrypted && !m_backup.isLocked(record) &&
                              !m_catalogue.encryptionKey(record).isEmpty();
-    return isDecrypted ? size < stored && stored - size <= cipherBlock : size == stored;
+    if (!isDecrypted)
+        return size == stored;
+    const auto fits = [stored](std::uint64_t bytes) {
+        return bytes < stored && stored - bytes <= cipherBlock;
+    };
+    const std::uint64_t recorded = m_catalogue.sizeBytes(record);
+    return fits(recorded) ? size == recorded : fits(size);
 }
 
 bool Extraction::isWhole(Index record, const QString &place) const
 {
     const QFileInfo there(place);
     const std::uint32_t time = m_catalogue.lastModified(record);
-    if (time == 0 || there.isSymLink() || !there.isFile() || there.lastModified().toSecsSinceEpoch() != time)
+    if (time == 0 || there.isSymLink() || !there.isFile() ||
+        !isTimeKept(there.lastModified().toSecsSinceEpoch(), time))
         return false;
     const auto entry = remembered(place);
     return entry && entry->source == sourceOf(record)
@@ -354,6 +337,10 @@ void Extraction::extractFile(Index record, const QString &wanted, ExtractProgres
 void Extraction::fetch(Index record, const QString &place, ExtractProgress &progress)
 {
     const std::uint64_t size = storedSize(record);
+    if (size == 0 && m_catalogue.sizeBytes(record) > 0 && QFileInfo::exists(m_backup.filePath(record)))
+        throw Error(QStringLiteral("can not read %1. It is empty instead of %2 bytes long.")
+                        .arg(m_backup.filePath(record))
+                        .arg(m_catalogue.sizeBytes(record)));
     if (!hasRoom(m_target, size))
         throw Error(
             QStringLiteral("can not write %1. The disk has no room for its %2 bytes.").arg(place).arg(size));

@@ -78,6 +78,17 @@ std::optional<QString> containedPath(const QString &folder, const QString &relat
     return QDir(folder).filePath(components.join(QLatin1Char('/')));
 }
 
+QString withoutDeviceNames(const QString &relativePath)
+{
+    QStringList components = relativePath.split(QLatin1Char('/'));
+    for (QString &component : components)
+        if (namesDevice(component)) {
+            const QString base = component.section(QLatin1Char('.'), 0, 0);
+            component.replace(0, base.size(), QStringLiteral("$$%1$$").arg(base));
+        }
+    return components.join(QLatin1Char('/'));
+}
+
 bool staysBelow(const QString &folder, const QString &path)
 {
     const QString root = QFileInfo(folder).canonicalFilePath();

@@ -12,6 +12,10 @@
 std::optional<QString> containedPath(const QString &folder, const QString &relativePath,
                                      QString *whyNot = nullptr);
 
+/// The path with every component that names a device in a form that names none: "con.txt" as "$$con$$.txt".
+/// An application's folder may well be called "aux", and what is in it is as dear as the rest.
+QString withoutDeviceNames(const QString &relativePath);
+
 /// True when `path` (which need not exist yet) lies below `folder` once every symbolic link on the way to it
 /// that exists is followed.
 bool staysBelow(const QString &folder, const QString &path);
