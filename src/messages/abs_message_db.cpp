@@ -29,18 +29,18 @@ std::vector<MessageRef> AbsMessageDb::select(const std::vector<qint64> &chatIds,
         selected.insert(selected.end(), conversation.begin(), conversation.end());
         conversation.clear();
     };
+    if (wanted.empty()) {
+        for (const _MsgMessage &message : m_messages)
+            if (!message.chat && inRange(message))
+                conversation.push_back({nullptr, &message});
+        flush();
+    }
     for (const _MsgChat *chat : m_chatList) {
         if (!wanted.empty() && !wanted.contains(chat->rowid))
             continue;
         for (const _MsgMessage *message : chat->messages)
             if (inRange(*message))
                 conversation.push_back({chat, message});
-        flush();
-    }
-    if (wanted.empty()) {
-        for (const _MsgMessage &message : m_messages)
-            if (!message.chat && inRange(message))
-                conversation.push_back({nullptr, &message});
         flush();
     }
     return selected;

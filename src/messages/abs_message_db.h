@@ -37,7 +37,8 @@ public:
     std::size_t messageCount() const { return m_messages.size(); }
 
     /// The loaded messages of the given conversations (all when empty) that lie in [from, to], as Apple
-    /// absolute seconds, by ascending chat row id and then in the order of the exports.
+    /// absolute seconds, by ascending chat row id (those of no conversation first, as if it were 0) and then
+    /// in the order of the exports.
     std::vector<MessageRef> select(const std::vector<qint64> &chatIds, qint64 from, qint64 to) const;
 
     /// Rows that could not be read, for the summary.

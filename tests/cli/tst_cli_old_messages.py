@@ -96,7 +96,9 @@ class OldMessages(Case):
     def test_every_message(self):
         for backup in self.backups():
             expected = OldDb(backup).messages()
-            found = {row["rowid"]: row for row in self.lines("show", "messages", backup)}
+            lines = self.lines("show", "messages", backup)
+            self.assertEqual([row["chat"] for row in lines], sorted(row["chat"] for row in lines))
+            found = {row["rowid"]: row for row in lines}
             self.assertEqual(set(found), set(expected))
             self.assertEqual(self.lines("info", backup, "--json")[0]["counts"]["messages"], len(expected))
             seen = set()

@@ -211,8 +211,8 @@ void TestIos6MessageDb::danglingRows()
     QVERIFY(!message.handle && !message.otherHandle && message.attachments.empty());
     const std::vector<MessageRef> all = db.select({}, minDate, maxDate);
     QCOMPARE(all.size(), 2u);
-    QVERIFY(!all.at(1).chat && !all.at(1).message->chat);
-    QCOMPARE(conversationTitle(all.at(1)), QStringLiteral("unknown"));
+    QVERIFY(!all.at(0).chat && !all.at(0).message->chat);
+    QCOMPARE(conversationTitle(all.at(0)), QStringLiteral("unknown"));
     QCOMPARE(db.select({1}, minDate, maxDate).size(), 1u);
 }
 
