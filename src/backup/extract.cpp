@@ -17,6 +17,7 @@ namespace {
 using Index = FileCatalogue::Index;
 
 constexpr std::uint64_t cipherBlock = 16;
+constexpr qsizetype longestNameBytes = 255;
 
 /// FAT, which most memory sticks have, keeps even seconds only.
 bool isTimeKept(qint64 there, qint64 time)
@@ -34,12 +35,16 @@ std::size_t hashOf(const QString &place)
 }
 
 /// "name(1).ending" and so on, as for any taken name: the base ends at the first dot, the ending begins after
-/// the last.
+/// the last. A base that fills its name makes room for the number.
 QString numbered(const QString &path, int number)
 {
     const QFileInfo info(path);
     const QString ending = info.suffix().isEmpty() ? QString() : QLatin1Char('.') + info.suffix();
-    return QStringLiteral("%1/%2(%3)%4").arg(info.path(), info.baseName(), QString::number(number), ending);
+    const QString end = QStringLiteral("(%1)%2").arg(QString::number(number), ending);
+    QString base = info.baseName();
+    while (!base.isEmpty() && base.toUtf8().size() + end.toUtf8().size() > longestNameBytes)
+        base.chop(base.back().isLowSurrogate() ? 2 : 1);
+    return info.path() + QLatin1Char('/') + base + end;
 }
 
 /// What happens to a file that lies in the place of one that is written, and was not written for it.

@@ -21,6 +21,7 @@ private slots:
     void secondRunLeavesWhatIsWhole();
     void equalNames();
     void namesMadeSafe();
+    void equalNamesOfFullLength();
     void cutWithinTheLastBlock();
     void timesOfFat();
     void emptiedContentIsNoted();
@@ -208,6 +209,16 @@ void TestExtract::namesMadeSafe()
     QCOMPARE(listing(fixture.path(u"target"_s)),
              QStringList({u"$$aux$$"_s, u"$$aux$$/$$con$$(1).gz"_s, u"$$aux$$/$$con$$.tar.gz"_s,
                           u"$$aux$$/b_c"_s, u"b_c"_s}));
+}
+
+void TestExtract::equalNamesOfFullLength()
+{
+    const QString name = QString(125, u'\u00fc') + u".html"_s;
+    const BackupFixture fixture(small({{u"Odd"_s, u"a/"_s + name, "1"}, {u"Odd"_s, u"b/"_s + name, "2"}}));
+    const QList<ExtractRequest> requests = {{"Odd", "a/" + name.toUtf8()}, {"Odd", "b/" + name.toUtf8()}};
+    QCOMPARE(extractAll(fixture, requests).copied, 2);
+    QCOMPARE(listing(fixture.path(u"target"_s)),
+             QStringList({QString(123, u'\u00fc') + u"(1).html"_s, name}));
 }
 
 void TestExtract::cutWithinTheLastBlock()
