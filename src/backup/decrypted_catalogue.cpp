@@ -70,7 +70,7 @@ bool DecryptedCatalogue::makeUnderLock(const QString &source, const QByteArray &
 
 void DecryptedCatalogue::decrypt(const QString &source, const QByteArray &key, const QString &destination)
 {
-    decryptFile(key, source, destination, {}, Padding::KeepIfBroken, Placing::InPlace);
+    decryptFile(key, source, {destination, 0, Placing::InPlace}, {}, Padding::KeepIfBroken);
     m_path = destination;
     if (hasSqliteHeader(destination))
         return;

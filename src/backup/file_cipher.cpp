@@ -133,10 +133,10 @@ std::uint64_t paddingOf(const std::vector<std::uint8_t> &plain, std::uint64_t si
 }
 } // namespace
 
-void copyFile(const QString &source, const QString &destination, const CopyProgress &progress)
+void copyFile(const QString &source, const Destination &destination, const CopyProgress &progress)
 {
     SourceReader reader(source);
-    TargetFile target(destination);
+    TargetFile target(destination.path);
     std::vector<std::uint8_t> buffer(std::min(blockSize, reader.size()));
     const QString shortRead =
         QStringLiteral("can not read %1. The file became shorter while it was copied.").arg(source);
@@ -147,15 +147,15 @@ void copyFile(const QString &source, const QString &destination, const CopyProgr
         reportChunks(progress, reader.size(), done, done + count);
         done += count;
     }
-    target.commit();
+    target.commit(destination.unixSeconds);
 }
 
-void decryptFile(const QByteArray &key, const QString &source, const QString &destination,
-                 const CopyProgress &progress, Padding padding, Placing placing)
+void decryptFile(const QByteArray &key, const QString &source, const Destination &destination,
+                 const CopyProgress &progress, Padding padding)
 {
     requireKey(key, source);
     SourceReader reader(source);
-    TargetFile target(destination, placing);
+    TargetFile target(destination.path, destination.placing);
     if (reader.size() % cipherBlock != 0)
         throw Error(QStringLiteral("%1, POLARSSL_ERR_AES_INVALID_INPUT_LENGTH (rd%16 != 0).").arg(source));
 
@@ -177,7 +177,7 @@ void decryptFile(const QByteArray &key, const QString &source, const QString &de
         reportChunks(progress, reader.size(), done, reader.done());
     }
     writer.finish();
-    target.commit();
+    target.commit(destination.unixSeconds);
 }
 
 void encryptFile(const QByteArray &key, const QString &source, const QString &destination)

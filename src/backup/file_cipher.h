@@ -22,17 +22,29 @@ enum class Placing {
     InPlace, // written under its own name, so that a killed run leaves no file of another name
 };
 
+/// Where a copy goes.
+struct Destination
+{
+    Destination(const QString &place, std::uint32_t time = 0, Placing way = Placing::Renamed)
+        : path(place), unixSeconds(time), placing(way)
+    {
+    }
+
+    QString path;
+    std::uint32_t unixSeconds; // the file has this time from the moment it is in its place; 0 is now
+    Placing placing;
+};
+
 /// Copies a file. Creates the destination's folder when missing. Throws Error("can not open %1. %2"),
 /// Error("can not create %1. %2") or Error("can not write %1. %2"); a destination that is not whole is
 /// removed.
-void copyFile(const QString &source, const QString &destination, const CopyProgress &progress = {});
+void copyFile(const QString &source, const Destination &destination, const CopyProgress &progress = {});
 
 /// AES-256-CBC with a zero initialisation vector, streaming; the padding is dropped. Throws as copyFile does,
 /// and for content that is no whole number of blocks or has no valid padding. An empty source gives an empty
 /// destination. A destination that is not whole is removed.
-void decryptFile(const QByteArray &key, const QString &source, const QString &destination,
-                 const CopyProgress &progress = {}, Padding padding = Padding::Required,
-                 Placing placing = Placing::Renamed);
+void decryptFile(const QByteArray &key, const QString &source, const Destination &destination,
+                 const CopyProgress &progress = {}, Padding padding = Padding::Required);
 
 /// The inverse of decryptFile.
 void encryptFile(const QByteArray &key, const QString &source, const QString &destination);

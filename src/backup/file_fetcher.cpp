@@ -1,5 +1,6 @@
 #include "backup/file_fetcher.h"
 
+#include "backup/target_file.h"
 #include "base/error.h"
 
 #include <QDir>
@@ -13,11 +14,8 @@ void setFileTimes(const QString &path, std::uint32_t unixSeconds)
 {
     if (unixSeconds == 0)
         return;
-    const QDateTime time = QDateTime::fromSecsSinceEpoch(unixSeconds, Qt::UTC);
     QFile file(path);
-    if (!file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly) ||
-        !file.setFileTime(time, QFileDevice::FileAccessTime) ||
-        !file.setFileTime(time, QFileDevice::FileModificationTime))
+    if (!file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly) || !setTimes(file, unixSeconds))
         qWarning("The time of %s cannot be set: %s", qUtf8Printable(path),
                  qUtf8Printable(file.errorString()));
 }
@@ -75,20 +73,20 @@ FetchOutcome FileFetcher::fetch(Index index, const QString &destination, const C
 {
     requireFile(index);
     const QByteArray fileKey = key(index);
+    const Destination place{destination, m_catalogue.lastModified(index)};
     FetchOutcome outcome = FetchOutcome::Decrypted;
     if (fileKey.isEmpty()) {
-        copyFile(path(index), destination, progress);
+        copyFile(path(index), place, progress);
         outcome = isLocked(index) ? FetchOutcome::CopiedLocked : FetchOutcome::Copied;
     } else {
         try {
-            decryptFile(fileKey, path(index), destination, progress);
+            decryptFile(fileKey, path(index), place, progress);
         } catch (const Error &error) {
             if (error.sentence().contains(path(index)))
                 throw;
             throw error.withContext(displayPath(index));
         }
     }
-    setFileTimes(destination, m_catalogue.lastModified(index));
     return outcome;
 }
 

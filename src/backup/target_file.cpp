@@ -2,6 +2,7 @@
 
 #include "base/error.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
 #include <QRandomGenerator>
@@ -20,6 +21,13 @@ std::filesystem::path nativePath(const QString &path)
     return std::filesystem::path(path.toStdU16String());
 }
 } // namespace
+
+bool setTimes(QFile &file, std::uint32_t unixSeconds)
+{
+    const QDateTime time = QDateTime::fromSecsSinceEpoch(unixSeconds, Qt::UTC);
+    return file.setFileTime(time, QFileDevice::FileAccessTime) &&
+           file.setFileTime(time, QFileDevice::FileModificationTime);
+}
 
 TargetFile::TargetFile(const QString &path, Placing placing) : m_path(path)
 {
@@ -81,8 +89,13 @@ void TargetFile::write(const char *bytes, qint64 size)
     }
 }
 
-void TargetFile::commit()
+void TargetFile::commit(std::uint32_t unixSeconds)
 {
+    if (unixSeconds != 0 && !setTimes(m_file, unixSeconds)) {
+        qWarning("The time of %s cannot be set: %s", qUtf8Printable(m_path),
+                 qUtf8Printable(m_file.errorString()));
+        m_file.unsetError();
+    }
     m_file.close();
     if (m_file.error() != QFileDevice::NoError)
         failWriting(m_file.errorString());

@@ -5,6 +5,9 @@
 #include <QFile>
 #include <QString>
 
+/// Sets access and modification time of an open file; false when that fails.
+bool setTimes(QFile &file, std::uint32_t unixSeconds);
+
 /// A file that is complete or absent: it is written under a name of its own beside its place and renamed over
 /// it by commit(). A link that stands at the place is replaced, never followed. Without commit() nothing
 /// stays behind. Only its owner may read it: it holds somebody's data. Every failure is thrown as
@@ -19,7 +22,9 @@ public:
     TargetFile &operator=(const TargetFile &) = delete;
 
     void write(const char *bytes, qint64 size);
-    void commit();
+    /// The time is set before the file comes to its place, so that whoever finds it there finds it finished.
+    /// 0 leaves the time of writing, and so does a file system that keeps no times.
+    void commit(std::uint32_t unixSeconds = 0);
 
 private:
     QString m_path;
