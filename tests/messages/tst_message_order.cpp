@@ -160,9 +160,9 @@ void TestMessageOrder::selection_data()
     QTest::addColumn<qint64>("from");
     QTest::addColumn<qint64>("to");
     QTest::addColumn<Places>("expected");
-    QTest::newRow("all, those without a chat last")
+    QTest::newRow("all, those without a chat first")
         << QList<qint64>{} << qint64(0) << qint64(10000)
-        << Places{{1, 200}, {1, 100}, {2, 100}, {2, 300}, {0, 400}};
+        << Places{{0, 400}, {1, 200}, {1, 100}, {2, 100}, {2, 300}};
     QTest::newRow("both ends of the range count")
         << QList<qint64>{} << qint64(1000) << qint64(2000) << Places{{1, 200}, {1, 100}, {2, 100}};
     QTest::newRow("named conversations in their own order")
