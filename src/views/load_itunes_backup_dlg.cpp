@@ -14,6 +14,7 @@
 
 #include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QListView>
@@ -151,6 +152,13 @@ void LoadItunesBackupDlg::addFolder(const QString &folder)
 {
     if (isLoaded(folder)) {
         showWarningBox(textFor("IDS_BACKUP_ALREADY_LISTED"));
+        return;
+    }
+    // The Messages folder of a Mac.
+    const QString macMessages = QDir(folder).filePath(QStringLiteral("chat.db"));
+    if (!isBackupFolder(folder) && QFileInfo(macMessages).isFile()) {
+        m_messageFile = macMessages;
+        accept();
         return;
     }
     QList<BackupInfo> found;

@@ -102,6 +102,13 @@ void TestLoadItunesBackupDlg::addOther()
     dialog.addFolder(empty.path());
     QVERIFY(refused.text().contains(empty.path()));
     QCOMPARE(listOf(dialog)->model()->rowCount(), 2);
+    QVERIFY(dialog.selectedMessageFile().isEmpty());
+
+    QFile messages(empty.filePath(QStringLiteral("chat.db")));
+    QVERIFY(messages.open(QIODevice::WriteOnly));
+    dialog.addFolder(empty.path());
+    QCOMPARE(dialog.selectedMessageFile(), messages.fileName());
+    QCOMPARE(dialog.result(), int(QDialog::Accepted));
 }
 
 void TestLoadItunesBackupDlg::emptyOffersASample()
