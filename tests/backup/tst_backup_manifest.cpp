@@ -289,7 +289,7 @@ void TestBackupManifest::devicePaths_data()
     QTest::newRow("listed in one, stored in the other")
         << u"~/Library/gone"_s << SourceFile{u"MediaDomain"_s, u"Library/gone"_s};
     QTest::newRow("not listed") << u"~/Library/none"_s << SourceFile();
-    QTest::newRow("elsewhere") << u"/var/root/Library/both"_s << SourceFile();
+    QTest::newRow("elsewhere") << u"/var/wireless/Library/both"_s << SourceFile();
     QTest::newRow("relative") << u"Library/both"_s << SourceFile();
     QTest::newRow("the home folder itself") << u"/var/mobile/"_s << SourceFile();
     QTest::newRow("empty") << QString() << SourceFile();
