@@ -1,28 +1,18 @@
 #include "export/attachment_copies.h"
 
-#include "backup/file_source.h"
 #include "base/error.h"
 #include "export/attachment_file.h"
 #include "export/output_file.h"
+#include "messages/attachment_content.h"
 
-#include <QDateTime>
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QStorageInfo>
 
 #include <algorithm>
 
 namespace {
 constexpr qint64 probeBytes = 64 * 1024;
-
-void copyWithTime(const QString &from, const QString &to, const CopyProgress &progress)
-{
-    copyFile(from, to, progress);
-    QFile copy(to);
-    if (copy.open(QIODevice::ReadWrite | QIODevice::ExistingOnly))
-        copy.setFileTime(QFileInfo(from).lastModified(), QFileDevice::FileModificationTime);
-}
 } // namespace
 
 void makeFolder(const QString &path)
@@ -46,15 +36,11 @@ QString AttachmentCopies::copy(const _MsgAttachment &attachment)
     if (const QString reason = whyMissing(attachment, m_source); !reason.isEmpty())
         return missing(attachment, reason);
 
-    const bool isLocal = isLocalAttachment(attachment);
     const QString name = m_names.take(attachmentFileName(attachment));
     const QString target = pathOf(name);
     const CopyProgress stopWhenAsked = [this](std::uint64_t, std::uint64_t) { m_progress.check(); };
     try {
-        if (isLocal)
-            copyWithTime(attachment.local_path, target, stopWhenAsked);
-        else
-            m_source->fetchTo(attachment.source, target, stopWhenAsked);
+        fetchContent(attachment, m_source, target, stopWhenAsked);
     } catch (const Error &error) {
         m_names.release(name);
         // The sentence names the file that could not be written or the one that could not be read.
@@ -62,7 +48,7 @@ QString AttachmentCopies::copy(const _MsgAttachment &attachment)
             requireTargetWorks(attachment.total_bytes);
         return missing(attachment, error.sentence());
     }
-    if (!isLocal && m_source->isLocked(attachment.source))
+    if (isLocked(attachment, m_source))
         m_summary.lockedFiles += name;
     ++m_summary.attachmentsCopied;
     return name;

@@ -1,25 +1,17 @@
 #include "export/attachment_file.h"
 
 #include "export/free_names.h"
-
-#include <QFileInfo>
+#include "messages/attachment_content.h"
 
 #include <algorithm>
 
-bool isLocalAttachment(const _MsgAttachment &attachment)
-{
-    return !attachment.local_path.isEmpty() && QFileInfo(attachment.local_path).isFile();
-}
-
 QString whyMissing(const _MsgAttachment &attachment, const FileSource *source)
 {
-    if (isLocalAttachment(attachment))
+    if (hasContent(attachment, source))
         return {};
-    if (!source || attachment.source.isNull())
-        return QStringLiteral("The backup does not list the file.");
-    if (!source->hasContent(attachment.source))
-        return QStringLiteral("The backup lists the file but does not hold it.");
-    return {};
+    return !source || attachment.source.isNull()
+               ? QStringLiteral("The backup does not list the file.")
+               : QStringLiteral("The backup lists the file but does not hold it.");
 }
 
 QString missingAttachmentText(const _MsgAttachment &attachment, const QString &reason)

@@ -6,12 +6,7 @@
 /// A text file longer than this is not shown as a message.
 inline constexpr qint64 longestShownTextBytes = 1024 * 1024;
 
-// How an export gets at the file of an attachment. `source` may be null everywhere.
-
-/// True when the file can be read on this computer as it is.
-bool isLocalAttachment(const _MsgAttachment &attachment);
-
-/// Why the file cannot be had; empty when there is hope.
+/// Why the file of an attachment cannot be had; empty when there is hope. `source` may be null.
 QString whyMissing(const _MsgAttachment &attachment, const FileSource *source);
 
 /// What the summary of an export says of an attachment that could not be had.

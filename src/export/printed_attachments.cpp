@@ -4,6 +4,7 @@
 #include "export/attachment_file.h"
 #include "export/message_text.h"
 #include "export/thumbnails.h"
+#include "messages/attachment_content.h"
 
 #include <QFile>
 
@@ -43,11 +44,11 @@ void FetchedAttachments::withFile(const _MsgAttachment &attachment,
         missing(reason);
         return;
     }
-    if (isLocalAttachment(attachment)) {
+    if (isLocal(attachment)) {
         read(attachment.local_path);
         return;
     }
-    if (m_source->isLocked(attachment.source)) {
+    if (isLocked(attachment, m_source)) {
         missing(QStringLiteral("The password does not unlock the file."));
         return;
     }

@@ -2,14 +2,13 @@
 
 #include "base/error.h"
 
+#include <QDateTime>
 #include <QFileInfo>
 
-namespace {
 bool isLocal(const _MsgAttachment &attachment)
 {
     return !attachment.local_path.isEmpty() && QFileInfo(attachment.local_path).isFile();
 }
-} // namespace
 
 bool hasContent(const _MsgAttachment &attachment, const FileSource *source)
 {
@@ -22,12 +21,24 @@ bool isLocked(const _MsgAttachment &attachment, const FileSource *source)
     return !isLocal(attachment) && source && source->isLocked(attachment.source);
 }
 
-void fetchContent(const _MsgAttachment &attachment, FileSource *source, const QString &destination)
+void fetchContent(const _MsgAttachment &attachment, FileSource *source, const QString &destination,
+                  const CopyProgress &progress)
 {
-    if (isLocal(attachment))
-        return copyFile(attachment.local_path, destination);
+    if (isLocal(attachment)) {
+        const qint64 seconds = QFileInfo(attachment.local_path).lastModified().toSecsSinceEpoch();
+        return copyFile(attachment.local_path, {destination, static_cast<std::uint32_t>(seconds)}, progress);
+    }
     if (!source)
         throw Error(QStringLiteral("can not open %1. Its file is nowhere to be found.")
                         .arg(attachment.displayName()));
-    source->fetchTo(attachment.source, destination);
+    source->fetchTo(attachment.source, destination, progress);
+}
+
+std::optional<QString> viewableFile(const _MsgAttachment &attachment, FileSource *source)
+{
+    if (isLocal(attachment))
+        return attachment.local_path;
+    if (!hasContent(attachment, source))
+        return std::nullopt;
+    return source->fetchForViewing(attachment.source);
 }

@@ -1,13 +1,24 @@
 #pragma once
 
+#include "backup/file_cipher.h"
 #include "messages/msg_records.h"
 
-/// True when the content of an attachment can be had: it lies on this computer already, or `source`, which
-/// may be null, has it.
+#include <optional>
+
+/// True when the content of an attachment lies on this computer as it is, at its `local_path`.
+bool isLocal(const _MsgAttachment &attachment);
+
+/// True when the content of an attachment can be had: it is local, or `source`, which may be null, has it.
 bool hasContent(const _MsgAttachment &attachment, const FileSource *source);
 
 /// True when what fetchContent() gives is unreadable: it is of a class that the password does not unlock.
 bool isLocked(const _MsgAttachment &attachment, const FileSource *source);
 
-/// Writes the content to `destination` (complete or absent). Throws Error; content that cannot be had is one.
-void fetchContent(const _MsgAttachment &attachment, FileSource *source, const QString &destination);
+/// Writes the content, with its time, to `destination` (complete or absent). Throws Error; content that
+/// cannot be had is one. What `progress` throws ends it.
+void fetchContent(const _MsgAttachment &attachment, FileSource *source, const QString &destination,
+                  const CopyProgress &progress = {});
+
+/// A file of this computer with the content: where it lies, or a copy that `source` keeps for looking at.
+/// Nothing when it is in neither place. Throws Error when it is there and cannot be fetched.
+std::optional<QString> viewableFile(const _MsgAttachment &attachment, FileSource *source);

@@ -1,10 +1,11 @@
 #include "views/page_server.h"
 
 #include "base/error.h"
-#include "export/viewable_file.h"
+#include "export/attachment_file.h"
 #include "export/emoji_picture.h"
 #include "export/message_text.h"
 #include "export/thumbnails.h"
+#include "messages/attachment_content.h"
 #include "views/web_views.h"
 
 #include <QBuffer>
@@ -16,7 +17,6 @@
 
 namespace {
 constexpr int threads = 2;
-constexpr qint64 longestTextBytes = 1024 * 1024;
 const QString attachmentPath = QStringLiteral("/attachment/");
 const QString picturePath = QStringLiteral("/picture/");
 const QString emojiPath = QStringLiteral("/app_res/emoji/");
@@ -62,8 +62,7 @@ std::optional<QString> fetched(const ShownPage &page, const _MsgAttachment &atta
     std::optional<QString> path;
     try {
         PageProgress progress(page);
-        page.owner->files.use(progress,
-                              [&](FileSource *source) { path = viewableFile(attachment, source); });
+        page.owner->files.use(progress, [&](FileSource *source) { path = viewableFile(attachment, source); });
     } catch (const Error &error) {
         qWarning("An attachment is not shown: %s", error.what());
     }
@@ -116,7 +115,7 @@ public:
     std::optional<QString> text(const _MsgAttachment &attachment) override
     {
         const std::optional<QString> path = fetched(m_page, attachment);
-        if (!path || QFileInfo(*path).size() > longestTextBytes)
+        if (!path || QFileInfo(*path).size() > longestShownTextBytes)
             return std::nullopt;
         return QString::fromUtf8(contentOf(*path));
     }

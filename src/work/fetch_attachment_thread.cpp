@@ -1,6 +1,6 @@
 #include "work/fetch_attachment_thread.h"
 
-#include "export/viewable_file.h"
+#include "messages/attachment_content.h"
 
 FetchAttachmentThread::FetchAttachmentThread(const _MsgAttachment &attachment, LoadedMessagesPtr owner)
     : m_attachment(attachment), m_owner(std::move(owner))
