@@ -1584,5 +1584,26 @@
         <source>IDS_DELETE_ONE_RECORD</source>
         <translation>Delete 1 record</translation>
     </message>
+    <message numerus="yes">
+        <source>IDS_EVERYTHING_BRINGS_IN</source>
+        <translation>
+            <numerusform>(--everything brings it in)</numerusform>
+            <numerusform>(--everything brings them in)</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_ROWS_DAMAGED</source>
+        <translation>
+            <numerusform>%n row of %1 cannot be read: %2</numerusform>
+            <numerusform>%n rows of %1 cannot be read: %2</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_SYSTEM_ITEMS</source>
+        <translation>
+            <numerusform>%n system item is left out</numerusform>
+            <numerusform>%n system items are left out</numerusform>
+        </translation>
+    </message>
 </context>
 </TS>
