@@ -13,6 +13,8 @@ struct SourceFile
     QString relativePath;
 
     bool isNull() const { return relativePath.isEmpty(); }
+    /// "domain path", as it is told to people.
+    QString display() const { return (domain + QLatin1Char(' ') + relativePath).trimmed(); }
     bool operator==(const SourceFile &) const = default;
 };
 

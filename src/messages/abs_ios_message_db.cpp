@@ -1,6 +1,5 @@
 #include "messages/abs_ios_message_db.h"
 
-#include "messages/device_database.h"
 #include "messages/device_path.h"
 #include "messages/stored_attachments.h"
 #include "messages/typed_stream.h"
@@ -39,13 +38,14 @@ void AbsIOSMessageDb::RowWatch::row()
         m_progress.check();
 }
 
-AbsIOSMessageDb::AbsIOSMessageDb(const QString &path, FileSource *source, ContactNames names)
+AbsIOSMessageDb::AbsIOSMessageDb(const DatabaseFile &file, FileSource *source, ContactNames names)
     : m_source(source),
       m_names(names),
       m_normalise([](const QString &number, const QString &) { return CountryLibDb::normalise(number, {}); })
 {
-    if (const QString damage = openDeviceDatabase(m_db, path); !damage.isEmpty())
-        m_damageOfFile.append(damage);
+    m_db.openForeign(file);
+    if (!m_db.damage().isEmpty())
+        m_damageOfFile.append(m_db.damage());
     Sqlite3Cursor cursor = m_db.queryThrow(QStringLiteral("select * from sqlite_master where type='table'"));
     const int name = cursor.columnIndex(QStringLiteral("name"));
     const int sql = cursor.columnIndex(QStringLiteral("sql"));

@@ -44,7 +44,7 @@ protected:
     };
 
     /// Opens the database; throws Error. `source`, which may be null, must outlive this object.
-    AbsIOSMessageDb(const QString &path, FileSource *source, ContactNames names);
+    AbsIOSMessageDb(const DatabaseFile &file, FileSource *source, ContactNames names);
 
     bool hasTable(const QString &table) const;
     bool hasColumn(const QString &table, const QString &column) const;

@@ -10,6 +10,7 @@
 #include <unordered_map>
 
 class FileSource;
+struct DatabaseFile;
 
 /// A source of messages. It owns every record that it loads; they live until it is reloaded or destroyed.
 /// Used by one thread at a time.
@@ -68,4 +69,4 @@ std::unique_ptr<AbsMessageDb> openMessageDb(FileSource &source);
 
 /// Opens one message database file of a device. `source`, which may be null, has its attachments and the
 /// address book. Throws Error.
-std::unique_ptr<AbsMessageDb> openMessageDbFile(const QString &path, FileSource *source);
+std::unique_ptr<AbsMessageDb> openMessageDbFile(const DatabaseFile &file, FileSource *source);

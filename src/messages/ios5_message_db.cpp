@@ -97,8 +97,8 @@ struct IOS5MessageDb::Columns
     int flags;
 };
 
-IOS5MessageDb::IOS5MessageDb(const QString &path, FileSource *source)
-    : IOS5Conversations(path, source, ContactNames::FromAddressBook)
+IOS5MessageDb::IOS5MessageDb(const DatabaseFile &file, FileSource *source)
+    : IOS5Conversations(file, source, ContactNames::FromAddressBook)
 {
 }
 

@@ -12,7 +12,7 @@ class IOS5MessageDb : public IOS5Conversations
 public:
     /// Opens the database; throws Error. `source`, which may be null, has the attachments and the address
     /// book; it must outlive this object.
-    IOS5MessageDb(const QString &path, FileSource *source);
+    IOS5MessageDb(const DatabaseFile &file, FileSource *source);
     ~IOS5MessageDb() override;
 
     int kind() const override { return 5; }

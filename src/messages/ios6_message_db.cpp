@@ -13,8 +13,8 @@ QString onlyChat(const QString &column, qint64 chatId)
 }
 } // namespace
 
-IOS6MessageDb::IOS6MessageDb(const QString &path, FileSource *source, ContactNames names)
-    : AbsIOSMessageDb(path, source, names)
+IOS6MessageDb::IOS6MessageDb(const DatabaseFile &file, FileSource *source, ContactNames names)
+    : AbsIOSMessageDb(file, source, names)
 {
 }
 

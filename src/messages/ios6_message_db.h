@@ -11,7 +11,7 @@ class IOS6MessageDb : public AbsIOSMessageDb
 public:
     /// Opens the database; throws Error. `source` may be null: attachments have no file then and nobody a
     /// name out of the address book. It must outlive this object.
-    IOS6MessageDb(const QString &path, FileSource *source, ContactNames names);
+    IOS6MessageDb(const DatabaseFile &file, FileSource *source, ContactNames names);
 
     int kind() const override { return 6; }
     qint64 countMessages() override;

@@ -36,8 +36,8 @@ SourceFile MacMessageFiles::fileOfDevicePath(const QString &path) const
     return {};
 }
 
-MacMessagingDb::MacMessagingDb(const QString &path, MacMessageFiles &files)
-    : IOS6MessageDb(path, &files, ContactNames::None), m_files(files)
+MacMessagingDb::MacMessagingDb(const DatabaseFile &file, MacMessageFiles &files)
+    : IOS6MessageDb(file, &files, ContactNames::None), m_files(files)
 {
 }
 

@@ -24,8 +24,8 @@ private:
 class MacMessagingDb : public IOS6MessageDb
 {
 public:
-    /// `path` is a private copy of the database; `files` must outlive this object. Throws Error.
-    MacMessagingDb(const QString &path, MacMessageFiles &files);
+    /// `file` is a private copy of the database; `files` must outlive this object. Throws Error.
+    MacMessagingDb(const DatabaseFile &file, MacMessageFiles &files);
 
     int kind() const override { return 7; }
 

@@ -65,10 +65,10 @@ bool isFromMac(const Sqlite3DB &db)
 
 enum class Kind { Store, Mac, Device };
 
-Kind kindOf(const QString &database)
+Kind kindOf(const DatabaseFile &file)
 {
     Sqlite3DB db;
-    db.openThrow(database);
+    db.openForeign(file);
     if (hasColumn(db, "chat", "_last"))
         return Kind::Store;
     return isFromMac(db) ? Kind::Mac : Kind::Device;
@@ -77,7 +77,7 @@ Kind kindOf(const QString &database)
 MessageSource openMac(const QString &folder, const QString &path)
 {
     auto files = std::make_unique<MacMessageFiles>(folder, QDir::homePath());
-    const QString copy = files->copyOf(path);
+    const DatabaseFile copy(files->copyOf(path), path);
     auto database = std::make_unique<MacMessagingDb>(copy, *files);
     useCountries(*database);
     return {std::move(files), std::move(database)};
@@ -114,7 +114,7 @@ MessageSource openMessageFile(const QString &path)
     if (QFileInfo(file).fileName() == chatDb)
         return openMac(folder, file);
     auto files = std::make_unique<LooseDatabaseSource>(folder, deviceFolder);
-    const QString copy = files->copyOf(file);
+    const DatabaseFile copy(files->copyOf(file), file);
     std::unique_ptr<AbsMessageDb> database;
     switch (kindOf(copy)) {
     case Kind::Store:

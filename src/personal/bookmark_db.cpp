@@ -1,6 +1,6 @@
 #include "personal/bookmark_db.h"
 
-#include "backup/file_source.h"
+#include "backup/device_database.h"
 #include "base/error.h"
 
 #include <QHash>
@@ -68,11 +68,9 @@ void IOSBookmarkDb::open()
 {
     if (m_db.isOpen())
         return;
-    const auto path =
-        m_source.fetchDatabase({QStringLiteral("HomeDomain"), QStringLiteral("Library/Safari/Bookmarks.db")});
-    if (!path)
-        throw Error(QStringLiteral("Cannot find Bookmarks.db."));
-    m_db.openThrow(*path);
+    if (!openDeviceDatabase(m_db, m_source,
+                            {QStringLiteral("HomeDomain"), QStringLiteral("Library/Safari/Bookmarks.db")}))
+        throw Error(QStringLiteral("Cannot find Bookmarks.db."), ErrorKind::NotFound);
 }
 
 qint64 IOSBookmarkDb::count()

@@ -1,6 +1,6 @@
 #include "personal/calendar_db.h"
 
-#include "backup/file_source.h"
+#include "backup/device_database.h"
 #include "base/apple_time.h"
 #include "base/error.h"
 
@@ -94,11 +94,10 @@ void IOSCalendarDb::open()
 {
     if (m_db.isOpen())
         return;
-    const auto path = m_source.fetchDatabase(
-        {QStringLiteral("HomeDomain"), QStringLiteral("Library/Calendar/Calendar.sqlitedb")});
-    if (!path)
-        throw Error(QStringLiteral("Cannot find Calendar.sqlitedb"));
-    m_db.openThrow(*path);
+    if (!openDeviceDatabase(
+            m_db, m_source,
+            {QStringLiteral("HomeDomain"), QStringLiteral("Library/Calendar/Calendar.sqlitedb")}))
+        throw Error(QStringLiteral("Cannot find Calendar.sqlitedb"), ErrorKind::NotFound);
 }
 
 qint64 IOSCalendarDb::count()

@@ -1,7 +1,7 @@
 #include "personal/ios_call_history_db.h"
 
+#include "backup/device_database.h"
 #include "backup/file_record.h"
-#include "backup/file_source.h"
 #include "base/apple_time.h"
 #include "base/error.h"
 #include "personal/number_names.h"
@@ -28,7 +28,8 @@ void requireTable(const Sqlite3DB &db, const char *table)
 {
     if (!db.hasTable(QLatin1String(table)))
         throw Error(
-            QStringLiteral("can not read %1. It has no table \"%2\"").arg(db.path(), QLatin1String(table)));
+            QStringLiteral("can not read %1. It has no table \"%2\"").arg(db.name(), QLatin1String(table)),
+            ErrorKind::Damaged, FileAccess::Reading);
 }
 
 qint64 countOf(const Sqlite3DB &db, const QString &table)
@@ -38,9 +39,21 @@ qint64 countOf(const Sqlite3DB &db, const QString &table)
 }
 } // namespace
 
-void IOS5CallsDbCore::open(const QString &path)
+bool AbsCallsDbCore::open(FileSource &source)
 {
-    m_db.openThrow(path);
+    if (!openDeviceDatabase(m_db, source, file()))
+        return false;
+    prepare();
+    return true;
+}
+
+SourceFile IOS5CallsDbCore::file() const
+{
+    return olderFile;
+}
+
+void IOS5CallsDbCore::prepare()
+{
     requireTable(m_db, "call");
     m_columns = m_db.tbCols(QStringLiteral("call"));
     if (!m_db.hasTable(QStringLiteral("_SqliteDatabaseProperties")))
@@ -110,9 +123,13 @@ QList<CallEntry> IOS5CallsDbCore::readAll()
     return calls;
 }
 
-void IOS8CallsDbCore::open(const QString &path)
+SourceFile IOS8CallsDbCore::file() const
 {
-    m_db.openThrow(path);
+    return newerFile;
+}
+
+void IOS8CallsDbCore::prepare()
+{
     requireTable(m_db, "ZCALLRECORD");
     if (!m_db.hasTable(QStringLiteral("Z_PRIMARYKEY")))
         return;
@@ -163,24 +180,11 @@ QList<CallEntry> IOS8CallsDbCore::readAll()
 
 IOSCallHistoryDb::IOSCallHistoryDb(FileSource &source) : m_source(source) {}
 
-std::unique_ptr<AbsCallsDbCore> IOSCallHistoryDb::openOlder()
+template <typename Core>
+std::unique_ptr<AbsCallsDbCore> IOSCallHistoryDb::openCore()
 {
-    const auto path = m_source.fetchDatabase(olderFile);
-    if (!path)
-        return nullptr;
-    auto core = std::make_unique<IOS5CallsDbCore>();
-    core->open(*path);
-    return core;
-}
-
-std::unique_ptr<AbsCallsDbCore> IOSCallHistoryDb::openNewer()
-{
-    const auto path = m_source.fetchDatabase(newerFile);
-    if (!path)
-        return nullptr;
-    auto core = std::make_unique<IOS8CallsDbCore>();
-    core->open(*path);
-    return core;
+    auto core = std::make_unique<Core>();
+    return core->open(m_source) ? std::move(core) : nullptr;
 }
 
 // Systems that write the newer database leave the older one behind, empty or without its content: then the
@@ -190,18 +194,19 @@ AbsCallsDbCore &IOSCallHistoryDb::core()
     if (m_core)
         return *m_core;
     try {
-        m_core = openOlder();
+        m_core = openCore<IOS5CallsDbCore>();
     } catch (const Error &error) {
-        m_core = openNewer();
+        m_core = openCore<IOS8CallsDbCore>();
         if (!m_core)
             throw;
         qWarning("the older call history is left out: %s", error.what());
     }
     if (!m_core || m_core->count() == 0)
-        if (auto newer = openNewer())
+        if (auto newer = openCore<IOS8CallsDbCore>())
             m_core = std::move(newer);
     if (!m_core)
-        throw Error(QStringLiteral("Cannot find %1 or %2.").arg(fileIdOf(newerFile), fileIdOf(olderFile)));
+        throw Error(QStringLiteral("Cannot find %1 or %2.").arg(fileIdOf(newerFile), fileIdOf(olderFile)),
+                    ErrorKind::NotFound);
     return *m_core;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "backup/file_source.h"
 #include "personal/call_entry.h"
 #include "sqlite/sqlite3_db.h"
 
@@ -8,28 +9,30 @@
 
 #include <memory>
 
-class FileSource;
-
 /// One generation of the device's call database.
 class AbsCallsDbCore
 {
 public:
     virtual ~AbsCallsDbCore() = default;
-    /// Throws Error when the file cannot be read or lacks its table of calls.
-    virtual void open(const QString &path) = 0;
+    /// False when the source does not list the file. Throws Error when it cannot be read or lacks its table of
+    /// calls.
+    bool open(FileSource &source);
     /// Newest first; `person` is left empty.
     virtual QList<CallEntry> readAll() = 0;
     virtual qint64 count() = 0;
 
 protected:
     Sqlite3DB m_db;
+
+private:
+    virtual SourceFile file() const = 0;
+    virtual void prepare() = 0;
 };
 
 /// "call_history.db", the older one.
 class IOS5CallsDbCore : public AbsCallsDbCore
 {
 public:
-    void open(const QString &path) override;
     QList<CallEntry> readAll() override;
     qint64 count() override;
 
@@ -37,6 +40,9 @@ public:
     static CallType typeOfFlags(int flags, bool hasAnsweredColumn, bool answered, int clientVersion);
 
 private:
+    SourceFile file() const override;
+    void prepare() override;
+
     QSet<QString> m_columns;
     int m_clientVersion = 0;
 };
@@ -45,11 +51,13 @@ private:
 class IOS8CallsDbCore : public AbsCallsDbCore
 {
 public:
-    void open(const QString &path) override;
     QList<CallEntry> readAll() override;
     qint64 count() override;
 
 private:
+    SourceFile file() const override;
+    void prepare() override;
+
     int m_entity = 0;
 };
 
@@ -69,7 +77,7 @@ private:
     FileSource &m_source;
     std::unique_ptr<AbsCallsDbCore> m_core;
 
-    std::unique_ptr<AbsCallsDbCore> openOlder();
-    std::unique_ptr<AbsCallsDbCore> openNewer();
+    template <typename Core>
+    std::unique_ptr<AbsCallsDbCore> openCore();
     AbsCallsDbCore &core();
 };

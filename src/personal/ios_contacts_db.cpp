@@ -1,6 +1,6 @@
 #include "personal/ios_contacts_db.h"
 
-#include "backup/file_source.h"
+#include "backup/device_database.h"
 #include "base/apple_time.h"
 #include "base/error.h"
 #include "personal/contact_words.h"
@@ -194,18 +194,16 @@ void IOSContactsDb::open()
 {
     if (m_people.isOpen())
         return;
-    const auto fetch = [this](const char *name) {
-        return m_source.fetchDatabase(
+    const auto open = [this](Sqlite3DB &db, const char *name) {
+        return openDeviceDatabase(
+            db, m_source,
             {QStringLiteral("HomeDomain"), QStringLiteral("Library/AddressBook/") + QLatin1String(name)});
     };
-    const auto people = fetch("AddressBook.sqlitedb");
-    if (!people)
-        throw Error(QStringLiteral("Cannot find AddressBook.sqlitedb"));
-    m_people.openThrow(*people);
+    if (!open(m_people, "AddressBook.sqlitedb"))
+        throw Error(QStringLiteral("Cannot find AddressBook.sqlitedb"), ErrorKind::NotFound);
     // People without pictures are better than no people.
     try {
-        if (const auto images = fetch("AddressBookImages.sqlitedb"))
-            m_images.openThrow(*images);
+        open(m_images, "AddressBookImages.sqlitedb");
     } catch (const Error &error) {
         qWarning("no contact pictures: %s", error.what());
     }

@@ -1,6 +1,6 @@
 #include "personal/ios_contacts_mem_db.h"
 
-#include "backup/file_source.h"
+#include "backup/device_database.h"
 #include "base/error.h"
 #include "personal/contact_functions.h"
 
@@ -41,11 +41,9 @@ IOSContactsMemDb::IOSContactsMemDb(FileSource &source, const NumberNormaliser &n
 
 void IOSContactsMemDb::build(FileSource &source, const NumberNormaliser &normalise)
 {
-    const std::optional<QString> path = source.fetchDatabase(addressBookFile);
-    if (!path)
-        throw Error(QStringLiteral("Cannot find AddressBook.sqlitedb"));
     Sqlite3DB addressBook;
-    addressBook.openThrow(*path);
+    if (!openDeviceDatabase(addressBook, source, addressBookFile))
+        throw Error(QStringLiteral("Cannot find AddressBook.sqlitedb"), ErrorKind::NotFound);
     createIndex();
     Sqlite3Transaction transaction(m_db);
     addPersons(addressBook);
@@ -71,7 +69,7 @@ void IOSContactsMemDb::createIndex()
     // The index never outlives this object, so nothing has to survive a crash.
     if (!m_db.exec(QStringLiteral("pragma journal_mode=memory; pragma synchronous=off;")) ||
         !m_db.exec(schema))
-        throw Error(m_db.lastError());
+        throw m_db.failure(QStringLiteral("can not create %1. %2"));
 }
 
 void IOSContactsMemDb::addPersons(const Sqlite3DB &addressBook)
@@ -119,11 +117,9 @@ void IOSContactsMemDb::addNumbers(const Sqlite3DB &addressBook, const NumberNorm
 void IOSContactsMemDb::addPhotos(FileSource &source)
 {
     static const QString updateSql = QStringLiteral("update person set photo=? where rowid=?");
-    const std::optional<QString> path = source.fetchDatabase(imagesFile);
-    if (!path)
-        return;
     Sqlite3DB images;
-    images.openThrow(*path);
+    if (!openDeviceDatabase(images, source, imagesFile))
+        return;
     Sqlite3Cursor thumbnails =
         images.queryThrow(QStringLiteral("select record_id, data from ABThumbnailImage"));
     Sqlite3Cursor update = m_db.queryThrow(updateSql);

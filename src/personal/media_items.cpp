@@ -1,6 +1,7 @@
 #include "personal/media_items.h"
 
 #include "backup/backup_manifest.h"
+#include "backup/device_database.h"
 #include "base/apple_time.h"
 #include "base/error.h"
 #include "sqlite/sqlite3_db.h"
@@ -59,15 +60,8 @@ FileCatalogue::Index audioOf(const BackupManifest &backup, const RecordingsPlace
     return beside != FileCatalogue::none ? beside : byName.value(name.toUtf8(), FileCatalogue::none);
 }
 
-std::optional<QString> fetchRecordings(BackupManifest &backup, const RecordingsPlace &place)
+QList<RecordingItem> readPlace(BackupManifest &backup, const RecordingsPlace &place, const Sqlite3DB &db)
 {
-    return isListed(backup, place.database) ? backup.fetchDatabase(place.database) : std::nullopt;
-}
-
-QList<RecordingItem> readPlace(BackupManifest &backup, const RecordingsPlace &place, const QString &path)
-{
-    Sqlite3DB db;
-    db.openThrow(path);
     QList<RecordingItem> items;
     if (!db.hasTable(place.table))
         return items;
@@ -83,13 +77,10 @@ QList<RecordingItem> readPlace(BackupManifest &backup, const RecordingsPlace &pl
     return items;
 }
 
-QString openVoicemail(BackupManifest &backup, Sqlite3DB &db)
+void openVoicemail(BackupManifest &backup, Sqlite3DB &db)
 {
-    const auto path = backup.fetchDatabase(voicemailFile);
-    if (!path)
-        throw Error(QStringLiteral("Cannot find voicemail.db."));
-    db.openThrow(*path);
-    return *path;
+    if (!openDeviceDatabase(db, backup, voicemailFile))
+        throw Error(QStringLiteral("Cannot find voicemail.db."), ErrorKind::NotFound);
 }
 
 qint64 countVoicemail(BackupManifest &backup)
@@ -140,14 +131,16 @@ QList<RecordingItem> readRecordings(BackupManifest &backup)
 {
     bool found = false;
     for (const RecordingsPlace &place : recordingsPlaces()) {
-        const auto path = fetchRecordings(backup, place);
-        found = found || path;
-        const QList<RecordingItem> items = path ? readPlace(backup, place, *path) : QList<RecordingItem>();
+        Sqlite3DB db;
+        if (!openDeviceDatabase(db, backup, place.database))
+            continue;
+        found = true;
+        const QList<RecordingItem> items = readPlace(backup, place, db);
         if (!items.isEmpty())
             return items;
     }
     if (!found)
-        throw Error(QStringLiteral("Cannot find Recordings.db."));
+        throw Error(QStringLiteral("Cannot find Recordings.db."), ErrorKind::NotFound);
     return {};
 }
 

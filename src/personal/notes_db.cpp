@@ -1,6 +1,6 @@
 #include "personal/notes_db.h"
 
-#include "backup/file_source.h"
+#include "backup/device_database.h"
 #include "base/apple_time.h"
 #include "base/error.h"
 #include "personal/plain_text.h"
@@ -70,11 +70,9 @@ void IOSNotesDb::open()
 {
     if (m_db.isOpen())
         return;
-    const auto path =
-        m_source.fetchDatabase({QStringLiteral("HomeDomain"), QStringLiteral("Library/Notes/notes.sqlite")});
-    if (!path)
-        throw Error(QStringLiteral("Cannot find notes.sqlite."));
-    m_db.openThrow(*path);
+    if (!openDeviceDatabase(m_db, m_source,
+                            {QStringLiteral("HomeDomain"), QStringLiteral("Library/Notes/notes.sqlite")}))
+        throw Error(QStringLiteral("Cannot find notes.sqlite."), ErrorKind::NotFound);
 }
 
 qint64 IOSNotesDb::count()

@@ -1,6 +1,6 @@
 #include "personal/number_names.h"
 
-#include "backup/file_source.h"
+#include "backup/device_database.h"
 #include "base/error.h"
 #include "personal/contact_functions.h"
 #include "sqlite/sqlite3_db.h"
@@ -22,12 +22,11 @@ NumberNames::NumberNames(FileSource &source)
 {
     // Calls without names are better than no calls.
     try {
-        const auto path = source.fetchDatabase(
-            {QStringLiteral("HomeDomain"), QStringLiteral("Library/AddressBook/AddressBook.sqlitedb")});
-        if (!path)
-            return;
         Sqlite3DB db;
-        db.openThrow(*path);
+        if (!openDeviceDatabase(db, source,
+                                {QStringLiteral("HomeDomain"),
+                                 QStringLiteral("Library/AddressBook/AddressBook.sqlitedb")}))
+            return;
         const QHash<qint64, QString> persons = readPersonNames(db);
         m_names.reserve(persons.size() * valuesOfAPerson);
         Sqlite3Cursor row =

@@ -1,6 +1,6 @@
 #include "sqlite/sqlite3_cursor.h"
 
-#include "base/error.h"
+#include "sqlite/sqlite3_db.h"
 #include "sqlite/sqlite3_row.h"
 #include "sqlite/sqlite3_sql.h"
 
@@ -8,14 +8,13 @@
 
 #include <utility>
 
-Sqlite3Cursor::Sqlite3Cursor(sqlite3_stmt *statement, QString path)
-    : m_statement(statement), m_path(std::move(path))
+Sqlite3Cursor::Sqlite3Cursor(sqlite3_stmt *statement, const Sqlite3DB &db) : m_statement(statement), m_db(&db)
 {
 }
 
 Sqlite3Cursor::Sqlite3Cursor(Sqlite3Cursor &&other) noexcept
     : m_statement(std::exchange(other.m_statement, nullptr)),
-      m_path(std::move(other.m_path)),
+      m_db(other.m_db),
       m_columns(std::move(other.m_columns))
 {
 }
@@ -23,7 +22,7 @@ Sqlite3Cursor::Sqlite3Cursor(Sqlite3Cursor &&other) noexcept
 Sqlite3Cursor &Sqlite3Cursor::operator=(Sqlite3Cursor &&other) noexcept
 {
     std::swap(m_statement, other.m_statement);
-    std::swap(m_path, other.m_path);
+    std::swap(m_db, other.m_db);
     std::swap(m_columns, other.m_columns);
     return *this;
 }
@@ -45,8 +44,7 @@ bool Sqlite3Cursor::moveNext()
 
 void Sqlite3Cursor::fail() const
 {
-    sqlite3 *db = sqlite3_db_handle(m_statement);
-    throw Error(QStringLiteral("can not read %1. %2").arg(m_path, QString::fromUtf8(sqlite3_errmsg(db))));
+    throw m_db->failure(QStringLiteral("can not read %1. %2"));
 }
 
 void Sqlite3Cursor::bindInt64(int position, qint64 value)

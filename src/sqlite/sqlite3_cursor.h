@@ -68,12 +68,12 @@ public:
 
 private:
     friend class Sqlite3DB;
-    Sqlite3Cursor(sqlite3_stmt *statement, QString path);
+    Sqlite3Cursor(sqlite3_stmt *statement, const Sqlite3DB &db);
 
     bool has(int column) const;
     [[noreturn]] void fail() const;
 
     sqlite3_stmt *m_statement = nullptr;
-    QString m_path;
+    const Sqlite3DB *m_db;
     mutable QHash<QString, int> m_columns;
 };

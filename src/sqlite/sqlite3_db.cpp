@@ -1,14 +1,15 @@
 #include "sqlite/sqlite3_db.h"
 
-#include "base/error.h"
-
 #include <QFileInfo>
 #include <QUrl>
 
 #include <sqlite3.h>
 
+#include <cerrno>
+
 namespace {
 constexpr int longestWaitMs = 2000;
+constexpr int withoutExtension = 0xFF; // of an error code
 
 int flagsOf(SqliteOpen mode)
 {
@@ -49,6 +50,25 @@ void distrust(sqlite3 *db, SqliteOpen mode)
     sqlite3_db_config(db, SQLITE_DBCONFIG_WRITABLE_SCHEMA, salvage, nullptr);
     sqlite3_db_config(db, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
 }
+
+ErrorKind kindOfSystemError(int code)
+{
+    switch (code) {
+    case ENOENT:
+    case ENOTDIR:
+        return ErrorKind::NotFound;
+    case EACCES:
+    case EPERM:
+    case EROFS:
+        return ErrorKind::Denied;
+    case ENOSPC:
+    case EDQUOT:
+    case EFBIG:
+        return ErrorKind::NoSpace;
+    default:
+        return ErrorKind::Other;
+    }
+}
 } // namespace
 
 Sqlite3DB::~Sqlite3DB()
@@ -56,11 +76,27 @@ Sqlite3DB::~Sqlite3DB()
     close();
 }
 
-bool Sqlite3DB::open(const QString &path, SqliteOpen mode)
+bool Sqlite3DB::open(const DatabaseFile &file, SqliteOpen mode)
+{
+    m_isForeign = false;
+    m_damage.clear();
+    return openFile(file, mode);
+}
+
+bool Sqlite3DB::openFile(const DatabaseFile &file, SqliteOpen mode)
 {
     close();
-    m_path = path;
-    const int opened = sqlite3_open_v2(fileNameFor(path, mode).constData(), &m_db, flagsOf(mode), nullptr);
+    m_file = file;
+    m_mode = mode;
+    m_openFailure = {};
+    // Opening a pipe would wait for whoever writes into it.
+    if (const QFileInfo info(file.path); info.exists() && !info.isFile()) {
+        m_openFailure = {SQLITE_NOTADB, 0, QStringLiteral("It is no regular file.")};
+        m_lastError = m_openFailure.message;
+        return false;
+    }
+    const int opened =
+        sqlite3_open_v2(fileNameFor(file.path, mode).constData(), &m_db, flagsOf(mode), nullptr);
     if (m_db)
         distrust(m_db, mode);
     // A store of this program may be open elsewhere in it, for as long as a few statements take.
@@ -68,22 +104,80 @@ bool Sqlite3DB::open(const QString &path, SqliteOpen mode)
         sqlite3_busy_timeout(m_db, longestWaitMs);
     if (opened == SQLITE_OK && touchSchema(m_db) == SQLITE_OK)
         return true;
-    m_lastError = m_db ? QString::fromUtf8(sqlite3_errmsg(m_db)) : QStringLiteral("out of memory");
-    m_openError = m_db ? sqlite3_errcode(m_db) : SQLITE_NOMEM;
+    m_openFailure = lastFailure();
+    m_lastError = m_openFailure.message;
     close();
     return false;
 }
 
-int Sqlite3DB::lastErrorCode() const
+Sqlite3DB::Failure Sqlite3DB::lastFailure() const
 {
-    constexpr int withoutExtension = 0xFF;
-    return (m_db ? sqlite3_errcode(m_db) : m_openError) & withoutExtension;
+    if (m_db)
+        return {sqlite3_extended_errcode(m_db), sqlite3_system_errno(m_db),
+                QString::fromUtf8(sqlite3_errmsg(m_db))};
+    return m_openFailure.code != 0
+               ? m_openFailure
+               : Failure{SQLITE_NOMEM, 0, QString::fromUtf8(sqlite3_errstr(SQLITE_NOMEM))};
 }
 
-void Sqlite3DB::openThrow(const QString &path, SqliteOpen mode)
+ErrorKind Sqlite3DB::kindOf(const Failure &failure) const
 {
-    if (!open(path, mode))
-        throw Error(QStringLiteral("can not open %1. %2").arg(path, m_lastError));
+    switch (failure.code & withoutExtension) {
+    case SQLITE_CORRUPT:
+    case SQLITE_NOTADB:
+        return ErrorKind::Damaged;
+    case SQLITE_ERROR: // a statement that names what the tables lack
+    case SQLITE_TOOBIG:
+        return m_isForeign ? ErrorKind::Damaged : ErrorKind::Other;
+    case SQLITE_FULL:
+        return ErrorKind::NoSpace;
+    case SQLITE_PERM:
+    case SQLITE_READONLY:
+    case SQLITE_AUTH:
+        return ErrorKind::Denied;
+    case SQLITE_CANTOPEN:
+    case SQLITE_IOERR:
+        return kindOfSystemError(failure.systemError);
+    default:
+        return ErrorKind::Other;
+    }
+}
+
+Error Sqlite3DB::failure(const QString &sentence) const
+{
+    const Failure last = lastFailure();
+    const ErrorKind kind = kindOf(last);
+    // Damage is what reading finds, also in a file that was about to be changed.
+    const bool writes = m_mode == SqliteOpen::ReadWrite || m_mode == SqliteOpen::ReadWriteCreate;
+    const bool isWriting = writes && kind != ErrorKind::Damaged;
+    return Error(sentence.arg(name(), last.message), kind,
+                 isWriting ? FileAccess::Writing : FileAccess::Reading)
+        .at(m_file.name);
+}
+
+int Sqlite3DB::lastErrorCode() const
+{
+    return (m_db ? sqlite3_errcode(m_db) : m_openFailure.code) & withoutExtension;
+}
+
+void Sqlite3DB::openThrow(const DatabaseFile &file, SqliteOpen mode)
+{
+    if (!open(file, mode))
+        throw failure(QStringLiteral("can not open %1. %2"));
+}
+
+void Sqlite3DB::openForeign(const DatabaseFile &file, SqliteOpen mode)
+{
+    m_isForeign = true;
+    m_damage.clear();
+    if (openFile(file, mode))
+        return;
+    const Error error = failure(QStringLiteral("can not open %1. %2"));
+    // One that somebody has locked is whole: it is not to be read behind the lock.
+    const bool isCutOff = lastErrorCode() == SQLITE_CORRUPT;
+    if (!isCutOff || !openFile(file, SqliteOpen::Salvage))
+        throw error;
+    m_damage = error.sentence();
 }
 
 void Sqlite3DB::close()
@@ -114,10 +208,9 @@ Sqlite3Cursor Sqlite3DB::queryThrow(const Sqlite3Sql &sql) const
     const QByteArray text = sql.sql().toUtf8();
     if (sqlite3_prepare_v2(m_db, text.constData(), static_cast<int>(text.size()), &statement, nullptr) !=
         SQLITE_OK)
-        throw Error(
-            QStringLiteral("can not read %1. %2").arg(m_path, QString::fromUtf8(sqlite3_errmsg(m_db))));
+        throw failure(QStringLiteral("can not read %1. %2"));
     sql.bindTo(statement);
-    return Sqlite3Cursor(statement, m_path);
+    return Sqlite3Cursor(statement, *this);
 }
 
 Sqlite3Cursor &Sqlite3DB::cachedThrow(const Sqlite3Sql &sql)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/error.h"
 #include "sqlite/sqlite3_cursor.h"
 #include "sqlite/sqlite3_row.h"
 #include "sqlite/sqlite3_sql.h"
@@ -17,8 +18,22 @@ enum class SqliteOpen {
     Salvage,         // as Immutable, also when the file was cut off: what is left can be read
 };
 
+/// A database file of this computer, and what it is called.
+struct DatabaseFile
+{
+    DatabaseFile(const QString &place, const QString &calledBy = {}) : path(place), name(calledBy) {}
+
+    QString path;
+    /// The file of the backup that it is a copy of, "domain path". Sentences then tell this and not the path,
+    /// and it is the Error::where() of what fails. Empty for a file that is meant itself.
+    QString name;
+};
+
 /// One connection to one SQLite file, owned and used by one thread at a time. Closing is what the destructor
 /// does as well; an open transaction is rolled back by it.
+///
+/// The kind of an Error tells what SQLite's code means: Damaged (what is there is no whole database), NoSpace,
+/// Denied, NotFound.
 class Sqlite3DB
 {
 public:
@@ -27,15 +42,25 @@ public:
     Sqlite3DB(const Sqlite3DB &) = delete;
     Sqlite3DB &operator=(const Sqlite3DB &) = delete;
 
-    /// False when the file cannot be opened or is no database; lastError() then says why.
-    bool open(const QString &path, SqliteOpen mode = SqliteOpen::ReadOnly);
-    /// Throws Error("can not open PATH. REASON"). A file that is no database, or is locked, fails here and
+    /// False when the file cannot be opened or is no database; lastError() then says why. What is no regular
+    /// file (a pipe, a device) is not touched.
+    bool open(const DatabaseFile &file, SqliteOpen mode = SqliteOpen::ReadOnly);
+    /// Throws Error("can not open NAME. REASON"). A file that is no database, or is locked, fails here and
     /// not at the first statement.
-    void openThrow(const QString &path, SqliteOpen mode = SqliteOpen::ReadOnly);
+    void openThrow(const DatabaseFile &file, SqliteOpen mode = SqliteOpen::ReadOnly);
+    /// The same for a database that somebody else made: one out of a backup, or a loose file. Whatever cannot
+    /// be read of it is damage. One that was cut off is opened for what is left of it, see damage().
+    void openForeign(const DatabaseFile &file, SqliteOpen mode = SqliteOpen::ReadOnly);
+    /// What openForeign() found wrong with the file as a whole, a sentence; empty for nothing.
+    QString damage() const { return m_damage; }
     void close();
     bool isOpen() const { return m_db != nullptr; }
-    QString path() const { return m_path; }
+    QString path() const { return m_file.path; }
+    /// What sentences call it.
+    QString name() const { return m_file.name.isEmpty() ? m_file.path : m_file.name; }
     QString lastError() const { return m_lastError; }
+    /// The last failure as an error; "%1" of the sentence is replaced by the name, "%2" by SQLite's message.
+    Error failure(const QString &sentence) const;
     /// SQLite's code of the last failure, of opening as well, without its extension.
     int lastErrorCode() const;
 
@@ -71,12 +96,26 @@ public:
     sqlite3 *handle() const { return m_db; }
 
 private:
+    /// What SQLite says of a failure, kept of an attempt to open.
+    struct Failure
+    {
+        int code = 0;        // extended
+        int systemError = 0; // errno
+        QString message;
+    };
+
     sqlite3 *m_db = nullptr;
-    QString m_path;
+    DatabaseFile m_file{QString()};
+    SqliteOpen m_mode = SqliteOpen::ReadOnly;
+    bool m_isForeign = false;
+    QString m_damage;
     QString m_lastError;
-    int m_openError = 0;
+    Failure m_openFailure;
     QHash<QString, std::shared_ptr<Sqlite3Cursor>> m_cached;
 
+    bool openFile(const DatabaseFile &file, SqliteOpen mode);
+    Failure lastFailure() const;
+    ErrorKind kindOf(const Failure &failure) const;
     void resetCached();
 };
 

@@ -5,6 +5,33 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <functional>
+
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+/// The failure of an action; one of kind Other without a sentence when it does not fail.
+Error failureOf(const std::function<void()> &action)
+{
+    try {
+        action();
+    } catch (const Error &error) {
+        return error;
+    }
+    return Error(QString());
+}
+
+void fillDatabase(const QString &path)
+{
+    Sqlite3DB db;
+    db.openThrow(path, SqliteOpen::ReadWriteCreate);
+    db.executeThrow(u"create table t(id integer primary key, text)"_s);
+    db.executeThrow(u"insert into t(text) values('one'), ('two')"_s);
+}
+} // namespace
+
 class TestSqlite : public QObject
 {
     Q_OBJECT
@@ -16,6 +43,11 @@ private slots:
     void whatIsNoDatabase_data();
     void whatIsNoDatabase();
     void lockedDatabaseFailsAtOnce();
+    void failureHasAKind_data();
+    void failureHasAKind();
+    void namedDatabaseTellsItsName();
+    void onlyRegularFilesAreOpened();
+    void foreignDatabaseThatWasCutOff();
     void transactionRollsBack();
     void failedStatementIsNotKept();
     void immutableLeavesNothingBeside();
@@ -115,6 +147,108 @@ void TestSqlite::lockedDatabaseFailsAtOnce()
     Sqlite3DB other;
     QVERIFY(!other.open(path));
     QVERIFY(other.lastError().contains(QStringLiteral("locked")));
+}
+
+void TestSqlite::failureHasAKind_data()
+{
+    using Action = std::function<void(const QString &)>;
+    QTest::addColumn<Action>("action");
+    QTest::addColumn<ErrorKind>("kind");
+    QTest::addColumn<bool>("isWriting");
+    const auto execute = [](const QString &path, SqliteOpen mode, const QString &statement) {
+        Sqlite3DB db;
+        db.openThrow(path, mode);
+        db.executeThrow(statement);
+    };
+    const auto damage = [](const QString &path, qint64 at) {
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadWrite) && file.seek(at));
+        file.write(QByteArray(4096, '\xee'));
+    };
+    QTest::newRow("absent") << Action([](const QString &path) { Sqlite3DB().openThrow(path + u"x"_s); })
+                            << ErrorKind::NotFound << false;
+    QTest::newRow("no database") << Action([=](const QString &path) {
+        damage(path, 0);
+        Sqlite3DB().openThrow(path);
+    }) << ErrorKind::Damaged << false;
+    QTest::newRow("a page damaged, found before a change") << Action([=](const QString &path) {
+        damage(path, 4096);
+        execute(path, SqliteOpen::ReadWrite, u"insert into t(text) values('three')"_s);
+    }) << ErrorKind::Damaged << false;
+    QTest::newRow("no room") << Action([=](const QString &path) {
+        Sqlite3DB db;
+        db.openThrow(path, SqliteOpen::ReadWrite);
+        db.executeThrow(u"pragma max_page_count=2"_s);
+        db.executeThrow(u"insert into t(text) values(zeroblob(100000))"_s);
+    }) << ErrorKind::NoSpace << true;
+    QTest::newRow("writing what is open for reading") << Action([=](const QString &path) {
+        execute(path, SqliteOpen::ReadOnly, u"delete from t"_s);
+    }) << ErrorKind::Denied << false;
+    QTest::newRow("a column that our own lacks") << Action([=](const QString &path) {
+        execute(path, SqliteOpen::ReadOnly, u"select absent from t"_s);
+    }) << ErrorKind::Other << false;
+    QTest::newRow("a column that a foreign one lacks") << Action([](const QString &path) {
+        Sqlite3DB db;
+        db.openForeign(path);
+        db.executeThrow(u"select absent from t"_s);
+    }) << ErrorKind::Damaged << false;
+}
+
+void TestSqlite::failureHasAKind()
+{
+    QFETCH(std::function<void(const QString &)>, action);
+    const QString path = freshPath();
+    fillDatabase(path);
+    const Error error = failureOf([&] { action(path); });
+    QVERIFY2(error.sentence().contains(path), qPrintable(error.sentence()));
+    QTEST(error.kind(), "kind");
+    QTEST(error.isWriting(), "isWriting");
+    QCOMPARE(error.where(), QString());
+}
+
+void TestSqlite::namedDatabaseTellsItsName()
+{
+    const QString path = freshPath();
+    fillDatabase(path);
+    const QString name = u"HomeDomain Library/SMS/sms.db"_s;
+    Sqlite3DB db;
+    db.openForeign({path, name});
+    QCOMPARE(db.path(), path);
+    const Error error = failureOf([&] { db.executeThrow(u"select 1 from absent"_s); });
+    QCOMPARE(error.sentence(), u"can not read %1. no such table: absent"_s.arg(name));
+    QCOMPARE(error.where(), name);
+    QVERIFY(QFile::remove(path));
+    QCOMPARE(failureOf([&] { db.openForeign({path, name}); }).where(), name);
+}
+
+void TestSqlite::onlyRegularFilesAreOpened()
+{
+    const QString path = freshPath();
+    QCOMPARE(mkfifo(qPrintable(path), 0600), 0);
+    for (const QString &place : {path, u"/dev/null"_s, m_folder.path()}) {
+        const Error error = failureOf([&] { Sqlite3DB().openThrow(place, SqliteOpen::ReadWriteCreate); });
+        QCOMPARE(error.sentence(), u"can not open %1. It is no regular file."_s.arg(place));
+        QCOMPARE(error.kind(), ErrorKind::Damaged);
+    }
+}
+
+void TestSqlite::foreignDatabaseThatWasCutOff()
+{
+    const QString path = freshPath();
+    fillDatabase(path);
+    {
+        Sqlite3DB db;
+        db.openThrow(path, SqliteOpen::ReadWrite);
+        db.executeThrow(u"create table later as select zeroblob(50000)"_s);
+    }
+    QVERIFY(QFile::resize(path, 8192));
+    QVERIFY(!failureOf([&] { Sqlite3DB().openThrow(path); }).sentence().isEmpty());
+    Sqlite3DB db;
+    db.openForeign(path);
+    QVERIFY(db.damage().contains(path));
+    Sqlite3Cursor cursor = db.queryThrow(u"select group_concat(text) from t"_s);
+    QVERIFY(cursor.moveNext());
+    QCOMPARE(cursor.getText(0), u"one,two"_s);
 }
 
 void TestSqlite::transactionRollsBack()
