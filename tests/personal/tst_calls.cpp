@@ -206,7 +206,8 @@ void TestCalls::withoutTheirColumns()
         QFAIL("read all the same");
     } catch (const Error &error) {
         const SourceFile &file = older.isEmpty() ? newerFile : olderFile;
-        QVERIFY2(error.sentence().contains(source.pathOf(file)), error.what());
+        QCOMPARE(error.where(), file.display());
+        QVERIFY2(error.sentence().contains(file.display()), error.what());
     }
 }
 
