@@ -53,7 +53,7 @@ void logMessage(QtMsgType type, const QMessageLogContext &, const QString &text)
     const QDir folder(state().folder);
     folder.mkpath(QStringLiteral("."));
     QFile file(folder.filePath(QStringLiteral("log-%1.txt").arg(now.toString(QStringLiteral("yyyyMMdd")))));
-    if (file.open(QIODevice::Append | QIODevice::WriteOnly)) {
+    if (file.open(QIODevice::Append | QIODevice::WriteOnly, QFile::ReadOwner | QFile::WriteOwner)) {
         const QString line = QLatin1Char('(') + lineHead(type) + now.toString(QStringLiteral("hh:mm:ss")) +
                              QStringLiteral(") ") + text + QLatin1Char('\n');
         file.write(line.toUtf8());

@@ -1,5 +1,7 @@
 #include "base/shell.h"
 
+#include "base/process_guard.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QProcess>
@@ -21,6 +23,7 @@ void shellExecute(const QString &file, const QString &parameters, int show)
 #else
 void openWithDesktop(const QString &target)
 {
+    const UsersFileMask theirs;
     QProcess::startDetached(QStringLiteral("xdg-open"), {target});
 }
 #endif

@@ -6,19 +6,9 @@
 
 #include <QFileInfo>
 
-#include <algorithm>
-
 namespace {
 const QString localPrefix = QStringLiteral("local:");
 const QString deletedPrefix = QStringLiteral("deleted:");
-
-bool isDatabaseName(const QString &name)
-{
-    static const QString forbidden = QStringLiteral("/\\:*?\"<>|");
-    const auto isForbidden = [](QChar c) { return c.unicode() < 0x20 || forbidden.contains(c); };
-    return !name.trimmed().isEmpty() && name != QLatin1String(".") && name != QLatin1String("..") &&
-           std::none_of(name.begin(), name.end(), isForbidden);
-}
 
 std::optional<QString> folderOf(const QString &source, const QString &prefix)
 {
@@ -30,7 +20,7 @@ std::optional<QString> folderOf(const QString &source, const QString &prefix)
 QString requireDatabaseName(const CLI::Option *option)
 {
     const QString name = *valueOf(option);
-    if (!isDatabaseName(name))
+    if (!isLocalDatabaseName(name))
         wrongUsage(QStringLiteral("NAME: \"%1\" can not be the name of a local database").arg(name));
     return name;
 }
@@ -59,7 +49,7 @@ QString requireSource(const CLI::Option *option)
 {
     const QString source = *valueOf(option);
     for (const QString &prefix : {localPrefix, deletedPrefix})
-        if (source.startsWith(prefix) && !isDatabaseName(source.mid(prefix.size())))
+        if (source.startsWith(prefix) && !isLocalDatabaseName(source.mid(prefix.size())))
             wrongUsage(QStringLiteral("SOURCE: \"%1\" can not be the name of a local database")
                            .arg(source.mid(prefix.size())));
     return source;

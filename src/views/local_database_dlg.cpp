@@ -36,7 +36,7 @@ QString chooseLocalDatabase(const QString &suggestion, QWidget *parent)
     layout->addWidget(names);
     layout->addWidget(buttons);
     const auto check = [=](const QString &name) {
-        buttons->button(QDialogButtonBox::Ok)->setEnabled(!safeFileName(name).isEmpty());
+        buttons->button(QDialogButtonBox::Ok)->setEnabled(isLocalDatabaseName(safeFileName(name)));
     };
     check(names->currentText());
     QObject::connect(names, &QComboBox::editTextChanged, &dialog, check);

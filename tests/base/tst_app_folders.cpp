@@ -1,10 +1,16 @@
 #include "base/app_folders.h"
+#include "base/error.h"
 #include "base/log.h"
 
 #include <QFile>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
+
+#ifdef Q_OS_UNIX
+#include <pwd.h>
+#include <unistd.h>
+#endif
 
 class TestAppFolders : public QObject
 {
@@ -13,8 +19,12 @@ class TestAppFolders : public QObject
 private slots:
     void init();
     void roamingPrefersAppData();
+    void homeOfTheUsersList();
     void redirect_data();
     void redirect();
+    void closedToOthers();
+    void namesOfLocalDatabases_data();
+    void namesOfLocalDatabases();
     void logKeepsTheNewest();
     void logLines();
 
@@ -71,6 +81,64 @@ void TestAppFolders::redirect()
     QVERIFY(QFile::exists(localDatabasesFolder().path()));
 }
 
+#ifdef Q_OS_UNIX
+void TestAppFolders::homeOfTheUsersList()
+{
+    qunsetenv("HOME");
+    const passwd *user = getpwuid(getuid());
+    const QString listed = user ? QFile::decodeName(user->pw_dir) : QString();
+    if (QFileInfo(listed).isDir() && !QDir(listed).isRoot()) {
+        QCOMPARE(homeFolder(), QDir(listed));
+        QVERIFY(roamingFolder().path().startsWith(listed));
+    } else {
+        QVERIFY_EXCEPTION_THROWN(appDataFolder(), Error);
+    }
+}
+#endif
+
+void TestAppFolders::closedToOthers()
+{
+    const QString folder = QStringLiteral("Application Data/Quillbarrow/") + identifier();
+    write(m_home.filePath(folder + QStringLiteral("/cache_list.db")), "x");
+    write(m_home.filePath(folder + QStringLiteral("/local_databases/one/contacts.db")), "x");
+    write(m_home.filePath(QStringLiteral("elsewhere")), "x");
+    const QFile::Permissions readable = QFile::permissions(m_home.filePath(QStringLiteral("elsewhere")));
+    QVERIFY(QFile::link(m_home.filePath(QStringLiteral("elsewhere")),
+                        m_home.filePath(folder + QStringLiteral("/link"))));
+    appDataFolder();
+    const QFile::Permissions others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup |
+                                      QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
+    for (const char *path : {"", "/cache_list.db", "/local_databases", "/local_databases/one",
+                             "/local_databases/one/contacts.db"})
+        QCOMPARE(QFile::permissions(m_home.filePath(folder + QLatin1String(path))) & others,
+                 QFile::Permissions());
+    QCOMPARE(QFile::permissions(m_home.filePath(QStringLiteral("elsewhere"))), readable);
+}
+
+void TestAppFolders::namesOfLocalDatabases_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<bool>("isOne");
+    QTest::newRow("plain") << QStringLiteral("My phone") << true;
+    QTest::newRow("dots inside and at the end") << QStringLiteral("a..b.") << true;
+    QTest::newRow("empty") << QString() << false;
+    QTest::newRow("blank") << QStringLiteral("  ") << false;
+    QTest::newRow("this folder") << QStringLiteral(".") << false;
+    QTest::newRow("the folder above") << QStringLiteral("..") << false;
+    QTest::newRow("hidden") << QStringLiteral(".phone") << false;
+    QTest::newRow("path") << QStringLiteral("a/b") << false;
+    QTest::newRow("path of Windows") << QStringLiteral("a\\b") << false;
+    QTest::newRow("control character") << QStringLiteral("a\nb") << false;
+    QTest::newRow("as long as a name can be") << QString(255, QLatin1Char('x')) << true;
+    QTest::newRow("longer in bytes") << QString(128, QChar(0xE4)) << false;
+}
+
+void TestAppFolders::namesOfLocalDatabases()
+{
+    QFETCH(QString, name);
+    QTEST(isLocalDatabaseName(name), "isOne");
+}
+
 void TestAppFolders::logKeepsTheNewest()
 {
     const QString folder = m_home.filePath(QStringLiteral("qlogs"));
@@ -94,6 +162,7 @@ void TestAppFolders::logLines()
     qInstallMessageHandler(nullptr);
     const QStringList files = QDir(folder).entryList(QDir::Files);
     QCOMPARE(files.size(), 1);
+    QVERIFY(!(QFile::permissions(QDir(folder).filePath(files.first())) & (QFile::ReadGroup | QFile::ReadOther)));
     QVERIFY(QRegularExpression(QStringLiteral("^log-\\d{8}\\.txt$")).match(files.first()).hasMatch());
     QFile file(QDir(folder).filePath(files.first()));
     QVERIFY(file.open(QIODevice::ReadOnly));

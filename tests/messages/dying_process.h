@@ -1,13 +1,8 @@
 #pragma once
 
-#include <QString>
-
-#include <csignal>
-#include <functional>
+#include "support/dying_process.h"
 
 #include <sqlite3.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 /// When a process that deletes a file of a database dies; deleting the journal is what makes a transaction
 /// last.
@@ -45,16 +40,3 @@ private:
     inline static Moment s_moment = Before;
     inline static int (*s_delete)(sqlite3_vfs *, const char *, int) = nullptr;
 };
-
-/// Runs `work` in a process of its own. True when that was killed, false when it came to its end.
-inline bool diesDoing(const std::function<void()> &work)
-{
-    const pid_t child = fork();
-    if (child == 0) {
-        work();
-        _exit(0);
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
-    return WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL;
-}
