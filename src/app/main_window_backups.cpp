@@ -7,6 +7,7 @@
 #include "app/view_stack.h"
 #include "backup/cache_folder.h"
 #include "base/error.h"
+#include "base/private_folder.h"
 #include "base/texts.h"
 #include "work/clear_cache_thread.h"
 #include "work/itunes_cache_sms_thread.h"
@@ -119,6 +120,7 @@ void MainWindow::miUnmountBackup()
     backup->manifest().retireCache();
     bkSelected(m_tree->currentIndex());
     auto worker = std::make_unique<ClearCacheThread>(uid, std::vector<OpenBackupPtr>(), QString());
+    removeOpenedFiles(uid);
     if (cacheSizeOf(uid) > 0)
         runJob(textFor("IDS_CLEARING_CACHES"), worker, this);
 }

@@ -93,7 +93,7 @@ BackupInfo readBackupInfo(const QString &folder)
 
 QStringList backupRoots()
 {
-    return {QDir::home().filePath(QStringLiteral("Apple/MobileSync/Backup")),
+    return {homeFolder().filePath(QStringLiteral("Apple/MobileSync/Backup")),
             roamingFolder().filePath(QStringLiteral("Apple Computer/MobileSync/Backup"))};
 }
 

@@ -44,8 +44,13 @@ void BackupList::removeBackup(const QString &uid)
 
 QList<ListedBackup> BackupList::backups()
 {
+    return backupsIfUsable().value_or(QList<ListedBackup>());
+}
+
+std::optional<QList<ListedBackup>> BackupList::backupsIfUsable()
+{
     QList<ListedBackup> backups;
-    m_database.read([&](Sqlite3DB &db) {
+    const bool isRead = m_database.read([&](Sqlite3DB &db) {
         backups.clear();
         Sqlite3Cursor row = db.queryThrow(QStringLiteral("select * from cache_list"));
         const int path = row.columnIndex(QStringLiteral("path"));
@@ -53,7 +58,7 @@ QList<ListedBackup> BackupList::backups()
         while (row.moveNext())
             backups.append({row.getText(uid), row.getText(path)});
     });
-    return backups;
+    return isRead ? std::optional(backups) : std::nullopt;
 }
 
 void BackupList::setCounts(const QString &uid, const QHash<QString, qint64> &counts)

@@ -5,6 +5,8 @@
 #include <QHash>
 #include <QList>
 
+#include <optional>
+
 /// One backup that the user has loaded and not unlisted.
 struct ListedBackup
 {
@@ -26,6 +28,8 @@ public:
     void addBackup(const QString &uid, const QString &path);
     void removeBackup(const QString &uid);
     QList<ListedBackup> backups();
+    /// The same, or nothing when the list cannot be used: for those who take what is not listed away.
+    std::optional<QList<ListedBackup>> backupsIfUsable();
 
     /// What a listed backup held when it was last loaded, by the name of the class.
     void setCounts(const QString &uid, const QHash<QString, qint64> &counts);

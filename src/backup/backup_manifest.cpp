@@ -165,6 +165,7 @@ void BackupManifest::buildIndex(Progress &progress)
     d->tree = FileTree::build(d->catalogue);
     tellFolders(d->catalogue, d->tree);
     d->wellKnown.emplace(d->catalogue);
+    d->decrypted.remove();
     d->password.fill('\0');
     d->password.clear();
 }

@@ -54,8 +54,8 @@ enum class CacheOutcome {
 };
 
 /// An opened backup. Reading never changes anything in the backup folder, but for "Manifest-decrypted.db",
-/// which is there between open and close when the folder can be written. Owned by shared pointer; close() or
-/// the destructor removes what it put on the disk. Index and catalogue may be read from several threads once
+/// which is there from the password to the end of buildIndex() when the folder can be written. Owned by shared
+/// pointer; close() or the destructor removes what it put on the disk. Index and catalogue may be read from several threads once
 /// they are built.
 class BackupManifest : public FileSource
 {

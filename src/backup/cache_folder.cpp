@@ -1,9 +1,9 @@
 #include "backup/cache_folder.h"
 
 #include "backup/decrypted_catalogue.h"
-#include "backup/scratch_folder.h"
 #include "base/app_folders.h"
 #include "base/file_names.h"
+#include "base/private_folder.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -27,13 +27,13 @@ QFileInfoList entriesOf(const QString &folder)
 /// What a run makes for itself and takes away again at its end.
 bool belongsToARun(const QFileInfo &entry)
 {
-    return entry.isDir() ? ScratchFolder::hasName(entry.fileName())
+    return entry.isDir() ? PrivateFolder::hasName(entry.fileName())
                          : DecryptedCatalogue::hasName(entry.fileName());
 }
 
 bool isInUse(const QFileInfo &entry)
 {
-    return belongsToARun(entry) && (entry.isDir() ? ScratchFolder::isInUse(entry.filePath())
+    return belongsToARun(entry) && (entry.isDir() ? PrivateFolder::isInUse(entry.filePath())
                                                   : DecryptedCatalogue::isInUse(entry.path()));
 }
 
@@ -122,6 +122,12 @@ void clearCaches()
 void clearCacheOf(const QString &backupUid)
 {
     clear(cacheFolderPath(backupUid));
+}
+
+bool isCacheInUse(const QString &backupUid)
+{
+    const QFileInfoList entries = entriesOf(cacheFolderPath(backupUid));
+    return std::any_of(entries.begin(), entries.end(), isInUse);
 }
 
 void leaveCacheFolderOf(const QString &backupUid)

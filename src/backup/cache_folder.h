@@ -21,5 +21,8 @@ qint64 cacheSizeOf(const QString &backupUid);
 void clearCaches();
 void clearCacheOf(const QString &backupUid);
 
+/// True when a run that lives, this one or another, has something there for itself.
+bool isCacheInUse(const QString &backupUid);
+
 /// Removes the folder of a backup when it holds nothing.
 void leaveCacheFolderOf(const QString &backupUid);

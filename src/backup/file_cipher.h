@@ -19,7 +19,7 @@ enum class Padding {
 /// How a file comes to its place.
 enum class Placing {
     Renamed, // written beside it: what stood there stays until the new file is whole
-    InPlace, // written under its own name, so that a killed run leaves no file of another name
+    InPlace, // written into the file that the caller has made there, which thereby stays the same one
 };
 
 /// Where a copy goes.

@@ -35,8 +35,9 @@ TargetFile::TargetFile(const QString &path, Placing placing) : m_path(path)
     if (!QDir().mkpath(folder))
         throw cannotCreate(path, QStringLiteral("The folder %1 cannot be made.").arg(folder));
     if (placing == Placing::InPlace) {
-        QFile::remove(path);
-        open(path);
+        m_file.setFileName(path);
+        m_file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered,
+                    QFile::ReadOwner | QFile::WriteOwner);
     } else {
         openBeside();
     }

@@ -1,8 +1,11 @@
 #include "cli/command_line.h"
 
+#include "backup/leftovers.h"
 #include "base/app_folders.h"
 #include "base/error.h"
 #include "base/log.h"
+#include "base/private_folder.h"
+#include "base/process_guard.h"
 #include "base/texts.h"
 #include "cli/arguments.h"
 #include "cli/commands.h"
@@ -105,6 +108,8 @@ std::unique_ptr<QCoreApplication> makeApplication(const Job &job, int &argc, cha
 
 int runCommandLine(int argc, char **argv)
 {
+    keepToOwner();
+    hideMemory();
     installStopSignals();
     Job job;
     CLI::App app;
@@ -113,11 +118,19 @@ int runCommandLine(int argc, char **argv)
     if (const std::optional<int> status = parse(app, commandLineArguments(argc, argv)))
         return *status;
 
-    initLog(appDataFolder().filePath(QStringLiteral("qlogs")), keptLogs, DebugEcho::None);
+    try {
+        initLog(appDataFolder().filePath(QStringLiteral("qlogs")), keptLogs, DebugEcho::None);
+    } catch (const Error &noHome) {
+        tellOneLine(noHome.sentence());
+        return static_cast<int>(ExitStatus::Failed);
+    }
     // The toolkit has options of its own; it gets to see none of ours.
     int toolkitArgc = std::min(argc, 1);
     const std::unique_ptr<QCoreApplication> application = makeApplication(job, toolkitArgc, argv);
     initResources();
     installTexts();
-    return static_cast<int>(runJob(job));
+    sweepLeftovers();
+    const ExitStatus status = runJob(job);
+    removeRunFolder();
+    return static_cast<int>(status);
 }

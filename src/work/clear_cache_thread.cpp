@@ -1,6 +1,7 @@
 #include "work/clear_cache_thread.h"
 
 #include "backup/cache_folder.h"
+#include "base/private_folder.h"
 #include "base/texts.h"
 
 void clearCacheFiles(const QString &uid, const std::vector<OpenBackupPtr> &open, Progress &progress)
@@ -9,6 +10,7 @@ void clearCacheFiles(const QString &uid, const std::vector<OpenBackupPtr> &open,
     std::vector<std::unique_ptr<BackupUse>> uses;
     for (const OpenBackupPtr &backup : open)
         uses.push_back(std::make_unique<BackupUse>(*backup, progress));
+    removeOpenedFiles(uid);
     if (uid.isEmpty())
         clearCaches();
     else

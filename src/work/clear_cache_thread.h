@@ -5,7 +5,8 @@
 
 #include <vector>
 
-/// Clears the cache of the backup with this uid, or of all backups when it is empty. `open` are the backups
+/// Clears the cache of the backup with this uid, or of all backups when it is empty, and takes away what was
+/// handed to other programs for viewing. `open` are the backups
 /// whose files somebody may be using just now: each is waited for. Throws Cancelled.
 void clearCacheFiles(const QString &uid, const std::vector<OpenBackupPtr> &open, Progress &progress);
 

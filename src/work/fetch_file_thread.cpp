@@ -3,6 +3,7 @@
 #include "base/contained_path.h"
 #include "base/error.h"
 #include "base/file_names.h"
+#include "base/private_folder.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -21,7 +22,7 @@ QString openedCopyPath(const BackupManifest &backup, FileCatalogue::Index file)
     const QString name =
         QString::fromUtf8(backup.catalogue().relativePath(file)).section(QLatin1Char('/'), -1);
     const QString prefix = device.isEmpty() ? backupUid(backup.info().folder) : device;
-    const auto path = containedPath(QDir::tempPath(), prefix + QLatin1Char('-') + name);
+    const auto path = containedPath(openedFilesFolder(backupUid(backup.info().folder)), prefix + QLatin1Char('-') + name);
     if (!path)
         throw Error(QStringLiteral("can not open %1. No file may have such a name.").arg(name));
     return *path;

@@ -1,6 +1,9 @@
 #include "backup/backup_fixture.h"
 
+#include "backup/backup_list.h"
 #include "backup/cache_folder.h"
+#include "backup/leftovers.h"
+#include "resources/resources.h"
 #include "sqlite/sqlite3_db.h"
 
 #include <QLockFile>
@@ -193,6 +196,7 @@ void TestBackupManifest::copiesVanish()
 
 void TestBackupManifest::leftoversVanish()
 {
+    initResources();
     const BackupFixture fixture;
     const QString cache = cacheFolderOf(backupUid(fixture.folder()));
     const QString killed = cache + u"/quillbarrow-scratch-killed"_s;
@@ -203,12 +207,20 @@ void TestBackupManifest::leftoversVanish()
     writeFile(making + u"/x"_s, "x");
     const auto other = fixture.opened();
     const QString living = *other->fetchDatabase(messages);
-    const auto backup = fixture.opened();
-    QVERIFY(backup->fetchDatabase(messages));
+    const QString foreign = cacheFolderPath(u"unlisted"_s);
+    writeFile(foreign + u"/Library/SMS/sms.db"_s, "plain");
+    const QString listed = cacheFolderPath(u"listed"_s);
+    writeFile(listed + u"/Library/SMS/sms.db"_s, "plain");
+    BackupList().addBackup(u"listed"_s, fixture.folder());
+    sweepLeftovers();
     QVERIFY(!QFile::exists(killed));
     QVERIFY(QFile::exists(making));
     QVERIFY(QFile::exists(living));
+    QVERIFY(!QFile::exists(foreign));
+    QVERIFY(QFile::exists(listed + u"/Library/SMS/sms.db"_s));
+    BackupList().removeBackup(u"listed"_s);
     QDir(making).removeRecursively();
+    clearCacheOf(u"listed"_s);
 }
 
 void TestBackupManifest::noRecordIsNothing()

@@ -2,8 +2,10 @@
 
 #include "backup/cache_folder.h"
 #include "backup/cf_type.h"
+#include "backup/leftovers.h"
 #include "backup/sqlite_header.h"
 #include "sqlite/sqlite3_db.h"
+#include "support/dying_process.h"
 
 #include <QTest>
 
@@ -23,9 +25,10 @@ private slots:
     void encryptionNotDeclared();
     void encryptionDeclaredInVain();
     void descriptorsThatDoNotDecrypt();
-    void catalogueIsThereWhileOpen();
-    void leftoverIsReplaced_data();
-    void leftoverIsReplaced();
+    void catalogueIsThereUntilItIsRead();
+    void somebodyElsesStays_data();
+    void somebodyElsesStays();
+    void killedRunLeavesItsCopy();
     void placeThatCannotBeWritten();
     void twoAtOnce();
     void firstItem();
@@ -213,7 +216,7 @@ void TestEncryptedBackup::descriptorsThatDoNotDecrypt()
     QCOMPARE(backup->skippedReason(), u"MBDBParser::decryptFileDesc, size % 16 != 0."_s);
 }
 
-void TestEncryptedBackup::catalogueIsThereWhileOpen()
+void TestEncryptedBackup::catalogueIsThereUntilItIsRead()
 {
     const BackupFixture fixture(encrypted());
     auto backup = fixture.unlocked();
@@ -223,18 +226,23 @@ void TestEncryptedBackup::catalogueIsThereWhileOpen()
     QVERIFY(!QFile::exists(decryptedIn(fixture)));
     QVERIFY(backup->openEncrypted(u"geheim"_s));
     QVERIFY(QFile::exists(decryptedIn(fixture)));
+    NoProgress progress;
+    backup->buildIndex(progress);
+    QVERIFY(!QFile::exists(decryptedIn(fixture)));
+    QCOMPARE(errorOf([&] { readWhole(fixture, *backup); }), QString());
+    backup = fixture.unlocked();
     backup.reset();
     QVERIFY(!QFile::exists(decryptedIn(fixture)));
 }
 
-void TestEncryptedBackup::leftoverIsReplaced_data()
+void TestEncryptedBackup::somebodyElsesStays_data()
 {
     QTest::addColumn<bool>("isLink");
-    QTest::newRow("file of a run that was killed") << false;
+    QTest::newRow("file") << false;
     QTest::newRow("link that leads elsewhere") << true;
 }
 
-void TestEncryptedBackup::leftoverIsReplaced()
+void TestEncryptedBackup::somebodyElsesStays()
 {
     QFETCH(bool, isLink);
     const BackupFixture fixture(encrypted());
@@ -243,12 +251,46 @@ void TestEncryptedBackup::leftoverIsReplaced()
     if (isLink)
         QVERIFY(QFile::link(precious, decryptedIn(fixture)));
     else
-        writeFile(decryptedIn(fixture), QByteArray(1 << 20, 'x'));
-    const auto backup = fixture.unlocked();
-    QVERIFY(hasSqliteHeader(decryptedIn(fixture)) && !QFileInfo(decryptedIn(fixture)).isSymLink());
-    QVERIFY(isPrivate(decryptedIn(fixture)));
-    QCOMPARE(errorOf([&] { readWhole(fixture, *backup); }), QString());
+        writeFile(decryptedIn(fixture), "precious");
+    const QString before = fingerprint(fixture.folder());
+    {
+        const auto backup = fixture.unlocked();
+        QCOMPARE(contentOf(decryptedIn(fixture)), QByteArray("precious"));
+        QCOMPARE(errorOf([&] { readWhole(fixture, *backup); }), QString());
+    }
+    sweepLeftovers();
+    QCOMPARE(fingerprint(fixture.folder()), before);
     QCOMPARE(contentOf(precious), QByteArray("precious"));
+}
+
+void TestEncryptedBackup::killedRunLeavesItsCopy()
+{
+    const BackupFixture fixture(encrypted());
+    const QString before = fingerprint(fixture.folder());
+    const auto leaveOne = [&fixture] {
+        return diesDoing([&fixture] {
+            const auto backup = fixture.unlocked();
+            raise(SIGKILL);
+        });
+    };
+    QVERIFY(leaveOne());
+    QVERIFY(hasSqliteHeader(decryptedIn(fixture)));
+    sweepLeftovers();
+    QCOMPARE(fingerprint(fixture.folder()), before);
+
+    QVERIFY(leaveOne());
+    {
+        const auto backup = fixture.unlocked();
+        sweepLeftovers();
+        QVERIFY2(hasSqliteHeader(decryptedIn(fixture)), "it belongs to a run that lives");
+    }
+    QCOMPARE(fingerprint(fixture.folder()), before);
+
+    QVERIFY(leaveOne());
+    QVERIFY(QFile::rename(decryptedIn(fixture), fixture.path(u"moved"_s)));
+    writeFile(decryptedIn(fixture), "somebody else's");
+    sweepLeftovers();
+    QCOMPARE(contentOf(decryptedIn(fixture)), QByteArray("somebody else's"));
 }
 
 // Permissions do not stop every user: a folder of that name does.

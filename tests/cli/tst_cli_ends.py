@@ -126,13 +126,23 @@ class Ends(Case):
             self.assertEqual((first + output).decode(), alone)
         self.assertEqual(tree(backup), before)
 
-    def test_leftover_of_a_killed_run_is_replaced(self):
-        backup = self.folder / "leftover"
+    def test_somebody_elses_catalogue_stays(self):
+        backup = self.folder / "foreign"
         shutil.copytree(self.sample("--ios", "12", "--password", PASSWORD), backup)
+        (backup / "Manifest-decrypted.db").write_bytes(b"what another program has put there")
         before = tree(backup)
-        (backup / "Manifest-decrypted.db").write_bytes(b"half of an old catalogue")
         self.assertTrue(self.lines("files", backup, "--json", password=PASSWORD))
         self.assertEqual(tree(backup), before)
+
+    def test_everything_it_keeps_is_its_owners_alone(self):
+        home, out = self.folder / "private", self.folder / "private-out"
+        backup = self.sample("--ios", "17", "--password", PASSWORD)
+        self.succeed("save", "all", backup, "--into", "phone", password=PASSWORD, home=home)
+        self.succeed("export", "messages", backup, "--format", "db", "-o", out, password=PASSWORD, home=home)
+        self.succeed("export", "photos", backup, "-o", out, password=PASSWORD, home=home)
+        for path in (*(home / "Application Data" / "Quillbarrow").rglob("*"), *out.rglob("*")):
+            self.assertFalse(path.stat().st_mode & 0o077, path)
+        self.assertTrue(list(home.rglob("exports.db")))
 
     def test_reading_changes_nothing(self):
         for arguments in (["--ios", "9", "--layout", "mbdb"], ["--ios", "17"], ["--ios", "17", "--password", PASSWORD]):
