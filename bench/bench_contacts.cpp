@@ -3,11 +3,14 @@
 #include "touch_columns.h"
 
 #include "base/progress.h"
+#include "base/report.h"
 #include "personal/personal_source.h"
 #include "resources/resources.h"
 #include "work/save_records.h"
 
 namespace {
+Report report;
+
 constexpr int contacts = 20000;
 constexpr int calls = 100000;
 
@@ -75,7 +78,7 @@ void putCalls(const bench::DeviceFiles &device)
 
 QList<ContactRecord> readContacts(FileSource &device)
 {
-    QList<ContactRecord> all = openDeviceRecords(device, {})->contacts();
+    QList<ContactRecord> all = openDeviceRecords(device, {})->contacts(Scope::Usual, report);
     if (all.size() != contacts || all.last().rows.size() != 5)
         std::abort();
     return all;
@@ -83,7 +86,7 @@ QList<ContactRecord> readContacts(FileSource &device)
 
 void readCalls(FileSource &device, bool named)
 {
-    const QList<CallEntry> all = openDeviceRecords(device, {})->calls();
+    const QList<CallEntry> all = openDeviceRecords(device, {})->calls(Scope::Usual, report);
     if (all.size() != calls || all.last().person.isEmpty() == named)
         std::abort();
 }
@@ -101,15 +104,15 @@ int main()
     const QTemporaryDir folder;
     const auto source = openDeviceRecords(device, {});
     NoProgress progress;
-    saveRecords(DataClass::Contacts, *source, folder.path(), progress);
+    saveRecords(DataClass::Contacts, *source, Scope::Usual, folder.path(), progress);
     bench::compare(
         "save 20,000 contacts that are there already", 6,
         [&] {
-            if (saveRecords(DataClass::Contacts, *source, folder.path(), progress).merged != contacts)
+            if (saveRecords(DataClass::Contacts, *source, Scope::Usual, folder.path(), progress).merged != contacts)
                 std::abort();
         },
         [&] {
-            if (openLocalRecords(folder.path())->contacts().size() != contacts)
+            if (openLocalRecords(folder.path())->contacts(Scope::Usual, report).size() != contacts)
                 std::abort();
         });
 

@@ -3,6 +3,7 @@
 #include "touch_columns.h"
 
 #include "base/progress.h"
+#include "base/report.h"
 #include "personal/personal_source.h"
 #include "resources/resources.h"
 #include "work/save_records.h"
@@ -10,6 +11,8 @@
 #include <QGuiApplication>
 
 namespace {
+Report report;
+
 constexpr int records = 20000;
 
 /// A class of data, as a device keeps it.
@@ -77,9 +80,9 @@ const DeviceClass classes[] = {
 void read(DataClass dataClass, FileSource &device)
 {
     const auto source = openDeviceRecords(device, QStringLiteral("device"));
-    const bool whole = dataClass == DataClass::Notes      ? source->notes().size() == records
-                       : dataClass == DataClass::Calendar ? source->calendar().size() == records
-                                                          : source->bookmarks().size() == 100;
+    const bool whole = dataClass == DataClass::Notes      ? source->notes(Scope::Usual, report).size() == records
+                       : dataClass == DataClass::Calendar ? source->calendar(Scope::Usual, report).size() == records
+                                                          : source->bookmarks(Scope::Usual, report).size() == 100;
     if (!whole)
         std::abort();
 }
@@ -87,7 +90,7 @@ void read(DataClass dataClass, FileSource &device)
 void save(DataClass dataClass, PersonalSource &source, const QString &folder, qint64 expectedAdded)
 {
     NoProgress progress;
-    const SaveResult result = saveRecords(dataClass, source, folder, progress);
+    const SaveResult result = saveRecords(dataClass, source, Scope::Usual, folder, progress);
     if (result.handled != records || result.added != expectedAdded)
         std::abort();
 }

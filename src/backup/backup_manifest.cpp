@@ -258,6 +258,11 @@ bool BackupManifest::hasContent(const SourceFile &file) const
     return index != FileCatalogue::none && d->fetcher.hasContent(index);
 }
 
+bool BackupManifest::lists(const SourceFile &file) const
+{
+    return d->find(file) != FileCatalogue::none;
+}
+
 std::optional<QString> BackupManifest::fetchDatabase(const SourceFile &file)
 {
     const Index index = d->find(file);

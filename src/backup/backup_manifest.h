@@ -118,6 +118,7 @@ public:
     QString fetchDatabase(FileCatalogue::Index index, const CopyProgress &progress);
 
     bool hasContent(const SourceFile &file) const override;
+    bool lists(const SourceFile &file) const override;
     std::optional<QString> fetchDatabase(const SourceFile &file) override;
     void fetchTo(const SourceFile &file, const QString &destination,
                  const CopyProgress &progress = {}) override;

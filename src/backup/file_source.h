@@ -26,6 +26,8 @@ public:
 
     /// True when the source lists the file and has its content.
     virtual bool hasContent(const SourceFile &file) const = 0;
+    /// True when the source lists the file, even one whose content is missing.
+    virtual bool lists(const SourceFile &file) const { return hasContent(file); }
 
     /// A private copy of a database with its "-wal" companion applied when there is one; valid while the
     /// source lives. Nothing when the source does not list the file. Throws Error when it cannot be fetched.

@@ -42,6 +42,16 @@ bool isGiven(const CLI::Option *option)
     return option->count() > 0;
 }
 
+CLI::Option *addEverything(CLI::App &command)
+{
+    return addSwitch(command, "--everything", "also what is left out by rule, such as system items");
+}
+
+Scope scopeOf(const CLI::Option *everything)
+{
+    return isGiven(everything) ? Scope::Everything : Scope::Usual;
+}
+
 QStringList valuesOf(const CLI::Option *option)
 {
     QStringList values;

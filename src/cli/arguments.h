@@ -1,5 +1,7 @@
 #pragma once
 
+#include "personal/scope.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -29,6 +31,10 @@ CLI::Option *addPositionals(CLI::App &command, const char *name, const char *des
 /// A switch; `isGiven` tells.
 CLI::Option *addSwitch(CLI::App &command, const char *name, const char *description);
 bool isGiven(const CLI::Option *option);
+
+/// "--everything", which brings in what the rules leave out.
+CLI::Option *addEverything(CLI::App &command);
+Scope scopeOf(const CLI::Option *everything);
 
 QStringList valuesOf(const CLI::Option *option);
 /// Nothing when the option was not given.

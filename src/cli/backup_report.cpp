@@ -1,5 +1,7 @@
 #include "cli/backup_report.h"
 
+#include "base/report.h"
+
 void writeBackupFields(JsonWriter &json, const BackupInfo &info)
 {
     json.field("path", info.folder);
@@ -16,6 +18,15 @@ void writeBackupFields(JsonWriter &json, const BackupInfo &info)
     json.boolean(info.encrypted);
     json.field("layout",
                info.layout == BackupLayout::Modern ? QStringLiteral("modern") : QStringLiteral("mbdb"));
+}
+
+void writeProblems(JsonWriter &json, const Report &report)
+{
+    json.key("problems");
+    json.beginArray();
+    for (const QString &problem : problemsOf(report))
+        json.text(problem);
+    json.endArray();
 }
 
 QString dateForPeople(const QDateTime &date)

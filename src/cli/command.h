@@ -8,6 +8,8 @@
 #include <functional>
 #include <stdexcept>
 
+class Report;
+
 /// How the process ends; other programs rely on the numbers.
 enum class ExitStatus { Done = 0, Failed = 1, WrongUsage = 2, PasswordNeeded = 3 };
 
@@ -25,6 +27,11 @@ struct CommandContext
     ProgressBar &progress;
     /// One line on standard error.
     std::function<void(const QString &)> tell;
+
+    /// Tells a report, a line for each kind of issue. Failed when something was damaged or not handed over.
+    ExitStatus report(const Report &report) const;
+    /// The same of what is a failure alone.
+    ExitStatus reportProblems(const Report &report) const;
 };
 
 /// What a command line asked for, once it has been understood.

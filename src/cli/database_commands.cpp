@@ -1,7 +1,9 @@
 #include "cli/commands.h"
 
 #include "base/app_folders.h"
+#include "base/report.h"
 #include "cli/arguments.h"
+#include "cli/backup_report.h"
 #include "cli/item_counts.h"
 #include "cli/json_writer.h"
 #include "cli/local_database.h"
@@ -13,14 +15,18 @@
 #include <CLI/CLI.hpp>
 #include <QDir>
 
+#include <algorithm>
+
 namespace {
-void writeDatabase(JsonWriter &json, const QString &name, const QString &folder, const ItemCounts &counts)
+void writeDatabase(JsonWriter &json, const QString &name, const QString &folder, const ItemCounts &counts,
+                   const Report &report)
 {
     json.beginObject();
     json.field("name", name);
     json.field("path", folder);
     json.key("counts");
     writeCounts(json, counts);
+    writeProblems(json, report);
     json.endObject();
 }
 
@@ -44,8 +50,9 @@ ExitStatus update(CommandContext &context)
     return problems.isEmpty() ? ExitStatus::Done : ExitStatus::Failed;
 }
 
-void listDatabases(bool asJson, CommandContext &context)
+ExitStatus listDatabases(bool asJson, CommandContext &context)
 {
+    Report all;
     const QDir folder = localDatabasesFolder();
     QByteArray text;
     JsonWriter json(text);
@@ -53,9 +60,11 @@ void listDatabases(bool asJson, CommandContext &context)
         json.beginArray();
     for (const QString &name : folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name)) {
         const QString path = folder.filePath(name);
-        const ItemCounts counts = countLocalItems(path, context.tell);
+        Report report;
+        const ItemCounts counts = countLocalItems(path, report);
+        all.merge(report);
         if (asJson)
-            writeDatabase(json, name, path, counts);
+            writeDatabase(json, name, path, counts, report);
         else
             text += databaseText(name, path, counts);
     }
@@ -64,6 +73,7 @@ void listDatabases(bool asJson, CommandContext &context)
         text += '\n';
     }
     context.out.write(text);
+    return context.reportProblems(all);
 }
 
 void remove(DataClass dataClass, const QString &folder, const QStringList &ids, CommandContext &context)
@@ -84,8 +94,7 @@ void addDatabasesCommand(CLI::App &app, Job &job)
     command.callback([&job, asJson, first] {
         job.run = [json = isGiven(asJson), updates = isGiven(first)](CommandContext &context) {
             const ExitStatus status = updates ? update(context) : ExitStatus::Done;
-            listDatabases(json, context);
-            return status;
+            return std::max(status, listDatabases(json, context));
         };
     });
 }

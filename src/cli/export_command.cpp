@@ -25,6 +25,7 @@ struct ExportRequest
     QString target;
     std::vector<qint64> chats; // all when empty
     DateRange dates;
+    Scope scope = Scope::Usual;
 };
 
 /// The written formats of a class; none for those that are copied as they are.
@@ -136,6 +137,7 @@ struct ExportArguments
     const CLI::Option *chats;
     const CLI::Option *from;
     const CLI::Option *to;
+    const CLI::Option *everything;
 };
 
 ExportRequest requestOf(const ExportArguments &arguments)
@@ -159,6 +161,7 @@ ExportRequest requestOf(const ExportArguments &arguments)
     if (!request.chats.empty() && *dataClass != DataClass::Messages)
         wrongUsage(QStringLiteral("--chat goes with messages alone"));
     request.dates = dateRangeOf(arguments.from, arguments.to);
+    request.scope = scopeOf(arguments.everything);
     return request;
 }
 } // namespace
@@ -179,6 +182,7 @@ void addExportCommand(CLI::App &app, Job &job)
         .chats = addValues(command, "--chat", "only this conversation; may be given again"),
         .from = addValue(command, "--from", "only from this date on: yyyy-MM-dd or yyyy-MM-ddThh:mm:ss"),
         .to = addValue(command, "--to", "only up to this date, which counts"),
+        .everything = addEverything(command),
     };
     const PasswordOption password(command);
     command.callback([&job, arguments, password] {
@@ -189,7 +193,8 @@ void addExportCommand(CLI::App &app, Job &job)
                                       .source = request.source,
                                       .format = request.format,
                                       .target = request.target,
-                                      .dates = request.dates},
+                                      .dates = request.dates,
+                                      .scope = request.scope},
                                      password, context);
             if (isMediaClass(request.dataClass))
                 return exportMedia(request.dataClass, request.source, request.target, password, context);

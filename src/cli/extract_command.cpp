@@ -27,7 +27,7 @@ struct ExtractJob
 
 ExitStatus extract(const ExtractJob &job, const PasswordOption &password, CommandContext &context)
 {
-    const auto backup = openBackup(job.backup, password, PasswordNeed::Always, context.progress);
+    const auto backup = openBackup(job.backup, password, context.progress);
     const ExtractSummary summary =
         extractFiles(*backup, job.requests, QDir(job.target).absolutePath(), context.progress);
     return tellExtraction(summary, context);

@@ -90,7 +90,7 @@ void writePlain(QByteArray &line, const FileCatalogue &catalogue, FileCatalogue:
 
 ExitStatus files(const FilesRequest &request, const PasswordOption &password, CommandContext &context)
 {
-    const auto backup = openBackup(request.backup, password, PasswordNeed::Always, context.progress);
+    const auto backup = openBackup(request.backup, password, context.progress);
     const FileCatalogue &catalogue = backup->catalogue();
     context.progress.clear();
     QByteArray line;

@@ -1,6 +1,7 @@
 #include "cli/commands.h"
 
 #include "base/error.h"
+#include "base/report.h"
 #include "cli/arguments.h"
 #include "cli/backup_report.h"
 #include "cli/item_counts.h"
@@ -11,7 +12,7 @@
 #include <CLI/CLI.hpp>
 
 namespace {
-QByteArray asJson(const BackupInfo &info, const std::optional<ItemCounts> &counts)
+QByteArray asJson(const BackupInfo &info, const std::optional<ItemCounts> &counts, const Report &report)
 {
     QByteArray text;
     JsonWriter json(text);
@@ -22,6 +23,7 @@ QByteArray asJson(const BackupInfo &info, const std::optional<ItemCounts> &count
         writeCounts(json, *counts);
     else
         json.null();
+    writeProblems(json, report);
     json.endObject();
     return text + '\n';
 }
@@ -46,15 +48,29 @@ QByteArray asText(const BackupInfo &info, const std::optional<ItemCounts> &count
     return (oneLine(info.displayName) + QLatin1Char('\n') + plainTable({}, rows)).toUtf8();
 }
 
+/// Builds the index when the backup is unlocked, and counts. Nothing when it stays locked or cannot be read.
+std::optional<ItemCounts> countsOf(BackupManifest &backup, Report &report, Progress &progress)
+{
+    try {
+        if (!backup.isUnlocked())
+            return std::nullopt;
+        backup.buildIndex(progress);
+    } catch (const Error &error) {
+        report.add({.kind = IssueKind::Damaged, .what = "IDS_ISSUE_FAILURE", .count = 0, .reason = error.sentence()});
+        return std::nullopt;
+    }
+    report.merge(reportOf(&backup));
+    return countItems(backup, report);
+}
+
 ExitStatus info(const QString &folder, bool json, const PasswordOption &password, CommandContext &context)
 {
-    const auto backup = openBackup(folder, password, PasswordNeed::IfGiven, context.progress);
-    std::optional<ItemCounts> counts;
-    if (backup->hasIndex())
-        counts = countItems(*backup);
+    Report report;
+    const auto backup = openDescribed(folder, password, PasswordNeed::IfGiven, context.progress);
+    const std::optional<ItemCounts> counts = countsOf(*backup, report, context.progress);
     context.progress.check();
-    context.out.write(json ? asJson(backup->info(), counts) : asText(backup->info(), counts));
-    return ExitStatus::Done;
+    context.out.write(json ? asJson(backup->info(), counts, report) : asText(backup->info(), counts));
+    return context.reportProblems(report);
 }
 } // namespace
 

@@ -2,64 +2,101 @@
 
 #include "backup/backup_manifest.h"
 #include "base/error.h"
+#include "base/report.h"
 #include "cli/json_writer.h"
 #include "cli/media_command.h"
 #include "cli/personal_command.h"
 #include "messages/message_source.h"
 #include "personal/media_items.h"
+#include "sqlite/sqlite3_db.h"
 
-#include <QDebug>
+#include <QDir>
+#include <QFileInfo>
 
 namespace {
-qint64 countClass(BackupManifest &backup, PersonalSource &records, DataClass dataClass)
+std::optional<qint64> countClass(BackupManifest &backup, PersonalSource &records, DataClass dataClass,
+                                 Report &report)
 {
     if (isPersonalClass(dataClass))
-        return records.has(dataClass) ? records.count(dataClass) : 0;
+        return records.has(dataClass) ? records.count(dataClass, report) : 0;
     if (isMediaClass(dataClass))
-        return countMedia(backup, dataClass);
+        return countMedia(backup, dataClass, report);
     const bool hasMessages = backup.wellKnown(WellKnown::MessageDatabase) != FileCatalogue::none;
     return hasMessages ? openMessageDb(backup)->countMessages() : 0;
 }
 
-using Complain = std::function<void(const QString &)>;
-
 template <typename Count>
-std::optional<qint64> countOrNothing(DataClass dataClass, const Complain &complain, Count count)
+std::optional<qint64> countOrNothing(DataClass dataClass, Report &report, Count count)
 {
     try {
         return count();
     } catch (const Error &error) {
-        complain(QStringLiteral("%1 are not counted: %2").arg(dataClassName(dataClass), error.sentence()));
+        report.add({.kind = IssueKind::Damaged,
+                    .what = "IDS_ISSUE_NOT_COUNTED",
+                    .where = dataClassName(dataClass),
+                    .count = 0,
+                    .reason = error.sentence()});
         return std::nullopt;
+    }
+}
+
+/// Nothing when the store of a class, which need not be there, is whole.
+std::optional<QString> faultOf(const QString &path)
+{
+    if (!QFileInfo::exists(path))
+        return std::nullopt;
+    Sqlite3DB db;
+    db.openThrow(path);
+    Sqlite3Cursor row = db.queryThrow(QStringLiteral("pragma quick_check(1)"));
+    const QString answer = row.moveNext() ? row.getText(0) : QString();
+    return answer == QLatin1String("ok") ? std::nullopt : std::optional(answer.simplified());
+}
+
+QString storeFile(DataClass dataClass)
+{
+    switch (dataClass) {
+    case DataClass::Contacts:
+        return QStringLiteral("contacts.db");
+    case DataClass::Calls:
+        return QStringLiteral("calls.db");
+    case DataClass::Notes:
+        return QStringLiteral("notes.db");
+    case DataClass::Calendar:
+        return QStringLiteral("calendars.db");
+    case DataClass::Bookmarks:
+        return QStringLiteral("bookmarks.db");
+    default:
+        return QStringLiteral("messages.db");
     }
 }
 } // namespace
 
-ItemCounts countItems(BackupManifest &backup)
+ItemCounts countItems(BackupManifest &backup, Report &report)
 {
     const std::unique_ptr<PersonalSource> records = openDeviceRecords(backup, backup.info().deviceId);
-    const Complain toLog = [](const QString &sentence) { qWarning().noquote() << sentence; };
     ItemCounts counts;
     for (const DataClass dataClass : allDataClasses)
         if (dataClass != DataClass::Files)
-            counts.append({dataClass, countOrNothing(dataClass, toLog, [&] {
-                               return countClass(backup, *records, dataClass);
+            counts.append({dataClass, countOrNothing(dataClass, report, [&] {
+                               return countClass(backup, *records, dataClass, report);
                            })});
     return counts;
 }
 
-ItemCounts countLocalItems(const QString &folder, const std::function<void(const QString &)> &complain)
+ItemCounts countLocalItems(const QString &folder, Report &report)
 {
     const std::unique_ptr<PersonalSource> records = openLocalRecords(folder);
     ItemCounts counts;
     for (const DataClass dataClass : allDataClasses) {
-        if (dataClass == DataClass::Messages)
-            counts.append({dataClass, countOrNothing(dataClass, complain, [&] {
-                               return openLocalMessages(folder).database->countMessages();
-                           })});
-        else if (isPersonalClass(dataClass))
-            counts.append(
-                {dataClass, countOrNothing(dataClass, complain, [&] { return records->count(dataClass); })});
+        if (dataClass != DataClass::Messages && !isPersonalClass(dataClass))
+            continue;
+        counts.append({dataClass, countOrNothing(dataClass, report, [&]() -> std::optional<qint64> {
+                           if (const auto fault = faultOf(QDir(folder).filePath(storeFile(dataClass))))
+                               throw Error(*fault, ErrorKind::Damaged);
+                           return dataClass == DataClass::Messages
+                                      ? openLocalMessages(folder).database->countMessages()
+                                      : records->count(dataClass, report);
+                       })});
     }
     return counts;
 }

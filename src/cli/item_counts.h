@@ -5,20 +5,21 @@
 #include <QList>
 #include <QPair>
 
-#include <functional>
 #include <optional>
 
 class BackupManifest;
 class JsonWriter;
+class Report;
 
 /// A number for each class but the files, nothing where it cannot be told.
 using ItemCounts = QList<QPair<DataClass, std::optional<qint64>>>;
 
-/// Counts what an opened backup with an index holds. A database that cannot be read leaves its class untold.
-ItemCounts countItems(BackupManifest &backup);
+/// Counts what an opened backup with an index holds: the records that `show` prints. What is damaged goes into the
+/// report, and leaves its class untold where nothing of it can be read.
+ItemCounts countItems(BackupManifest &backup, Report &report);
 
-/// The same of the classes that a local database keeps; `complain` hears what keeps a class from being told.
-ItemCounts countLocalItems(const QString &folder, const std::function<void(const QString &)> &complain);
+/// The same of the classes that a local database keeps. Its files are checked whole.
+ItemCounts countLocalItems(const QString &folder, Report &report);
 
 /// An object with a number, or null, for each class.
 void writeCounts(JsonWriter &json, const ItemCounts &counts);

@@ -41,13 +41,20 @@ QByteArray asTable(const QList<BackupInfo> &backups)
 
 ExitStatus list(const QStringList &namedRoots, bool json, CommandContext &context)
 {
+    QStringList roots = namedRoots.isEmpty() ? backupRoots() : namedRoots;
+    ExitStatus status = ExitStatus::Done;
     for (const QString &root : namedRoots) {
-        if (!QFileInfo(root).isDir())
+        if (QFileInfo(root).isDir())
+            continue;
+        roots.removeAll(root);
+        if (roots.isEmpty())
             throw Error(QStringLiteral("%1: no such folder").arg(root));
+        context.tell(QStringLiteral("%1: no such folder").arg(root));
+        status = ExitStatus::Failed;
     }
-    const QList<BackupInfo> backups = listBackups(namedRoots.isEmpty() ? backupRoots() : namedRoots);
+    const QList<BackupInfo> backups = listBackups(roots);
     context.out.write(json ? asJson(backups) : asTable(backups));
-    return ExitStatus::Done;
+    return status;
 }
 } // namespace
 

@@ -3,6 +3,7 @@
 #include "backup/backup_manifest.h"
 #include "backup/extract.h"
 #include "base/error.h"
+#include "base/report.h"
 #include "cli/extract_report.h"
 #include "cli/json_writer.h"
 #include "cli/open_backup.h"
@@ -12,13 +13,15 @@
 
 #include <QDir>
 
+#include <algorithm>
+
 namespace {
 std::unique_ptr<BackupManifest> openMediaSource(DataClass dataClass, const QString &source,
                                                 const PasswordOption &password, Progress &progress)
 {
     if (source.startsWith(QLatin1String("local:")))
         throw Error(QStringLiteral("%1 are not kept in local databases").arg(dataClassName(dataClass)));
-    return openBackup(source, password, PasswordNeed::Always, progress);
+    return openBackup(source, password, progress);
 }
 
 CameraRollKind cameraRollKind(DataClass dataClass)
@@ -106,15 +109,15 @@ QList<NamedExtract> cameraFiles(const BackupManifest &backup, CameraRollKind kin
 }
 
 ExtractSummary extractClass(DataClass dataClass, BackupManifest &backup, const QString &target,
-                            CommandContext &context)
+                            Report &report, CommandContext &context)
 {
     const FileCatalogue &catalogue = backup.catalogue();
     switch (dataClass) {
     case DataClass::Voicemail:
-        return extractNamed(backup, namedFiles(readVoicemail(backup), catalogue, context), target,
+        return extractNamed(backup, namedFiles(readVoicemail(backup, report), catalogue, context), target,
                             context.progress);
     case DataClass::Recordings:
-        return extractNamed(backup, namedFiles(readRecordings(backup), catalogue, context), target,
+        return extractNamed(backup, namedFiles(readRecordings(backup, report), catalogue, context), target,
                             context.progress);
     case DataClass::Files:
         return extractNodes(backup, backup.tree().children(FileTree::root), target, context.progress);
@@ -139,18 +142,27 @@ ExitStatus showMedia(DataClass dataClass, const QString &source, const PasswordO
             context.out.write(line);
         }
     };
-    if (dataClass == DataClass::Voicemail)
-        print(readVoicemail(*backup), appendVoicemail);
-    else if (dataClass == DataClass::Recordings)
-        print(readRecordings(*backup), appendRecording);
-    else
-        print(cameraRollItems(*backup, cameraRollKind(dataClass)), appendCameraItem);
-    return ExitStatus::Done;
+    Report report = reportOf(backup.get());
+    const auto read = [&] {
+        if (dataClass == DataClass::Voicemail)
+            return print(readVoicemail(*backup, report), appendVoicemail);
+        if (dataClass == DataClass::Recordings)
+            return print(readRecordings(*backup, report), appendRecording);
+        const QList<FileCatalogue::Index> items = cameraRollItems(*backup, cameraRollKind(dataClass));
+        print(items, appendCameraItem);
+        reportMissingContent(*backup, items, report);
+    };
+    readOrReportAbsent(report, read);
+    return context.report(report);
 }
 
 ExitStatus exportMedia(DataClass dataClass, const QString &source, const QString &target,
                        const PasswordOption &password, CommandContext &context)
 {
     const auto backup = openMediaSource(dataClass, source, password, context.progress);
-    return tellExtraction(extractClass(dataClass, *backup, QDir(target).absolutePath(), context), context);
+    Report report = reportOf(backup.get());
+    const ExtractSummary summary =
+        extractClass(dataClass, *backup, QDir(target).absolutePath(), report, context);
+    const ExitStatus extracted = tellExtraction(summary, context);
+    return std::max(extracted, context.report(report));
 }

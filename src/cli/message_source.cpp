@@ -32,7 +32,7 @@ MessageSource openUnloaded(const QString &source, const PasswordOption &password
     if (isMessageDatabase(source))
         return inNameOf(source, [&] { return openMessageFile(source); });
     MessageSource messages;
-    messages.files = openBackup(source, password, PasswordNeed::Always, progress);
+    messages.files = openBackup(source, password, progress);
     messages.database = inNameOf(source, [&] { return openMessageDb(*messages.files); });
     return messages;
 }

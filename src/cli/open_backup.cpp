@@ -1,6 +1,7 @@
 #include "cli/open_backup.h"
 
 #include "base/error.h"
+#include "base/report.h"
 #include "cli/command.h"
 #include "cli/password.h"
 
@@ -21,13 +22,12 @@ void requireBackupFolder(const QString &folder)
                 .arg(folder));
 }
 
-/// False when the backup stays locked.
-bool unlock(BackupManifest &backup, const QString &folder, const PasswordOption &password, PasswordNeed need)
+void unlock(BackupManifest &backup, const QString &folder, const PasswordOption &password, PasswordNeed need)
 {
     const std::optional<QString> text =
         need == PasswordNeed::Always ? password.givenOrAsked(folder) : password.given();
     if (!text && need == PasswordNeed::IfGiven)
-        return false;
+        return;
     if (!text) {
         throw PasswordError(
             QStringLiteral("%1: the backup is encrypted; give its password with --password-file, in "
@@ -36,19 +36,47 @@ bool unlock(BackupManifest &backup, const QString &folder, const PasswordOption 
     }
     if (!backup.openEncrypted(*text))
         throw PasswordError(QStringLiteral("%1: Invalid password.").arg(folder));
-    return true;
 }
 } // namespace
 
-std::unique_ptr<BackupManifest> openBackup(const QString &folder, const PasswordOption &password,
-                                           PasswordNeed need, Progress &progress)
+Report reportOf(const BackupManifest *backup)
+{
+    Report report;
+    if (backup && backup->skippedRows() > 0)
+        report.add({.kind = IssueKind::Damaged,
+                    .what = "IDS_ISSUE_CATALOGUE_ROWS",
+                    .count = backup->skippedRows(),
+                    .reason = backup->skippedReason()});
+    return report;
+}
+
+void readOrReportAbsent(Report &report, const std::function<void()> &read)
+{
+    try {
+        read();
+    } catch (const Error &error) {
+        if (error.kind() != ErrorKind::NotFound || error.access() != FileAccess::None)
+            throw;
+        report.add({.kind = IssueKind::Absent, .what = "IDS_ISSUE_CLASS_ABSENT", .reason = error.sentence()});
+    }
+}
+
+std::unique_ptr<BackupManifest> openDescribed(const QString &folder, const PasswordOption &password,
+                                              PasswordNeed need, Progress &progress)
 {
     requireBackupFolder(folder);
     auto backup = std::make_unique<BackupManifest>(QDir(folder).absolutePath());
     backup->loadInfo();
     progress.check();
-    if (backup->info().encrypted && !unlock(*backup, folder, password, need))
-        return backup;
+    if (backup->info().encrypted)
+        unlock(*backup, folder, password, need);
+    return backup;
+}
+
+std::unique_ptr<BackupManifest> openBackup(const QString &folder, const PasswordOption &password,
+                                           Progress &progress)
+{
+    auto backup = openDescribed(folder, password, PasswordNeed::Always, progress);
     progress.check();
     backup->buildIndex(progress);
     return backup;

@@ -3,6 +3,7 @@
 #include "backup/backup_manifest.h"
 #include "base/apple_time.h"
 #include "base/error.h"
+#include "base/report.h"
 #include "cli/local_database.h"
 #include "cli/open_backup.h"
 #include "cli/personal_json.h"
@@ -27,19 +28,22 @@ QList<Record> within(QList<Record> records, const DateRange &range, DateOf dateO
     return records;
 }
 
-RecordSelection selectRecords(DataClass dataClass, PersonalSource &records, const DateRange &range)
+RecordSelection selectRecords(const RecordExport &request, PersonalSource &records, Report &report)
 {
-    switch (dataClass) {
+    const DateRange &range = request.dates;
+    switch (request.dataClass) {
     case DataClass::Contacts:
-        return records.contacts();
+        return records.contacts(request.scope, report);
     case DataClass::Calls:
-        return within(records.calls(), range, [](const CallEntry &call) { return call.date; });
+        return within(records.calls(request.scope, report), range, [](const CallEntry &call) { return call.date; });
     case DataClass::Calendar:
-        return within(records.calendar(), range, [](const CalendarEvent &event) { return event.start_date; });
+        return within(records.calendar(request.scope, report), range,
+                       [](const CalendarEvent &event) { return event.start_date; });
     case DataClass::Notes:
-        return within(records.notes(), range, [](const NoteEntry &note) { return note.modified_date; });
+        return within(records.notes(request.scope, report), range,
+                       [](const NoteEntry &note) { return note.modified_date; });
     default:
-        return std::make_shared<const BookmarkTree>(records.bookmarks());
+        return std::make_shared<const BookmarkTree>(records.bookmarks(request.scope, report));
     }
 }
 
@@ -89,12 +93,12 @@ OpenRecords openRecords(const QString &source, DataClass dataClass, const Passwo
         open.records = openCardFile(source);
         return open;
     }
-    open.backup = openBackup(source, password, PasswordNeed::Always, progress);
+    open.backup = openBackup(source, password, progress);
     open.records = openDeviceRecords(*open.backup, open.backup->info().deviceId);
     return open;
 }
 
-ExitStatus showRecords(DataClass dataClass, const QString &source, const PasswordOption &password,
+ExitStatus showRecords(DataClass dataClass, const QString &source, Scope scope, const PasswordOption &password,
                        CommandContext &context)
 {
     const OpenRecords open = openRecords(source, dataClass, password, context.progress);
@@ -110,25 +114,26 @@ ExitStatus showRecords(DataClass dataClass, const QString &source, const Passwor
         }
     };
     PersonalSource &records = *open.records;
-    switch (dataClass) {
-    case DataClass::Contacts:
-        print(records.contacts(), [&](const auto &contact) { appendContactLine(line, contact, identity); });
-        break;
-    case DataClass::Calls:
-        print(records.calls(), [&](const auto &call) { appendCallLine(line, call, identity); });
-        break;
-    case DataClass::Notes:
-        print(records.notes(), [&](const auto &note) { appendNoteLine(line, note, identity); });
-        break;
-    case DataClass::Calendar:
-        print(records.calendar(), [&](const auto &event) { appendEventLine(line, event); });
-        break;
-    default:
-        print(records.bookmarks(), [&](const auto &node) { appendBookmarkLine(line, *node); });
-    }
-    for (const QString &problem : records.problems(dataClass))
-        context.tell(problem);
-    return ExitStatus::Done;
+    Report report = reportOf(open.backup.get());
+    const auto read = [&] {
+        switch (dataClass) {
+        case DataClass::Contacts:
+            return print(records.contacts(scope, report),
+                         [&](const auto &contact) { appendContactLine(line, contact, identity); });
+        case DataClass::Calls:
+            return print(records.calls(scope, report),
+                         [&](const auto &call) { appendCallLine(line, call, identity); });
+        case DataClass::Notes:
+            return print(records.notes(scope, report),
+                         [&](const auto &note) { appendNoteLine(line, note, identity); });
+        case DataClass::Calendar:
+            return print(records.calendar(scope, report), [&](const auto &event) { appendEventLine(line, event); });
+        default:
+            print(records.bookmarks(scope, report), [&](const auto &node) { appendBookmarkLine(line, *node); });
+        }
+    };
+    readOrReportAbsent(report, read);
+    return context.report(report);
 }
 
 ExitStatus exportRecords(const RecordExport &request, const PasswordOption &password, CommandContext &context)
@@ -136,13 +141,12 @@ ExitStatus exportRecords(const RecordExport &request, const PasswordOption &pass
     const OpenRecords open = openRecords(request.source, request.dataClass, password, context.progress);
     const QString target = QDir(request.target).absolutePath();
     requireTarget(request.dataClass, target);
-    const SimpleExportSummary summary =
-        exportRecords(selectRecords(request.dataClass, *open.records, request.dates), request.format, target,
-                      context.progress);
+    Report report = reportOf(open.backup.get());
+    const RecordSelection selection = selectRecords(request, *open.records, report);
+    const SimpleExportSummary summary = exportRecords(selection, request.format, target, context.progress);
     context.progress.clear();
     context.tell(QStringLiteral("%1 %2 written").arg(summary.written).arg(dataClassName(request.dataClass)));
-    for (const QString &remark :
-         open.records->problems(request.dataClass) + summary.skipped + summary.remarks)
+    for (const QString &remark : summary.skipped + summary.remarks)
         context.tell(remark);
-    return ExitStatus::Done;
+    return context.report(report);
 }

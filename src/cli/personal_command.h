@@ -34,7 +34,7 @@ OpenRecords openRecords(const QString &source, DataClass dataClass, const Passwo
 bool isPersonalClass(DataClass dataClass);
 
 /// `show`: one JSON object a line.
-ExitStatus showRecords(DataClass dataClass, const QString &source, const PasswordOption &password,
+ExitStatus showRecords(DataClass dataClass, const QString &source, Scope scope, const PasswordOption &password,
                        CommandContext &context);
 
 /// What `export` was asked for.
@@ -45,6 +45,7 @@ struct RecordExport
     QString format;
     QString target;  // one file, or for notes a folder
     DateRange dates; // records with a date outside of it are left out
+    Scope scope = Scope::Usual;
 };
 ExitStatus exportRecords(const RecordExport &request, const PasswordOption &password,
                          CommandContext &context);

@@ -8,6 +8,7 @@
 #include "cli/json_writer.h"
 #include "cli/local_database.h"
 #include "cli/message_source.h"
+#include "cli/open_backup.h"
 #include "cli/personal_command.h"
 #include "messages/save_messages.h"
 #include "work/save_records.h"
@@ -15,16 +16,19 @@
 #include <CLI/CLI.hpp>
 #include <QDir>
 
+#include <algorithm>
+
 namespace {
 struct SaveRequest
 {
     QString source;
     QString name; // of the local database
+    Scope scope = Scope::Usual;
 
     QString folder() const { return localDatabasesFolder().filePath(name); }
 };
 
-void writeSaveLine(DataClass dataClass, const SaveResult &result, CommandContext &context)
+ExitStatus writeSaveLine(DataClass dataClass, const SaveResult &result, CommandContext &context)
 {
     context.progress.clear();
     QByteArray line;
@@ -36,8 +40,7 @@ void writeSaveLine(DataClass dataClass, const SaveResult &result, CommandContext
     json.field("merged", result.merged);
     json.endObject();
     context.out.write(line.append('\n'));
-    for (const QString &problem : result.problems)
-        context.tell(problem);
+    return context.report(result.report);
 }
 
 /// `database` has its conversations loaded.
@@ -48,8 +51,9 @@ ExitStatus saveLoaded(AbsMessageDb &database, FileSource &files, const SaveReque
     const MessageSaveSummary summary =
         saveMessages(database.select({}, INT64_MIN, INT64_MAX), &files, request.folder(),
                      textFor("IDS_BACKUPING_MESSAGES"), context.progress);
-    writeSaveLine(DataClass::Messages, {summary.handled(), summary.added, summary.merged, summary.refused},
-                  context);
+    writeSaveLine(DataClass::Messages, {summary.handled(), summary.added, summary.merged, {}}, context);
+    for (const QString &refused : summary.refused)
+        context.tell(refused);
     tellMissing(summary.missingAttachments, context);
     return tellWhatWasLost(database, request.source, context);
 }
@@ -77,11 +81,12 @@ ExitStatus saveMessagesOf(const OpenRecords &open, const SaveRequest &request, C
     return ExitStatus::Done;
 }
 
-void saveRecordsOf(DataClass dataClass, const OpenRecords &open, const SaveRequest &request,
-                   CommandContext &context)
+ExitStatus saveRecordsOf(DataClass dataClass, const OpenRecords &open, const SaveRequest &request,
+                         CommandContext &context)
 {
-    writeSaveLine(dataClass, saveRecords(dataClass, *open.records, request.folder(), context.progress),
-                  context);
+    const SaveResult result =
+        saveRecords(dataClass, *open.records, request.scope, request.folder(), context.progress);
+    return writeSaveLine(dataClass, result, context);
 }
 
 ExitStatus saveClass(DataClass dataClass, const SaveRequest &request, const PasswordOption &password,
@@ -90,8 +95,8 @@ ExitStatus saveClass(DataClass dataClass, const SaveRequest &request, const Pass
     if (dataClass == DataClass::Messages)
         return saveMessagesAlone(request, password, context);
     const OpenRecords open = openRecords(request.source, dataClass, password, context.progress);
-    saveRecordsOf(dataClass, open, request, context);
-    return ExitStatus::Done;
+    const ExitStatus saved = saveRecordsOf(dataClass, open, request, context);
+    return std::max(saved, context.report(reportOf(open.backup.get())));
 }
 
 /// A class that cannot be read does not keep the others from being saved.
@@ -100,13 +105,13 @@ ExitStatus saveAll(const SaveRequest &request, const PasswordOption &password, C
     if (isMessageDatabase(request.source) || deletedMessagesOf(request.source))
         return saveMessagesAlone(request, password, context);
     const OpenRecords open = openRecords(request.source, DataClass::Contacts, password, context.progress);
-    ExitStatus status = ExitStatus::Done;
+    ExitStatus status = context.report(reportOf(open.backup.get()));
     for (const DataClass dataClass : allDataClasses) {
         try {
-            if (dataClass == DataClass::Messages && saveMessagesOf(open, request, context) != status)
-                status = ExitStatus::Failed;
+            if (dataClass == DataClass::Messages)
+                status = std::max(status, saveMessagesOf(open, request, context));
             else if (isPersonalClass(dataClass) && open.records->has(dataClass))
-                saveRecordsOf(dataClass, open, request, context);
+                status = std::max(status, saveRecordsOf(dataClass, open, request, context));
         } catch (const Error &error) {
             context.tell(
                 QStringLiteral("%1 are not saved: %2").arg(dataClassName(dataClass), error.sentence()));
@@ -141,10 +146,11 @@ void addSaveCommand(CLI::App &app, Job &job)
                       "database or deleted:NAME");
     const CLI::Option *into =
         addValue(command, "--into", "the local database; made when there is none")->required();
+    const CLI::Option *everything = addEverything(command);
     const PasswordOption password(command);
-    command.callback([&job, className, source, into, password] {
+    command.callback([&job, className, source, into, everything, password] {
         const std::optional<DataClass> dataClass = classToSave(className);
-        const SaveRequest request{requireSource(source), requireDatabaseName(into)};
+        const SaveRequest request{requireSource(source), requireDatabaseName(into), scopeOf(everything)};
         job.run = [=](CommandContext &context) {
             return dataClass ? saveClass(*dataClass, request, password, context)
                              : saveAll(request, password, context);

@@ -16,6 +16,7 @@ struct ShowRequest
 {
     QString source;
     std::vector<qint64> chats; // all when empty
+    Scope scope = Scope::Usual;
 };
 
 ExitStatus showChats(const ShowRequest &request, const PasswordOption &password, CommandContext &context)
@@ -57,10 +58,11 @@ void addShowCommand(CLI::App &app, Job &job)
         addPositional(command, "CLASS", "messages, chats, or another class of data");
     const CLI::Option *source = addPositional(command, "SOURCE", sourceDescription);
     const CLI::Option *chat = addValue(command, "--chat", "only the messages of this conversation");
+    const CLI::Option *everything = addEverything(command);
     const PasswordOption password(command);
-    command.callback([&job, className, source, chat, password] {
+    command.callback([&job, className, source, chat, everything, password] {
         const QString name = *valueOf(className);
-        ShowRequest request{.source = requireSource(source), .chats = {}};
+        ShowRequest request{.source = requireSource(source), .chats = {}, .scope = scopeOf(everything)};
         if (const auto rowid = numberOf(chat, 1, INT64_MAX))
             request.chats.push_back(*rowid);
         const bool chats = name == QLatin1String("chats");
@@ -73,7 +75,7 @@ void addShowCommand(CLI::App &app, Job &job)
             if (chats)
                 return showChats(request, password, context);
             if (isPersonalClass(*dataClass))
-                return showRecords(*dataClass, request.source, password, context);
+                return showRecords(*dataClass, request.source, request.scope, password, context);
             if (dataClass == DataClass::Files)
                 return showFiles(request.source, password, context);
             if (isMediaClass(*dataClass))

@@ -2,6 +2,7 @@
 
 #include "backup/device_database.h"
 #include "base/error.h"
+#include "base/report.h"
 
 #include <QHash>
 
@@ -9,29 +10,22 @@ namespace {
 // Nobody nests folders this deep; a forged chain of 100,000 would exhaust the stack of whoever walks it.
 constexpr int deepestFolder = 500;
 
-struct Folder
+/// One row of the table, whose node stands in no tree yet.
+struct BookmarkRow
 {
-    BookmarkNode *node = nullptr;
-    int depth = 0;
+    std::unique_ptr<BookmarkNode> node;
+    qint64 parent = 0;
+    bool isHidden = false;
 };
 
-// Early databases have no column for what is hidden.
-QString shownCondition(const Sqlite3DB &db)
-{
-    const bool canHide = db.tbCols(QStringLiteral("bookmarks")).contains(QStringLiteral("hidden"));
-    return canHide ? QStringLiteral(" and hidden=0") : QString();
-}
-
-// Rows come ordered by parent, so a folder that is read after its children has lost them.
-BookmarkTree buildTree(Sqlite3Cursor row, const QString &sourceColumn)
+std::vector<BookmarkRow> readRows(Sqlite3Cursor row, const QString &sourceColumn)
 {
     const auto column = [&row](const QString &name) { return row.columnIndex(name); };
     const int id = column(QStringLiteral("id")), parent = column(QStringLiteral("parent")),
               type = column(QStringLiteral("type")), title = column(QStringLiteral("title")),
               url = column(QStringLiteral("url")), order = column(QStringLiteral("order_index")),
-              source = column(sourceColumn);
-    BookmarkTree top;
-    QHash<qint64, Folder> folders;
+              source = column(sourceColumn), hidden = column(QStringLiteral("hidden"));
+    std::vector<BookmarkRow> rows;
     while (row.moveNext()) {
         auto node = std::make_unique<BookmarkNode>();
         node->id = row.getInt64(id);
@@ -41,15 +35,72 @@ BookmarkTree buildTree(Sqlite3Cursor row, const QString &sourceColumn)
         node->src_id = row.getText(source);
         if (node->type == BookmarkNode::bookmark)
             node->url = row.getText(url);
-        const qint64 parentId = row.getInt64(parent);
-        const Folder holder = folders.value(parentId);
-        node->parent = holder.node;
-        if ((parentId != 0 && !node->parent) || holder.depth >= deepestFolder)
-            continue;
-        if (node->type == BookmarkNode::folder)
-            folders.insert(node->id, {node.get(), holder.depth + 1});
-        (node->parent ? node->parent->children : top).push_back(std::move(node));
+        // Early databases have no column for what is hidden; no number in it is as good as hidden.
+        const bool isShown = hidden < 0 || (!row.isNull(hidden) && row.getInt(hidden) == 0);
+        const bool isHidden = !isShown || node->id < 0;
+        rows.push_back({std::move(node), row.getInt64(parent), isHidden});
     }
+    return rows;
+}
+
+void append(BookmarkTree &top, BookmarkNode *parent, std::unique_ptr<BookmarkNode> node)
+{
+    node->parent = parent;
+    (parent ? parent->children : top).push_back(std::move(node));
+}
+
+/// Rows come ordered by parent, so a folder that is read after its children has lost them.
+BookmarkTree treeInOrder(std::vector<BookmarkRow> rows, Report &report)
+{
+    struct Folder
+    {
+        BookmarkNode *node = nullptr;
+        int depth = 0;
+    };
+    BookmarkTree top;
+    QHash<qint64, Folder> folders;
+    for (BookmarkRow &row : rows) {
+        const Folder holder = folders.value(row.parent);
+        const bool hasPlace = (row.parent == 0 || holder.node) && holder.depth < deepestFolder;
+        if (row.isHidden || !hasPlace) {
+            report.add({.kind = IssueKind::Hidden,
+                        .what = row.isHidden ? "IDS_ISSUE_BOOKMARKS_HIDDEN" : "IDS_ISSUE_BOOKMARKS_WITHOUT_FOLDER"});
+            continue;
+        }
+        if (row.node->type == BookmarkNode::folder)
+            folders.insert(row.node->id, {row.node.get(), holder.depth + 1});
+        append(top, holder.node, std::move(row.node));
+    }
+    return top;
+}
+
+/// Every row has a place: at the top level where its folder is missing, lies below itself, or is too deep.
+BookmarkTree treeOfAll(std::vector<BookmarkRow> rows)
+{
+    QHash<qint64, qsizetype> folders;
+    for (std::size_t i = 0; i < rows.size(); ++i)
+        if (rows[i].node->type == BookmarkNode::folder && !folders.contains(rows[i].node->id))
+            folders.insert(rows[i].node->id, static_cast<qsizetype>(i));
+    std::vector<BookmarkNode *> nodes;
+    nodes.reserve(rows.size());
+    for (const BookmarkRow &row : rows)
+        nodes.push_back(row.node.get());
+    const auto placeOf = [&](std::size_t row) -> BookmarkNode * {
+        const auto holder = folders.constFind(rows[row].parent);
+        qint64 above = rows[row].parent;
+        for (int depth = 0; above != 0; ++depth) {
+            const auto folder = folders.constFind(above);
+            if (folder == folders.constEnd())
+                break;
+            if (depth == deepestFolder || static_cast<std::size_t>(*folder) == row)
+                return nullptr;
+            above = rows[static_cast<std::size_t>(*folder)].parent;
+        }
+        return holder == folders.constEnd() ? nullptr : nodes[static_cast<std::size_t>(*holder)];
+    };
+    BookmarkTree top;
+    for (std::size_t i = 0; i < rows.size(); ++i)
+        append(top, placeOf(i), std::move(rows[i].node));
     return top;
 }
 } // namespace
@@ -73,22 +124,14 @@ void IOSBookmarkDb::open()
         throw Error(QStringLiteral("Cannot find Bookmarks.db."), ErrorKind::NotFound);
 }
 
-qint64 IOSBookmarkDb::count()
+BookmarkTree IOSBookmarkDb::readTree(Scope scope, Report &report)
 {
     open();
-    Sqlite3Cursor row =
-        m_db.queryThrow(QStringLiteral("select count(*) from bookmarks where type=0") + shownCondition(m_db));
-    return row.moveNext() ? row.getInt64(0) : 0;
-}
-
-BookmarkTree IOSBookmarkDb::readTree()
-{
-    open();
-    return buildTree(
-        m_db.queryThrow(QStringLiteral("select * from bookmarks where id > 0%1 order by parent asc, "
-                                       "type asc, order_index asc, id asc")
-                            .arg(shownCondition(m_db))),
-        QStringLiteral("external_uuid"));
+    std::vector<BookmarkRow> rows =
+        readRows(m_db.queryThrow(QStringLiteral("select * from bookmarks where id <> 0 order by parent asc, "
+                                                "type asc, order_index asc, id asc")),
+                 QStringLiteral("external_uuid"));
+    return scope == Scope::Everything ? treeOfAll(std::move(rows)) : treeInOrder(std::move(rows), report);
 }
 
 LocalBookmarkDb::LocalBookmarkDb(const QString &folder)
@@ -104,10 +147,10 @@ qint64 LocalBookmarkDb::count()
 
 BookmarkTree LocalBookmarkDb::readTree()
 {
-    return buildTree(m_db.queryThrow(QStringLiteral(
-                         "select id,parent,type,title,url,order_index,src_id from bookmarks "
-                         "where id > 0 order by parent asc, type asc, order_index asc, id asc")),
-                     QStringLiteral("src_id"));
+    return treeOfAll(readRows(m_db.queryThrow(QStringLiteral(
+                                  "select id,parent,type,title,url,order_index,src_id from bookmarks "
+                                  "where id > 0 order by parent asc, type asc, order_index asc, id asc")),
+                              QStringLiteral("src_id")));
 }
 
 LocalBookmarkDb::Row LocalBookmarkDb::saveRow(const BookmarkNode &node, qint64 parent)

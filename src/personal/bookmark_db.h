@@ -2,30 +2,22 @@
 
 #include "personal/abs_local_db.h"
 #include "personal/bookmark_node.h"
+#include "personal/scope.h"
 
 class FileSource;
-
-/// Any source of bookmarks. Used by one thread at a time.
-class IBookmarkDb
-{
-public:
-    virtual ~IBookmarkDb() = default;
-    /// Bookmarks; folders do not count.
-    virtual qint64 count() = 0;
-    virtual BookmarkTree readTree() = 0;
-};
+class Report;
 
 /// Reads the bookmarks database of a source. Opens it on first use and keeps it open; `source` must outlive
 /// the reader.
-class IOSBookmarkDb : public IBookmarkDb
+class IOSBookmarkDb
 {
 public:
     explicit IOSBookmarkDb(FileSource &source);
 
-    /// Throws Error("Cannot find Bookmarks.db.") when the source has no bookmarks database.
-    qint64 count() override;
-    /// Without hidden rows and the root. Throws as count() does.
-    BookmarkTree readTree() override;
+    /// Without the root, hidden rows, and what stands below a folder that is hidden, missing, or has a greater
+    /// parent than itself; Scope::Everything brings them in, those of a missing folder at the top level. Throws
+    /// Error("Cannot find Bookmarks.db.") when the source has no bookmarks database.
+    BookmarkTree readTree(Scope scope, Report &report);
 
 private:
     FileSource &m_source;
@@ -36,7 +28,7 @@ private:
 
 /// "bookmarks.db": bookmarks gathered from any number of sources; the same address in the same folder is one
 /// bookmark.
-class LocalBookmarkDb : public AbsLocalDb, public IBookmarkDb
+class LocalBookmarkDb : public AbsLocalDb
 {
 public:
     explicit LocalBookmarkDb(const QString &folder);
@@ -47,8 +39,9 @@ public:
         qint64 added = 0;
     };
 
-    qint64 count() override;
-    BookmarkTree readTree() override;
+    /// Bookmarks; folders do not count.
+    qint64 count();
+    BookmarkTree readTree();
     /// Saves the node with everything below it; its folders above are those of the tree. Call between begin()
     /// and commit().
     Saved save(const BookmarkNode &node);

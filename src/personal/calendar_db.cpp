@@ -3,6 +3,7 @@
 #include "backup/device_database.h"
 #include "base/apple_time.h"
 #include "base/error.h"
+#include "base/report.h"
 
 #include <QCryptographicHash>
 #include <QHash>
@@ -45,19 +46,31 @@ QHash<qint64, QStringList> readLocations(const Sqlite3DB &db)
 QString eventStatement(const Sqlite3DB &db)
 {
     const QSet<QString> columns = db.tbCols(QStringLiteral("calendaritem"));
-    const auto column = [&columns](const char *name) {
+    const auto column = [&columns](const char *name, const char *otherwise = "null") {
         return columns.contains(QLatin1String(name)) ? QLatin1String("i.") + QLatin1String(name)
-                                                     : QStringLiteral("null");
+                                                     : QString(QLatin1String(otherwise));
     };
     const bool repeats = db.hasTable(QStringLiteral("recurrence"));
-    return QStringLiteral("select i.rowid,i.calendar_id,c.title as "
-                          "calendar,i.summary,%1,i.creation_date,%2,i.start_date,"
-                          "i.end_date,i.all_day,%3,%4 from calendaritem as i inner join calendar as c "
-                          "on i.calendar_id=c.rowid and (i.birthday_id <= 0 or i.birthday_id is null) "
-                          "and i.entity_type=2 and i.availability=0 %5")
-        .arg(column("description"), column("start_tz"), column("url"),
+    return QStringLiteral("select i.rowid,i.calendar_id,c.title,i.summary,%1,%2,i.start_date,i.end_date,"
+                          "i.all_day,%3,i.entity_type,%4,%5,c.rowid,%6 from calendaritem as i "
+                          "left join calendar as c on i.calendar_id=c.rowid %7")
+        .arg(column("description"), column("start_tz"), column("url"), column("birthday_id"),
+             column("availability", "0"),
              repeats ? QStringLiteral("r.frequency,r.interval") : QStringLiteral("null,null"),
              repeats ? QStringLiteral("left join recurrence as r on i.rowid=r.owner_id") : QString());
+}
+
+/// Why a row of eventStatement() is left out: a text of the report, or nothing for an event to be listed.
+const char *whyLeftOut(const Sqlite3Cursor &row)
+{
+    constexpr int entityType = 10, birthday = 11, availability = 12, calendarRow = 13, event = 2;
+    if (row.getInt(entityType) != event)
+        return "IDS_ISSUE_TASKS";
+    if (row.getInt64(birthday) > 0)
+        return "IDS_ISSUE_BIRTHDAYS_OF_CONTACTS";
+    if (row.isNull(calendarRow))
+        return "IDS_ISSUE_EVENTS_WITHOUT_CALENDAR";
+    return row.getInt(availability) != 0 || row.isNull(availability) ? "IDS_ISSUE_EVENTS_SHOWN_AS_FREE" : nullptr;
 }
 
 // Events of one calendar stand together, calendars in the order in which they are met.
@@ -100,16 +113,7 @@ void IOSCalendarDb::open()
         throw Error(QStringLiteral("Cannot find Calendar.sqlitedb"), ErrorKind::NotFound);
 }
 
-qint64 IOSCalendarDb::count()
-{
-    open();
-    Sqlite3Cursor row = m_db.queryThrow(QStringLiteral(
-        "select count(*) from calendaritem where (birthday_id <= 0 or birthday_id is null) and "
-        "entity_type=2 and availability=0"));
-    return row.moveNext() ? row.getInt64(0) : 0;
-}
-
-QList<CalendarEvent> IOSCalendarDb::readAll()
+QList<CalendarEvent> IOSCalendarDb::readAll(Scope scope, Report &report)
 {
     open();
     const QHash<qint64, QStringList> locations = readLocations(m_db);
@@ -117,6 +121,12 @@ QList<CalendarEvent> IOSCalendarDb::readAll()
     QHash<qint64, QString> calendars;
     QList<std::pair<qint64, CalendarEvent>> events;
     while (row.moveNext()) {
+        if (scope == Scope::Usual) {
+            if (const char *why = whyLeftOut(row)) {
+                report.add({.kind = IssueKind::Hidden, .what = why});
+                continue;
+            }
+        }
         const qint64 calendar = row.getInt64(1);
         if (!calendars.contains(calendar))
             calendars.insert(calendar, row.getText(2));
@@ -126,12 +136,12 @@ QList<CalendarEvent> IOSCalendarDb::readAll()
         event.calendar = calendars.value(calendar);
         event.summary = row.getText(3);
         event.description = row.getText(4);
-        event.tz = row.getText(6);
-        event.start_date = instantOfApple(row.getInt(7));
-        event.end_date = instantOfApple(row.getInt(8));
-        event.all_day = row.getInt(9);
-        event.url = row.getText(10);
-        event.rrule = recurrenceRule(row.getInt(11), row.getInt(12));
+        event.tz = row.getText(5);
+        event.start_date = instantOfApple(row.getInt(6));
+        event.end_date = instantOfApple(row.getInt(7));
+        event.all_day = row.getInt(8);
+        event.url = row.getText(9);
+        event.rrule = recurrenceRule(row.getInt(14), row.getInt(15));
         for (const QString &title : locations.value(event.id))
             event.summary += QLatin1Char('\n') + title;
         events.append({calendar, std::move(event)});

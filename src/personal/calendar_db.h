@@ -2,32 +2,24 @@
 
 #include "personal/abs_local_db.h"
 #include "personal/calendar_event.h"
+#include "personal/scope.h"
 
 #include <QList>
 
 class FileSource;
-
-/// Any source of calendar events. Used by one thread at a time.
-class ICalendarDb
-{
-public:
-    virtual ~ICalendarDb() = default;
-    virtual qint64 count() = 0;
-    /// Events grouped by calendar.
-    virtual QList<CalendarEvent> readAll() = 0;
-};
+class Report;
 
 /// Reads the calendar database of a source. Opens it on first use and keeps it open; `source` must outlive
 /// the reader.
-class IOSCalendarDb : public ICalendarDb
+class IOSCalendarDb
 {
 public:
     explicit IOSCalendarDb(FileSource &source);
 
-    /// Throws Error("Cannot find Calendar.sqlitedb") when the source has no calendar database.
-    qint64 count() override;
-    /// Without birthdays made from contacts, tasks, and events that leave one free. Throws as count() does.
-    QList<CalendarEvent> readAll() override;
+    /// Events grouped by calendar, without birthdays made from contacts, tasks, events that leave their time free,
+    /// and those of no calendar. Throws Error("Cannot find Calendar.sqlitedb") when the source has no calendar
+    /// database.
+    QList<CalendarEvent> readAll(Scope scope, Report &report);
 
 private:
     FileSource &m_source;
@@ -38,7 +30,7 @@ private:
 
 /// "calendars.db": events gathered from any number of sources, by calendar; one of the same start and title
 /// is one event.
-class LocalCalendarsDb : public AbsLocalDb, public ICalendarDb
+class LocalCalendarsDb : public AbsLocalDb
 {
 public:
     explicit LocalCalendarsDb(const QString &folder,
@@ -50,9 +42,9 @@ public:
         bool wasThere = false; // then nothing was changed
     };
 
-    qint64 count() override;
+    qint64 count();
     /// By calendar name, then in the order of saving.
-    QList<CalendarEvent> readAll() override;
+    QList<CalendarEvent> readAll();
     /// Call between begin() and commit().
     Saved save(const CalendarEvent &event);
     /// Removes the event with its reminders. False when there is no such event. removeLeftovers() must

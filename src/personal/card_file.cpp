@@ -1,6 +1,7 @@
 #include "personal/card_file.h"
 
 #include "base/error.h"
+#include "base/report.h"
 #include "personal/vcard_reader.h"
 
 #include <QFile>
@@ -11,24 +12,26 @@ constexpr qint64 largestCardFile = qint64(1) << 30;
 class CardFile : public PersonalSource
 {
 public:
-    CardFile(VCardContacts cards, const QString &path) : m_contacts(std::move(cards.contacts))
-    {
-        for (const QString &problem : std::as_const(cards.problems))
-            m_problems.append(path + QStringLiteral(": ") + problem);
-    }
+    CardFile(VCardContacts cards, QString path) : m_cards(std::move(cards)), m_path(std::move(path)) {}
 
-    QList<ContactRecord> contacts() override { return m_contacts; }
-    QList<CallEntry> calls() override { return {}; }
-    QList<NoteEntry> notes() override { return {}; }
-    QList<CalendarEvent> calendar() override { return {}; }
-    BookmarkTree bookmarks() override { return {}; }
-    qint64 count(DataClass dataClass) override { return has(dataClass) ? m_contacts.size() : 0; }
+    QList<ContactRecord> contacts(Scope, Report &report) override
+    {
+        for (const QString &problem : std::as_const(m_cards.problems))
+            report.add({.kind = IssueKind::Damaged,
+                        .what = "IDS_ISSUE_CARDS_DAMAGED",
+                        .where = m_path,
+                        .reason = problem});
+        return m_cards.contacts;
+    }
+    QList<CallEntry> calls(Scope, Report &) override { return {}; }
+    QList<NoteEntry> notes(Scope, Report &) override { return {}; }
+    QList<CalendarEvent> calendar(Scope, Report &) override { return {}; }
+    BookmarkTree bookmarks(Scope, Report &) override { return {}; }
     bool has(DataClass dataClass) const override { return dataClass == DataClass::Contacts; }
-    QStringList problems(DataClass) const override { return m_problems; }
 
 private:
-    QList<ContactRecord> m_contacts;
-    QStringList m_problems;
+    VCardContacts m_cards;
+    QString m_path;
 };
 } // namespace
 

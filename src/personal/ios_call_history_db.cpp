@@ -4,7 +4,13 @@
 #include "backup/file_record.h"
 #include "base/apple_time.h"
 #include "base/error.h"
+#include "base/report.h"
+#include "personal/contact_functions.h"
 #include "personal/number_names.h"
+
+#include <QHash>
+
+#include <algorithm>
 
 namespace {
 const SourceFile olderFile{QStringLiteral("WirelessDomain"),
@@ -32,10 +38,32 @@ void requireTable(const Sqlite3DB &db, const char *table)
             ErrorKind::Damaged, FileAccess::Reading);
 }
 
-qint64 countOf(const Sqlite3DB &db, const QString &table)
+/// What makes two calls of the two databases one. Systems write a number now with its country and now without.
+QString identityOf(const CallEntry &call)
 {
-    Sqlite3Cursor row = db.queryThrow(QStringLiteral("select count(*) from %1").arg(table));
-    return row.moveNext() ? row.getInt64(0) : 0;
+    return QStringLiteral("%1 %2 %3")
+        .arg(call.date.toSecsSinceEpoch())
+        .arg(call.type)
+        .arg(numberSuffix(call.address));
+}
+
+/// Both lists in one, newest first; `doubled` is the number of older calls that are among the newer.
+QList<CallEntry> joined(QList<CallEntry> older, QList<CallEntry> newer, qint64 &doubled)
+{
+    QHash<QString, int> known;
+    for (const CallEntry &call : std::as_const(newer))
+        ++known[identityOf(call)];
+    QList<CallEntry> calls = std::move(newer);
+    for (CallEntry &call : older) {
+        int &same = known[identityOf(call)];
+        if (same > 0)
+            --same, ++doubled;
+        else
+            calls.append(std::move(call));
+    }
+    std::stable_sort(calls.begin(), calls.end(),
+                     [](const CallEntry &a, const CallEntry &b) { return a.date > b.date; });
+    return calls;
 }
 } // namespace
 
@@ -88,11 +116,6 @@ CallType IOS5CallsDbCore::typeOfFlags(int flags, bool hasAnsweredColumn, bool an
     }
 }
 
-qint64 IOS5CallsDbCore::count()
-{
-    return countOf(m_db, QStringLiteral("call"));
-}
-
 QList<CallEntry> IOS5CallsDbCore::readAll()
 {
     Sqlite3Cursor row = m_db.queryThrow(QStringLiteral("select * from call order by date desc"));
@@ -141,11 +164,6 @@ void IOS8CallsDbCore::prepare()
             m_entity = row.getInt(entity);
 }
 
-qint64 IOS8CallsDbCore::count()
-{
-    return countOf(m_db, QStringLiteral("ZCALLRECORD"));
-}
-
 QList<CallEntry> IOS8CallsDbCore::readAll()
 {
     Sqlite3Cursor row = m_db.queryThrow(QStringLiteral("select * from ZCALLRECORD order by ZDATE desc"));
@@ -180,44 +198,35 @@ QList<CallEntry> IOS8CallsDbCore::readAll()
 
 IOSCallHistoryDb::IOSCallHistoryDb(FileSource &source) : m_source(source) {}
 
-template <typename Core>
-std::unique_ptr<AbsCallsDbCore> IOSCallHistoryDb::openCore()
+QList<CallEntry> IOSCallHistoryDb::readAll(Report &report)
 {
-    auto core = std::make_unique<Core>();
-    return core->open(m_source) ? std::move(core) : nullptr;
-}
-
-// Systems that write the newer database leave the older one behind, empty or without its content: then the
-// calls are in the newer.
-AbsCallsDbCore &IOSCallHistoryDb::core()
-{
-    if (m_core)
-        return *m_core;
-    try {
-        m_core = openCore<IOS5CallsDbCore>();
-    } catch (const Error &error) {
-        m_core = openCore<IOS8CallsDbCore>();
-        if (!m_core)
-            throw;
-        qWarning("the older call history is left out: %s", error.what());
-    }
-    if (!m_core || m_core->count() == 0)
-        if (auto newer = openCore<IOS8CallsDbCore>())
-            m_core = std::move(newer);
-    if (!m_core)
+    std::optional<QList<CallEntry>> older, newer;
+    std::optional<Error> failure;
+    const auto read = [&](AbsCallsDbCore &&core) -> std::optional<QList<CallEntry>> {
+        try {
+            return core.open(m_source) ? std::optional(core.readAll()) : std::nullopt;
+        } catch (const Error &error) {
+            report.add("IDS_ISSUE_DATABASE_DAMAGED", error);
+            failure = error;
+            return std::nullopt;
+        }
+    };
+    older = read(IOS5CallsDbCore());
+    newer = read(IOS8CallsDbCore());
+    if (!older && !newer && failure)
+        throw *failure;
+    if (!older && !newer)
         throw Error(QStringLiteral("Cannot find %1 or %2.").arg(fileIdOf(newerFile), fileIdOf(olderFile)),
                     ErrorKind::NotFound);
-    return *m_core;
-}
-
-qint64 IOSCallHistoryDb::count()
-{
-    return core().count();
-}
-
-QList<CallEntry> IOSCallHistoryDb::readAll()
-{
-    QList<CallEntry> calls = core().readAll();
+    QList<CallEntry> calls;
+    if (older && newer) {
+        qint64 doubled = 0;
+        calls = joined(std::move(*older), std::move(*newer), doubled);
+        if (doubled > 0)
+            report.add({.kind = IssueKind::LeftOut, .what = "IDS_ISSUE_CALLS_IN_BOTH", .count = doubled});
+    } else {
+        calls = older ? std::move(*older) : std::move(*newer);
+    }
     const NumberNames names(m_source);
     for (CallEntry &call : calls)
         call.person = names.nameOfNumber(call.address);

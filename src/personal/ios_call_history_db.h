@@ -7,7 +7,9 @@
 #include <QList>
 #include <QSet>
 
-#include <memory>
+#include <optional>
+
+class Report;
 
 /// One generation of the device's call database.
 class AbsCallsDbCore
@@ -19,7 +21,6 @@ public:
     bool open(FileSource &source);
     /// Newest first; `person` is left empty.
     virtual QList<CallEntry> readAll() = 0;
-    virtual qint64 count() = 0;
 
 protected:
     Sqlite3DB m_db;
@@ -34,7 +35,6 @@ class IOS5CallsDbCore : public AbsCallsDbCore
 {
 public:
     QList<CallEntry> readAll() override;
-    qint64 count() override;
 
     /// What the flags of a row mean, which has changed twice.
     static CallType typeOfFlags(int flags, bool hasAnsweredColumn, bool answered, int clientVersion);
@@ -52,7 +52,6 @@ class IOS8CallsDbCore : public AbsCallsDbCore
 {
 public:
     QList<CallEntry> readAll() override;
-    qint64 count() override;
 
 private:
     SourceFile file() const override;
@@ -68,16 +67,11 @@ class IOSCallHistoryDb
 public:
     explicit IOSCallHistoryDb(FileSource &source);
 
-    /// Throws Error("Cannot find ID or ID.") with both file ids when the source has neither database.
-    qint64 count();
-    /// Newest first. Throws as count() does.
-    QList<CallEntry> readAll();
+    /// The calls of both generations, newest first; one that is in both is listed once. Nothing is left out by a
+    /// rule. A database that cannot be read is told in the report when the other has the calls. Throws
+    /// Error("Cannot find ID or ID.") with both file ids when the source has neither database.
+    QList<CallEntry> readAll(Report &report);
 
 private:
     FileSource &m_source;
-    std::unique_ptr<AbsCallsDbCore> m_core;
-
-    template <typename Core>
-    std::unique_ptr<AbsCallsDbCore> openCore();
-    AbsCallsDbCore &core();
 };

@@ -3,6 +3,7 @@
 #include "backup/device_database.h"
 #include "base/apple_time.h"
 #include "base/error.h"
+#include "base/report.h"
 #include "personal/contact_words.h"
 
 #include <QHash>
@@ -11,6 +12,11 @@
 #include <vector>
 
 namespace {
+const SourceFile peopleFile{QStringLiteral("HomeDomain"),
+                            QStringLiteral("Library/AddressBook/AddressBook.sqlitedb")};
+const SourceFile imagesFile{QStringLiteral("HomeDomain"),
+                            QStringLiteral("Library/AddressBook/AddressBookImages.sqlitedb")};
+
 // What the device's ABMultiValue.property means here.
 enum Property { Phone = 3, Email = 4, Address = 5, Date = 12, InstantMessage = 13, Url = 22, Related = 23 };
 
@@ -190,39 +196,26 @@ void addText(ContactRecord &record, ContactDataKind kind, const QString &text)
 
 IOSContactsDb::IOSContactsDb(FileSource &source) : m_source(source) {}
 
-void IOSContactsDb::open()
+void IOSContactsDb::open(Report &report)
 {
     if (m_people.isOpen())
         return;
-    const auto open = [this](Sqlite3DB &db, const char *name) {
-        return openDeviceDatabase(
-            db, m_source,
-            {QStringLiteral("HomeDomain"), QStringLiteral("Library/AddressBook/") + QLatin1String(name)});
-    };
-    if (!open(m_people, "AddressBook.sqlitedb"))
+    if (!openDeviceDatabase(m_people, m_source, peopleFile))
         throw Error(QStringLiteral("Cannot find AddressBook.sqlitedb"), ErrorKind::NotFound);
     // People without pictures are better than no people.
     try {
-        open(m_images, "AddressBookImages.sqlitedb");
+        openDeviceDatabase(m_images, m_source, imagesFile);
     } catch (const Error &error) {
-        qWarning("no contact pictures: %s", error.what());
+        report.add("IDS_ISSUE_DATABASE_DAMAGED", error);
     }
 }
 
-qint64 IOSContactsDb::count()
+QList<ContactRecord> IOSContactsDb::readAll(Scope, Report &report)
 {
-    open();
-    Sqlite3Cursor row = m_people.queryThrow(QStringLiteral("select count(rowid) from Abperson"));
-    return row.moveNext() ? row.getInt64(0) : 0;
-}
-
-QList<ContactRecord> IOSContactsDb::readAll()
-{
-    open();
-    m_problems.clear();
-    QList<Person> people = readPeople();
-    readPhotos(people);
-    readValues(people);
+    open(report);
+    QList<Person> people = readPeople(report);
+    readPhotos(people, report);
+    readValues(people, report);
     QList<ContactRecord> records;
     records.reserve(people.size());
     for (Person &person : people)
@@ -230,19 +223,20 @@ QList<ContactRecord> IOSContactsDb::readAll()
     return records;
 }
 
-bool IOSContactsDb::fillDate(ContactDataRow &row, qint64 appleSecondsValue, const ContactRecord &record)
+bool IOSContactsDb::fillDate(ContactDataRow &row, qint64 appleSecondsValue, Report &report)
 {
     if (appleSecondsValue > farthestSeconds || appleSecondsValue < -farthestSeconds) {
-        m_problems.append(QStringLiteral("contact %1 (%2): the date %3 is none")
-                              .arg(record.src_id, displayNameOf(record))
-                              .arg(appleSecondsValue));
+        report.add({.kind = IssueKind::Damaged,
+                    .what = "IDS_ISSUE_DATES_DAMAGED",
+                    .where = peopleFile.display(),
+                    .reason = QString::number(appleSecondsValue)});
         return false;
     }
     row.data(1) = dateText(appleSecondsValue);
     return true;
 }
 
-QList<IOSContactsDb::Person> IOSContactsDb::readPeople()
+QList<IOSContactsDb::Person> IOSContactsDb::readPeople(Report &report)
 {
     Sqlite3Cursor row =
         m_people.queryThrow(QStringLiteral("select rowid, * from Abperson order by rowid asc"));
@@ -275,7 +269,7 @@ QList<IOSContactsDb::Person> IOSContactsDb::readPeople()
         if (const qint64 seconds = row.getInt64(birthday); seconds > 0) {
             ContactDataRow event;
             event.data(2) = QString::number(birthdayType);
-            if (fillDate(event, seconds, record))
+            if (fillDate(event, seconds, report))
                 record.rows[ContactDataKind::Event].append(std::move(event));
         }
         addText(record, ContactDataKind::Nickname, row.getText(nickname));
@@ -285,9 +279,8 @@ QList<IOSContactsDb::Person> IOSContactsDb::readPeople()
 }
 
 // A damaged database of pictures costs the pictures that can not be read, and no contact.
-void IOSContactsDb::readPhotos(QList<Person> &people)
+void IOSContactsDb::readPhotos(QList<Person> &people, Report &report)
 {
-    QStringList failures;
     try {
         if (!m_images.isOpen() || !m_images.hasTable(QStringLiteral("ABFullSizeImage")))
             return;
@@ -302,20 +295,17 @@ void IOSContactsDb::readPhotos(QList<Person> &people)
                 photo.data15 = row.getBlob(0);
                 person.record.rows[ContactDataKind::Photo].append(std::move(photo));
             } catch (const Error &error) {
-                failures.append(error.sentence());
+                report.add("IDS_ISSUE_CONTACT_PICTURES_DAMAGED", error.at(imagesFile.display()));
             }
         }
-        if (!failures.isEmpty())
-            m_problems.append(QStringLiteral("the pictures of %1 contacts are left out: %2")
-                                  .arg(QString::number(failures.size()), failures.first()));
     } catch (const Error &error) {
-        m_problems.append(QStringLiteral("the pictures of the contacts are left out: ") + error.sentence());
+        report.add("IDS_ISSUE_DATABASE_DAMAGED", error);
     }
 }
 
 // One pass over each table: a statement for every person would walk the whole table again where it has no
 // index.
-void IOSContactsDb::readValues(QList<Person> &people)
+void IOSContactsDb::readValues(QList<Person> &people, Report &report)
 {
     if (!m_people.hasTable(QStringLiteral("ABMultiValue")))
         return;
@@ -345,7 +335,7 @@ void IOSContactsDb::readValues(QList<Person> &people)
             fillInstantMessage(value, dictionaries, row.getInt64(0));
         else if (*kind != ContactDataKind::Event)
             value.data(1) = row.getText(4);
-        else if (!fillDate(value, row.getInt64(4), *record))
+        else if (!fillDate(value, row.getInt64(4), report))
             continue;
         record->rows[*kind].append(std::move(value));
     }

@@ -2,14 +2,14 @@
 
 #include "personal/abs_local_db.h"
 #include "personal/contact_combine_rule.h"
-#include "personal/ios_contacts_db.h"
+#include "personal/contact_record.h"
 
 #include <QHash>
 
 #include <optional>
 
 /// "contacts.db": contacts gathered from any number of sources, those of one full name merged into one.
-class LocalContactsDb : public AbsLocalDb, public IContactsDb
+class LocalContactsDb : public AbsLocalDb
 {
 public:
     explicit LocalContactsDb(const QString &folder);
@@ -20,9 +20,9 @@ public:
         bool merged = false;
     };
 
-    qint64 count() override;
+    qint64 count();
     /// By ascending id.
-    QList<ContactRecord> readAll() override;
+    QList<ContactRecord> readAll();
     std::optional<ContactRecord> read(qint64 id);
 
     /// Merges the record into the stored contact of the same full name, or adds it. A contact without a name

@@ -4,9 +4,14 @@
 #include "backup/device_database.h"
 #include "base/apple_time.h"
 #include "base/error.h"
+#include "base/report.h"
 #include "sqlite/sqlite3_db.h"
 
+#include <QFileInfo>
+#include <QSet>
+
 #include <algorithm>
+#include <optional>
 
 namespace {
 const SourceFile voicemailFile{QStringLiteral("HomeDomain"),
@@ -62,11 +67,9 @@ FileCatalogue::Index audioOf(const BackupManifest &backup, const RecordingsPlace
 
 QList<RecordingItem> readPlace(BackupManifest &backup, const RecordingsPlace &place, const Sqlite3DB &db)
 {
-    QList<RecordingItem> items;
-    if (!db.hasTable(place.table))
-        return items;
     Sqlite3Cursor row = db.queryThrow(
         QStringLiteral("select ZDATE,ZDURATION,ZPATH from %1 order by ZDATE desc").arg(place.table));
+    QList<RecordingItem> items;
     while (row.moveNext()) {
         RecordingItem item;
         item.date = QDateTime::fromSecsSinceEpoch(unixFromApple(row.getInt(0)), Qt::UTC);
@@ -77,18 +80,38 @@ QList<RecordingItem> readPlace(BackupManifest &backup, const RecordingsPlace &pl
     return items;
 }
 
-void openVoicemail(BackupManifest &backup, Sqlite3DB &db)
+// A recording that a newer system has taken over stands in the older database as well.
+QString identityOf(const RecordingItem &item)
 {
-    if (!openDeviceDatabase(db, backup, voicemailFile))
-        throw Error(QStringLiteral("Cannot find voicemail.db."), ErrorKind::NotFound);
+    return QStringLiteral("%1 %2").arg(item.date.toSecsSinceEpoch()).arg(item.file);
 }
 
-qint64 countVoicemail(BackupManifest &backup)
+/// Adds what is not among the items yet, and counts what is.
+void addOnce(QList<RecordingItem> &items, QList<RecordingItem> found, Report &report)
 {
-    Sqlite3DB db;
-    openVoicemail(backup, db);
-    Sqlite3Cursor row = db.queryThrow(QStringLiteral("select count(*) from voicemail"));
-    return row.moveNext() ? row.getInt64(0) : 0;
+    QSet<QString> known;
+    for (const RecordingItem &item : std::as_const(items))
+        known.insert(identityOf(item));
+    for (RecordingItem &item : found) {
+        if (known.contains(identityOf(item)))
+            report.add({.kind = IssueKind::LeftOut, .what = "IDS_ISSUE_RECORDINGS_IN_BOTH"});
+        else
+            items.append(std::move(item));
+    }
+}
+
+/// Tells of items without sound: the catalogue lists none, or its content is missing.
+template <typename Items>
+void reportMissingSound(const BackupManifest &backup, const Items &items, Report &report)
+{
+    QList<FileCatalogue::Index> files;
+    for (const auto &item : items) {
+        if (item.file == FileCatalogue::none)
+            report.add({.kind = IssueKind::Absent, .what = "IDS_ISSUE_SOUND_ABSENT"});
+        else
+            files.append(item.file);
+    }
+    reportMissingContent(backup, files, report);
 }
 } // namespace
 
@@ -97,10 +120,11 @@ bool hasVoicemail(const BackupManifest &backup)
     return isListed(backup, voicemailFile);
 }
 
-QList<VoicemailItem> readVoicemail(BackupManifest &backup)
+QList<VoicemailItem> readVoicemail(BackupManifest &backup, Report &report)
 {
     Sqlite3DB db;
-    openVoicemail(backup, db);
+    if (!openDeviceDatabase(db, backup, voicemailFile))
+        throw Error(QStringLiteral("Cannot find voicemail.db."), ErrorKind::NotFound);
     const auto &audio = backup.wellKnownGroup(WellKnownGroup::VoicemailAudio);
     Sqlite3Cursor row = db.queryThrow(QStringLiteral("select * from voicemail"));
     const int rowid = row.columnIndex(QStringLiteral("ROWID"));
@@ -117,6 +141,7 @@ QList<VoicemailItem> readVoicemail(BackupManifest &backup)
         item.file = audio.value(QByteArray::number(item.rowid), FileCatalogue::none);
         items.append(item);
     }
+    reportMissingSound(backup, items, report);
     return items;
 }
 
@@ -127,34 +152,56 @@ bool hasRecordings(const BackupManifest &backup)
                        [&](const RecordingsPlace &place) { return isListed(backup, place.database); });
 }
 
-QList<RecordingItem> readRecordings(BackupManifest &backup)
+QList<RecordingItem> readRecordings(BackupManifest &backup, Report &report)
 {
-    bool found = false;
+    QList<RecordingItem> items;
+    std::optional<Error> failure;
+    int read = 0;
     for (const RecordingsPlace &place : recordingsPlaces()) {
-        Sqlite3DB db;
-        if (!openDeviceDatabase(db, backup, place.database))
-            continue;
-        found = true;
-        const QList<RecordingItem> items = readPlace(backup, place, db);
-        if (!items.isEmpty())
-            return items;
+        try {
+            Sqlite3DB db;
+            if (openDeviceDatabase(db, backup, place.database)) {
+                addOnce(items, readPlace(backup, place, db), report);
+                ++read;
+            }
+        } catch (const Error &error) {
+            failure = error;
+            report.add("IDS_ISSUE_DATABASE_DAMAGED", error);
+        }
     }
-    if (!found)
+    if (read == 0 && failure)
+        throw *failure;
+    if (read == 0)
         throw Error(QStringLiteral("Cannot find Recordings.db."), ErrorKind::NotFound);
-    return {};
+    std::stable_sort(items.begin(), items.end(),
+                     [](const RecordingItem &a, const RecordingItem &b) { return a.date > b.date; });
+    reportMissingSound(backup, items, report);
+    return items;
 }
 
-qint64 countMedia(BackupManifest &backup, DataClass dataClass)
+qint64 countMedia(BackupManifest &backup, DataClass dataClass, Report &report)
 {
     switch (dataClass) {
     case DataClass::Voicemail:
-        return hasVoicemail(backup) ? countVoicemail(backup) : 0;
+        return hasVoicemail(backup) ? readVoicemail(backup, report).size() : 0;
     case DataClass::Recordings:
-        return hasRecordings(backup) ? readRecordings(backup).size() : 0;
+        return hasRecordings(backup) ? readRecordings(backup, report).size() : 0;
     case DataClass::Videos:
         return cameraRollItems(backup, CameraRollKind::Video).size();
     default:
         return cameraRollItems(backup, CameraRollKind::Photo).size();
+    }
+}
+
+void reportMissingContent(const BackupManifest &backup, const QList<FileCatalogue::Index> &files, Report &report)
+{
+    const FileCatalogue &catalogue = backup.catalogue();
+    for (const FileCatalogue::Index file : files) {
+        if (QFileInfo::exists(backup.filePath(file)))
+            continue;
+        const SourceFile missing{QString::fromUtf8(catalogue.domain(file)),
+                                 QString::fromUtf8(catalogue.relativePath(file))};
+        report.add({.kind = IssueKind::Damaged, .what = "IDS_ISSUE_CONTENT_MISSING", .where = missing.display()});
     }
 }
 

@@ -8,6 +8,7 @@
 #include <QString>
 
 class BackupManifest;
+class Report;
 
 /// A message left on the device's voicemail.
 struct VoicemailItem
@@ -29,18 +30,22 @@ struct RecordingItem
 
 enum class CameraRollKind { Photo, Video };
 
-/// In the database's order. Throws Error("Cannot find voicemail.db.") when the backup has none. All of these
-/// need the index of the backup.
-QList<VoicemailItem> readVoicemail(BackupManifest &backup);
+/// In the database's order. Sound that is missing is told in the report. Throws Error("Cannot find voicemail.db.")
+/// when the backup has none. All of these need the index of the backup.
+QList<VoicemailItem> readVoicemail(BackupManifest &backup, Report &report);
 bool hasVoicemail(const BackupManifest &backup);
 
-/// Newest first. Newer systems keep them in another database, whose recordings are read where the older has
-/// none. Throws Error("Cannot find Recordings.db.") when the backup has neither.
-QList<RecordingItem> readRecordings(BackupManifest &backup);
+/// Newest first. Systems have kept them in three places: those of all are listed, each once. A database that
+/// cannot be read is told in the report when another has recordings. Throws Error("Cannot find Recordings.db.")
+/// when the backup has none of them.
+QList<RecordingItem> readRecordings(BackupManifest &backup, Report &report);
 bool hasRecordings(const BackupManifest &backup);
 
 /// Number of photos, videos, voicemail or recordings; 0 when the backup lacks the class. Throws Error.
-qint64 countMedia(BackupManifest &backup, DataClass dataClass);
+qint64 countMedia(BackupManifest &backup, DataClass dataClass, Report &report);
+
+/// Tells of files that the catalogue lists and whose content is not in the backup's folder.
+void reportMissingContent(const BackupManifest &backup, const QList<FileCatalogue::Index> &files, Report &report);
 
 /// True for an item of the camera roll that is a film, told by the ending of its name.
 bool isCameraVideo(QByteArrayView path);

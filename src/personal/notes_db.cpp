@@ -3,11 +3,16 @@
 #include "backup/device_database.h"
 #include "base/apple_time.h"
 #include "base/error.h"
+#include "base/report.h"
 #include "personal/plain_text.h"
 
 #include <QCryptographicHash>
 
 namespace {
+const SourceFile notesFile{QStringLiteral("HomeDomain"), QStringLiteral("Library/Notes/notes.sqlite")};
+const SourceFile newerStoreFile{QStringLiteral("AppDomainGroup-group.com.apple.notes"),
+                                QStringLiteral("NoteStore.sqlite")};
+
 constexpr qsizetype summaryLength = 100;
 
 QDateTime instantOfApple(int appleSecondsValue)
@@ -66,30 +71,58 @@ IOSNotesDb::IOSNotesDb(FileSource &source, const QString &deviceId) : m_source(s
 {
 }
 
-void IOSNotesDb::open()
+bool IOSNotesDb::open()
 {
     if (m_db.isOpen())
-        return;
-    if (!openDeviceDatabase(m_db, m_source,
-                            {QStringLiteral("HomeDomain"), QStringLiteral("Library/Notes/notes.sqlite")}))
+        return true;
+    return openDeviceDatabase(m_db, m_source, notesFile);
+}
+
+bool IOSNotesDb::hasNewerStore() const
+{
+    return m_source.lists(newerStoreFile);
+}
+
+std::optional<qint64> IOSNotesDb::countInNewerStore()
+{
+    if (!hasNewerStore())
+        return 0;
+    try {
+        Sqlite3DB db;
+        openDeviceDatabase(db, m_source, newerStoreFile);
+        Sqlite3Cursor row = db.queryThrow(QStringLiteral(
+            "select count(*) from ZICCLOUDSYNCINGOBJECT as o inner join Z_PRIMARYKEY as k on o.Z_ENT=k.Z_ENT "
+            "where k.Z_NAME='ICNote' and ifnull(o.ZMARKEDFORDELETION,0)=0"));
+        return row.moveNext() ? row.getInt64(0) : 0;
+    } catch (const Error &error) {
+        qWarning("the notes of the newer store are not counted: %s", error.what());
+        return std::nullopt;
+    }
+}
+
+QList<NoteEntry> IOSNotesDb::readAll(Scope scope, Report &report)
+{
+    const std::optional<qint64> elsewhere = countInNewerStore();
+    if (elsewhere != 0)
+        report.add({.kind = IssueKind::Refused,
+                    .what = elsewhere ? "IDS_ISSUE_NOTES_IN_NEWER_STORE" : "IDS_ISSUE_NEWER_NOTES_UNTOLD",
+                    .where = newerStoreFile.display(),
+                    .count = elsewhere.value_or(0)});
+    if (!open()) {
+        if (elsewhere != 0)
+            return {};
         throw Error(QStringLiteral("Cannot find notes.sqlite."), ErrorKind::NotFound);
-}
-
-qint64 IOSNotesDb::count()
-{
-    open();
-    Sqlite3Cursor row = m_db.queryThrow(QStringLiteral("select count(*) from ZNOTE"));
-    return row.moveNext() ? row.getInt64(0) : 0;
-}
-
-QList<NoteEntry> IOSNotesDb::readAll()
-{
-    open();
+    }
     Sqlite3Cursor row = m_db.queryThrow(
-        QStringLiteral("select ZNOTE.ZINTEGERID,ZCREATIONDATE,ZMODIFICATIONDATE,ZTITLE,ZSUMMARY,ZCONTENT "
-                       "from ZNOTE,ZNOTEBODY where ZNOTEBODY.Z_PK=ZNOTE.ZBODY"));
+        QStringLiteral("select ZNOTE.ZINTEGERID,ZCREATIONDATE,ZMODIFICATIONDATE,ZTITLE,ZSUMMARY,ZCONTENT,"
+                       "ZNOTEBODY.Z_PK from ZNOTE left join ZNOTEBODY on ZNOTEBODY.Z_PK=ZNOTE.ZBODY"));
+    qint64 withoutBody = 0;
     QList<NoteEntry> notes;
     while (row.moveNext()) {
+        if (row.isNull(6) && scope == Scope::Usual) {
+            ++withoutBody;
+            continue;
+        }
         NoteEntry note;
         note.src_id = QString::number(row.getInt64(0));
         note.dev_id = m_deviceId;
@@ -102,6 +135,8 @@ QList<NoteEntry> IOSNotesDb::readAll()
             note.summary = summaryOf(note.content);
         notes.append(std::move(note));
     }
+    if (withoutBody > 0)
+        report.add({.kind = IssueKind::Hidden, .what = "IDS_ISSUE_NOTES_WITHOUT_BODY", .count = withoutBody});
     return notes;
 }
 

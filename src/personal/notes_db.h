@@ -2,52 +2,48 @@
 
 #include "personal/abs_local_db.h"
 #include "personal/note_entry.h"
+#include "personal/scope.h"
 
 #include <QList>
 
 #include <optional>
 
 class FileSource;
-
-/// Any source of notes. Used by one thread at a time.
-class INotesDb
-{
-public:
-    virtual ~INotesDb() = default;
-    virtual qint64 count() = 0;
-    virtual QList<NoteEntry> readAll() = 0;
-};
+class Report;
 
 /// Reads the notes database of a source. Opens it on first use and keeps it open; `source` must outlive the
 /// reader.
-class IOSNotesDb : public INotesDb
+class IOSNotesDb
 {
 public:
     /// `deviceId` becomes the notes' dev_id.
     IOSNotesDb(FileSource &source, const QString &deviceId);
 
-    /// Throws Error("Cannot find notes.sqlite.") when the source has no notes database.
-    qint64 count() override;
-    /// Notes without a body are not read. Throws as count() does.
-    QList<NoteEntry> readAll() override;
+    /// Notes without a body are left out. Throws Error("Cannot find notes.sqlite.") when the source has no notes
+    /// database. Notes that lie in the newer store are told in the report as not handed over.
+    QList<NoteEntry> readAll(Scope scope, Report &report);
+    /// Number of notes in the store of newer systems, which this reader does not read: 0 without such a store,
+    /// nothing when it cannot be told.
+    std::optional<qint64> countInNewerStore();
+    bool hasNewerStore() const;
 
 private:
     FileSource &m_source;
     QString m_deviceId;
     Sqlite3DB m_db;
 
-    void open();
+    bool open();
 };
 
 /// "notes.db": notes gathered from any number of sources; one of the same title and content is one note.
-class LocalNotesDb : public AbsLocalDb, public INotesDb
+class LocalNotesDb : public AbsLocalDb
 {
 public:
     explicit LocalNotesDb(const QString &folder);
 
-    qint64 count() override;
+    qint64 count();
     /// Newest change first.
-    QList<NoteEntry> readAll() override;
+    QList<NoteEntry> readAll();
     std::optional<NoteEntry> read(const QString &hash);
     /// True when the note was there already; the newer save wins. Call between begin() and commit().
     bool save(const NoteEntry &note);

@@ -1,9 +1,11 @@
 #include "personal/personal_source.h"
 
 #include "backup/file_source.h"
+#include "base/report.h"
 #include "personal/bookmark_db.h"
 #include "personal/calendar_db.h"
 #include "personal/ios_call_history_db.h"
+#include "personal/ios_contacts_db.h"
 #include "personal/local_call_history_db.h"
 #include "personal/local_contacts_db.h"
 #include "personal/notes_db.h"
@@ -27,49 +29,34 @@ public:
     {
     }
 
-    QList<ContactRecord> contacts() override { return m_contacts.readAll(); }
-    QList<CallEntry> calls() override { return m_calls.readAll(); }
-    QList<NoteEntry> notes() override { return m_notes.readAll(); }
-    QList<CalendarEvent> calendar() override { return m_calendar.readAll(); }
-    BookmarkTree bookmarks() override { return m_bookmarks.readTree(); }
-    QStringList problems(DataClass dataClass) const override
-    {
-        return dataClass == DataClass::Contacts ? m_contacts.problems() : QStringList();
-    }
+    QList<ContactRecord> contacts(Scope scope, Report &report) override { return m_contacts.readAll(scope, report); }
+    QList<CallEntry> calls(Scope, Report &report) override { return m_calls.readAll(report); }
+    QList<NoteEntry> notes(Scope scope, Report &report) override { return m_notes.readAll(scope, report); }
+    QList<CalendarEvent> calendar(Scope scope, Report &report) override { return m_calendar.readAll(scope, report); }
+    BookmarkTree bookmarks(Scope scope, Report &report) override { return m_bookmarks.readTree(scope, report); }
 
-    qint64 count(DataClass dataClass) override
+    std::optional<qint64> count(DataClass dataClass, Report &report) override
     {
-        switch (dataClass) {
-        case DataClass::Contacts:
-            return m_contacts.count();
-        case DataClass::Calls:
-            return m_calls.count();
-        case DataClass::Notes:
-            return m_notes.count();
-        case DataClass::Calendar:
-            return m_calendar.count();
-        case DataClass::Bookmarks:
-            return m_bookmarks.count();
-        default:
-            return 0;
-        }
+        const std::optional<qint64> readable = PersonalSource::count(dataClass, report);
+        const bool hidesOthers = dataClass == DataClass::Notes && m_notes.countInNewerStore() != 0;
+        return hidesOthers ? std::nullopt : readable;
     }
 
     bool has(DataClass dataClass) const override
     {
         switch (dataClass) {
         case DataClass::Contacts:
-            return m_files.hasContent(homeFile("Library/AddressBook/AddressBook.sqlitedb"));
+            return m_files.lists(homeFile("Library/AddressBook/AddressBook.sqlitedb"));
         case DataClass::Calls:
-            return m_files.hasContent(homeFile("Library/CallHistoryDB/CallHistory.storedata")) ||
-                   m_files.hasContent({QStringLiteral("WirelessDomain"),
+            return m_files.lists(homeFile("Library/CallHistoryDB/CallHistory.storedata")) ||
+                   m_files.lists({QStringLiteral("WirelessDomain"),
                                        QStringLiteral("Library/CallHistory/call_history.db")});
         case DataClass::Notes:
-            return m_files.hasContent(homeFile("Library/Notes/notes.sqlite"));
+            return m_files.lists(homeFile("Library/Notes/notes.sqlite")) || m_notes.hasNewerStore();
         case DataClass::Calendar:
-            return m_files.hasContent(homeFile("Library/Calendar/Calendar.sqlitedb"));
+            return m_files.lists(homeFile("Library/Calendar/Calendar.sqlitedb"));
         case DataClass::Bookmarks:
-            return m_files.hasContent(homeFile("Library/Safari/Bookmarks.db"));
+            return m_files.lists(homeFile("Library/Safari/Bookmarks.db"));
         default:
             return false;
         }
@@ -92,28 +79,29 @@ public:
     {
     }
 
-    QList<ContactRecord> contacts() override
+    QList<ContactRecord> contacts(Scope, Report &) override
     {
         return m_contacts.openExisting() ? m_contacts.readAll() : QList<ContactRecord>();
     }
-    QList<CallEntry> calls() override
+    QList<CallEntry> calls(Scope, Report &) override
     {
         return m_calls.openExisting() ? m_calls.readAll() : QList<CallEntry>();
     }
-    QList<NoteEntry> notes() override
+    QList<NoteEntry> notes(Scope, Report &) override
     {
         return m_notes.openExisting() ? m_notes.readAll() : QList<NoteEntry>();
     }
-    QList<CalendarEvent> calendar() override
+    QList<CalendarEvent> calendar(Scope, Report &) override
     {
         return m_calendar.openExisting() ? m_calendar.readAll() : QList<CalendarEvent>();
     }
-    BookmarkTree bookmarks() override
+    BookmarkTree bookmarks(Scope, Report &) override
     {
         return m_bookmarks.openExisting() ? m_bookmarks.readTree() : BookmarkTree();
     }
 
-    qint64 count(DataClass dataClass) override
+    // Counted by the store itself: local databases are counted whenever the window starts.
+    std::optional<qint64> count(DataClass dataClass, Report &) override
     {
         const auto countOf = [](auto &store) { return store.openExisting() ? store.count() : 0; };
         switch (dataClass) {
@@ -147,6 +135,24 @@ private:
     LocalBookmarkDb m_bookmarks;
 };
 } // namespace
+
+std::optional<qint64> PersonalSource::count(DataClass dataClass, Report &report)
+{
+    switch (dataClass) {
+    case DataClass::Contacts:
+        return contacts(Scope::Usual, report).size();
+    case DataClass::Calls:
+        return calls(Scope::Usual, report).size();
+    case DataClass::Notes:
+        return notes(Scope::Usual, report).size();
+    case DataClass::Calendar:
+        return calendar(Scope::Usual, report).size();
+    case DataClass::Bookmarks:
+        return countBookmarks(bookmarks(Scope::Usual, report));
+    default:
+        return 0;
+    }
+}
 
 std::unique_ptr<PersonalSource> openDeviceRecords(FileSource &files, const QString &deviceId)
 {

@@ -6,35 +6,38 @@
 #include "personal/contact_record.h"
 #include "personal/data_class.h"
 #include "personal/note_entry.h"
+#include "personal/scope.h"
 
 #include <QList>
 #include <QString>
-#include <QStringList>
 
 #include <memory>
+#include <optional>
 
 class FileSource;
+class Report;
 
 /// Where the records of the small data classes come from, a device's files or a local database: one interface
-/// for whoever lists, exports or saves them. Used by one thread at a time. Every operation throws Error, with
-/// the sentence of the reader when the source lacks the class.
+/// for whoever lists, exports or saves them. Used by one thread at a time. What is damaged, and what the rules leave
+/// out, goes into the report, and the rest is returned. An operation throws Error when nothing of a class can be
+/// read, with ErrorKind::NotFound and the sentence of the reader when the source lacks the class.
 class PersonalSource
 {
 public:
     virtual ~PersonalSource() = default;
 
-    virtual QList<ContactRecord> contacts() = 0;
-    virtual QList<CallEntry> calls() = 0;
-    virtual QList<NoteEntry> notes() = 0;
-    virtual QList<CalendarEvent> calendar() = 0;
-    virtual BookmarkTree bookmarks() = 0;
+    virtual QList<ContactRecord> contacts(Scope scope, Report &report) = 0;
+    virtual QList<CallEntry> calls(Scope scope, Report &report) = 0;
+    virtual QList<NoteEntry> notes(Scope scope, Report &report) = 0;
+    virtual QList<CalendarEvent> calendar(Scope scope, Report &report) = 0;
+    virtual BookmarkTree bookmarks(Scope scope, Report &report) = 0;
 
-    /// Number of records of a class that this interface reads, without reading them.
-    virtual qint64 count(DataClass dataClass) = 0;
-    /// True when the source has the database of a class at all.
+    /// True when the source lists the database of a class at all, whether or not it can be read.
     virtual bool has(DataClass dataClass) const = 0;
-    /// What the last reading of a class has left out, each named with its reason.
-    virtual QStringList problems(DataClass) const { return {}; }
+
+    /// Number of records of a class (bookmarks without their folders): those that the operations above return with
+    /// Scope::Usual. Nothing where a zero would hide records that this program cannot read; `report` says why.
+    virtual std::optional<qint64> count(DataClass dataClass, Report &report);
 };
 
 /// The records of a device. `files` must outlive the result; `deviceId` goes into the notes.

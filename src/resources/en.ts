@@ -1599,6 +1599,153 @@
         </translation>
     </message>
     <message numerus="yes">
+        <source>IDS_ISSUE_FAILURE</source>
+        <translation>
+            <numerusform>%2</numerusform>
+            <numerusform>%2</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_CLASS_ABSENT</source>
+        <translation>
+            <numerusform>%2</numerusform>
+            <numerusform>%2</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_DATABASE_DAMAGED</source>
+        <translation>
+            <numerusform>%1 cannot be read: %2</numerusform>
+            <numerusform>%1 cannot be read: %2</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_NOT_COUNTED</source>
+        <translation>
+            <numerusform>%1 cannot be counted: %2</numerusform>
+            <numerusform>%1 cannot be counted: %2</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_CATALOGUE_ROWS</source>
+        <translation>
+            <numerusform>%n row of the backup's catalogue cannot be read: %2</numerusform>
+            <numerusform>%n rows of the backup's catalogue cannot be read: %2</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_CONTENT_MISSING</source>
+        <translation>
+            <numerusform>%n file is listed by the backup, but its content is missing: %1</numerusform>
+            <numerusform>%n files are listed by the backup, but their content is missing: %1</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_SOUND_ABSENT</source>
+        <translation>
+            <numerusform>%n sound is not in the backup</numerusform>
+            <numerusform>%n sounds are not in the backup</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_CALLS_IN_BOTH</source>
+        <translation>
+            <numerusform>%n call is in both call histories of the backup and listed once</numerusform>
+            <numerusform>%n calls are in both call histories of the backup and listed once</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_RECORDINGS_IN_BOTH</source>
+        <translation>
+            <numerusform>%n recording is in several databases of the backup and listed once</numerusform>
+            <numerusform>%n recordings are in several databases of the backup and listed once</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_NOTES_IN_NEWER_STORE</source>
+        <translation>
+            <numerusform>%n note cannot be read: this backup keeps its notes in a newer store that this version does not read (%1)</numerusform>
+            <numerusform>%n notes cannot be read: this backup keeps its notes in a newer store that this version does not read (%1)</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_NEWER_NOTES_UNTOLD</source>
+        <translation>
+            <numerusform>This backup keeps its notes in a newer store that this version does not read (%1); how many they are cannot be told</numerusform>
+            <numerusform>This backup keeps its notes in a newer store that this version does not read (%1); how many they are cannot be told</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_NOTES_WITHOUT_BODY</source>
+        <translation>
+            <numerusform>%n note without a body is left out</numerusform>
+            <numerusform>%n notes without a body are left out</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_TASKS</source>
+        <translation>
+            <numerusform>%n task of the calendar is left out</numerusform>
+            <numerusform>%n tasks of the calendar are left out</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_BIRTHDAYS_OF_CONTACTS</source>
+        <translation>
+            <numerusform>%n birthday that the calendar made from a contact is left out</numerusform>
+            <numerusform>%n birthdays that the calendar made from contacts are left out</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_EVENTS_WITHOUT_CALENDAR</source>
+        <translation>
+            <numerusform>%n event whose calendar is missing is left out</numerusform>
+            <numerusform>%n events whose calendar is missing are left out</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_EVENTS_SHOWN_AS_FREE</source>
+        <translation>
+            <numerusform>%n event whose time is shown as free is left out</numerusform>
+            <numerusform>%n events whose time is shown as free are left out</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_BOOKMARKS_HIDDEN</source>
+        <translation>
+            <numerusform>%n bookmark or folder is hidden on the device and left out</numerusform>
+            <numerusform>%n bookmarks or folders are hidden on the device and left out</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_BOOKMARKS_WITHOUT_FOLDER</source>
+        <translation>
+            <numerusform>%n bookmark or folder is left out because its folder is hidden, missing or came later</numerusform>
+            <numerusform>%n bookmarks or folders are left out because their folder is hidden, missing or came later</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_CARDS_DAMAGED</source>
+        <translation>
+            <numerusform>%n card or property of %1 cannot be read: %2</numerusform>
+            <numerusform>%n cards or properties of %1 cannot be read: %2</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_DATES_DAMAGED</source>
+        <translation>
+            <numerusform>%n date of %1 is not a date: %2</numerusform>
+            <numerusform>%n dates of %1 are not dates: %2</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_CONTACT_PICTURES_DAMAGED</source>
+        <translation>
+            <numerusform>%n picture of a contact in %1 cannot be read: %2</numerusform>
+            <numerusform>%n pictures of contacts in %1 cannot be read: %2</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
         <source>IDS_ISSUE_SYSTEM_ITEMS</source>
         <translation>
             <numerusform>%n system item is left out</numerusform>

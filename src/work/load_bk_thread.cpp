@@ -1,6 +1,7 @@
 #include "work/load_bk_thread.h"
 
 #include "base/error.h"
+#include "base/report.h"
 #include "base/texts.h"
 #include "messages/abs_message_db.h"
 #include "personal/media_items.h"
@@ -53,14 +54,15 @@ void countMessages(BackupManifest &manifest, BackupCounts &counts)
 void countRecords(BackupManifest &manifest, BackupCounts &counts)
 {
     const auto records = openDeviceRecords(manifest, manifest.info().deviceId);
+    Report report;
     for (const DataClass dataClass : allDataClasses) {
         try {
             if (dataClass == DataClass::Files)
                 continue; // listed without a count
             if (isMediaClass(dataClass))
-                counts.records.insert(dataClass, countMedia(manifest, dataClass));
-            else if (records->has(dataClass))
-                counts.records.insert(dataClass, records->count(dataClass));
+                counts.records.insert(dataClass, countMedia(manifest, dataClass, report));
+            else if (const auto count = records->has(dataClass) ? records->count(dataClass, report) : 0)
+                counts.records.insert(dataClass, *count);
         } catch (const Error &error) {
             qWarning("%s could not be counted: %s", qPrintable(dataClassName(dataClass)), error.what());
         }

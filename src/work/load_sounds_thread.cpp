@@ -2,9 +2,9 @@
 
 #include "personal/number_names.h"
 
-QList<NamedVoicemail> readNamedVoicemail(BackupManifest &backup)
+QList<NamedVoicemail> readNamedVoicemail(BackupManifest &backup, Report &report)
 {
-    const QList<VoicemailItem> items = readVoicemail(backup);
+    const QList<VoicemailItem> items = readVoicemail(backup, report);
     const NumberNames names(backup);
     QList<NamedVoicemail> named;
     for (const VoicemailItem &item : items)

@@ -11,7 +11,7 @@ struct NamedVoicemail
 };
 
 /// The voicemail of a backup, in the database's order. Throws Error.
-QList<NamedVoicemail> readNamedVoicemail(BackupManifest &backup);
+QList<NamedVoicemail> readNamedVoicemail(BackupManifest &backup, Report &report);
 
 using LoadVoicemailThread = LoadItemsThread<NamedVoicemail>;
 using LoadRecordingsThread = LoadItemsThread<RecordingItem>;

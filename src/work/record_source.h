@@ -28,5 +28,7 @@ using RecordsPtr = std::shared_ptr<const Records>;
 void withRecords(const RecordSource &source, Progress &progress,
                  const std::function<void(PersonalSource &)> &job);
 
-/// Reads all records of a class. A source that lacks the class has none. Throws Error and Cancelled.
-RecordsPtr readRecords(const RecordSource &source, DataClass dataClass, Progress &progress);
+/// Reads the records of a class; what does not come with them goes into the report. A source that lacks the class
+/// has none. Throws Error and Cancelled.
+RecordsPtr readRecords(const RecordSource &source, DataClass dataClass, Scope scope, Report &report,
+                       Progress &progress);

@@ -14,14 +14,14 @@ const char *exportTextKey(const RecordSelection &selection)
 }
 } // namespace
 
-LoadRecordsThread::LoadRecordsThread(RecordSource source, DataClass dataClass)
-    : m_source(std::move(source)), m_dataClass(dataClass)
+LoadRecordsThread::LoadRecordsThread(RecordSource source, DataClass dataClass, Scope scope)
+    : m_source(std::move(source)), m_dataClass(dataClass), m_scope(scope)
 {
 }
 
 QString LoadRecordsThread::work(Progress &progress)
 {
-    m_records = readRecords(m_source, m_dataClass, progress);
+    m_records = readRecords(m_source, m_dataClass, m_scope, m_report, progress);
     return {};
 }
 
@@ -34,9 +34,9 @@ QString SaveRecordsThread::work(Progress &progress)
 {
     SaveResult result;
     withRecords(m_source, progress, [&](PersonalSource &source) {
-        result = saveRecords(m_dataClass, source, m_folder, progress);
+        result = saveRecords(m_dataClass, source, Scope::Usual, m_folder, progress);
     });
-    return saveText(m_dataClass, result) + listedProblems("IDS_REMARKS_%1", result.problems);
+    return saveText(m_dataClass, result) + reportText(result.report);
 }
 
 std::unique_ptr<WorkerThread> makeBackupThread(DataClass dataClass, RecordSource source, QString folder)

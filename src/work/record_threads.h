@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/report.h"
 #include "export/record_export.h"
 #include "work/record_source.h"
 #include "work/worker_thread.h"
@@ -10,10 +11,12 @@ class LoadRecordsThread : public WorkerThread
     Q_OBJECT
 
 public:
-    LoadRecordsThread(RecordSource source, DataClass dataClass);
+    LoadRecordsThread(RecordSource source, DataClass dataClass, Scope scope = Scope::Usual);
 
     /// To be read after success.
     const RecordsPtr &records() const { return m_records; }
+    /// What does not come with them.
+    const Report &report() const { return m_report; }
 
 protected:
     QString work(Progress &progress) override;
@@ -21,7 +24,9 @@ protected:
 private:
     RecordSource m_source;
     DataClass m_dataClass;
+    Scope m_scope;
     RecordsPtr m_records;
+    Report m_report;
 };
 
 /// Saves the records of one class into a local database; a class of data has its own type below.

@@ -14,6 +14,14 @@
 #include <type_traits>
 
 namespace {
+/// Where the records come from, and where it is told what does not come with them.
+struct Reading
+{
+    PersonalSource &source;
+    Scope scope;
+    Report &report;
+};
+
 void count(SaveResult &result, bool wasThere)
 {
     ++result.handled;
@@ -45,31 +53,31 @@ SaveResult saveEach(const QList<Record> &records, const QString &folder, const R
     return result;
 }
 
-SaveResult saveContacts(PersonalSource &source, const QString &folder, Progress &progress)
+SaveResult saveContacts(const Reading &reading, const QString &folder, Progress &progress)
 {
     const IOSContactCombineRule rule;
     return saveEach<LocalContactsDb>(
-        source.contacts(), folder, {"IDS_BACKUPING_CONTACTS", "Contacts:%1/%2"}, progress,
+        reading.source.contacts(reading.scope, reading.report), folder, {"IDS_BACKUPING_CONTACTS", "Contacts:%1/%2"}, progress,
         [&rule](auto &store, const auto &contact) { return store.save(contact, rule).merged; });
 }
 
-SaveResult saveCalls(PersonalSource &source, const QString &folder, Progress &progress)
+SaveResult saveCalls(const Reading &reading, const QString &folder, Progress &progress)
 {
     return saveEach<LocalCallHistoryDb>(
-        source.calls(), folder, {"IDS_BACKUPING_CALLS", "Calls:%1 / %2"}, progress,
+        reading.source.calls(reading.scope, reading.report), folder, {"IDS_BACKUPING_CALLS", "Calls:%1 / %2"}, progress,
         [](auto &store, const auto &call) { return store.add(call).wasThere; });
 }
 
-SaveResult saveNotes(PersonalSource &source, const QString &folder, Progress &progress)
+SaveResult saveNotes(const Reading &reading, const QString &folder, Progress &progress)
 {
-    return saveEach<LocalNotesDb>(source.notes(), folder, {"IDS_BACKUPING_NOTES", "Notes:%1 / %2"}, progress,
+    return saveEach<LocalNotesDb>(reading.source.notes(reading.scope, reading.report), folder, {"IDS_BACKUPING_NOTES", "Notes:%1 / %2"}, progress,
                                   [](auto &store, const auto &note) { return store.save(note); });
 }
 
-SaveResult saveCalendar(PersonalSource &source, const QString &folder, Progress &progress)
+SaveResult saveCalendar(const Reading &reading, const QString &folder, Progress &progress)
 {
     return saveEach<LocalCalendarsDb>(
-        source.calendar(), folder, {"IDS_BACKUPING_CALENDAR_ITEMS", "Calendar event:%1 / %2"}, progress,
+        reading.source.calendar(reading.scope, reading.report), folder, {"IDS_BACKUPING_CALENDAR_ITEMS", "Calendar event:%1 / %2"}, progress,
         [](auto &store, const auto &event) { return store.save(event).wasThere; });
 }
 
@@ -86,9 +94,9 @@ void saveBookmarkNode(LocalBookmarkDb &store, const BookmarkNode &node, qint64 p
         saveBookmarkNode(store, *child, row.id, counted, result);
 }
 
-SaveResult saveBookmarks(PersonalSource &source, const QString &folder, Progress &progress)
+SaveResult saveBookmarks(const Reading &reading, const QString &folder, Progress &progress)
 {
-    const BookmarkTree tree = source.bookmarks();
+    const BookmarkTree tree = reading.source.bookmarks(reading.scope, reading.report);
     LocalBookmarkDb store(folder);
     store.open();
     StoreJob job(store);
@@ -135,29 +143,31 @@ void removeAll(const QString &folder, const QStringList &ids, Progress &progress
     job.commit();
 }
 
-SaveResult saveClass(DataClass dataClass, PersonalSource &source, const QString &folder, Progress &progress)
+SaveResult saveClass(DataClass dataClass, const Reading &reading, const QString &folder, Progress &progress)
 {
     switch (dataClass) {
     case DataClass::Contacts:
-        return saveContacts(source, folder, progress);
+        return saveContacts(reading, folder, progress);
     case DataClass::Calls:
-        return saveCalls(source, folder, progress);
+        return saveCalls(reading, folder, progress);
     case DataClass::Notes:
-        return saveNotes(source, folder, progress);
+        return saveNotes(reading, folder, progress);
     case DataClass::Calendar:
-        return saveCalendar(source, folder, progress);
+        return saveCalendar(reading, folder, progress);
     case DataClass::Bookmarks:
-        return saveBookmarks(source, folder, progress);
+        return saveBookmarks(reading, folder, progress);
     default:
         throw Error(QStringLiteral("%1 are not kept in local databases").arg(dataClassName(dataClass)));
     }
 }
 } // namespace
 
-SaveResult saveRecords(DataClass dataClass, PersonalSource &source, const QString &folder, Progress &progress)
+SaveResult saveRecords(DataClass dataClass, PersonalSource &source, Scope scope, const QString &folder,
+                       Progress &progress)
 {
-    SaveResult result = saveClass(dataClass, source, folder, progress);
-    result.problems = source.problems(dataClass);
+    Report report;
+    SaveResult result = saveClass(dataClass, {source, scope, report}, folder, progress);
+    result.report = std::move(report);
     return result;
 }
 

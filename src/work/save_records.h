@@ -1,7 +1,9 @@
 #pragma once
 
 #include "base/progress.h"
+#include "base/report.h"
 #include "personal/data_class.h"
+#include "personal/scope.h"
 
 #include <QString>
 #include <QStringList>
@@ -13,13 +15,13 @@ struct SaveResult
 {
     qint64 handled = 0; // added + merged; folders of bookmarks do not count
     qint64 added = 0;
-    qint64 merged = 0;    // was there already, changed or not
-    QStringList problems; // what the source could not give, each named with its reason
+    qint64 merged = 0; // was there already, changed or not
+    Report report;     // what the source could not give
 };
 
 /// Saves every record of a class of the source into the local database in `folder`, in one transaction: a
 /// cancel or an error leaves the store as it was. Throws Error and Cancelled.
-SaveResult saveRecords(DataClass dataClass, PersonalSource &source, const QString &folder,
+SaveResult saveRecords(DataClass dataClass, PersonalSource &source, Scope scope, const QString &folder,
                        Progress &progress);
 
 /// The text that ends such a job, with its number.

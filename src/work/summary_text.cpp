@@ -1,5 +1,6 @@
 #include "work/summary_text.h"
 
+#include "base/report.h"
 #include "base/texts.h"
 
 namespace {
@@ -19,4 +20,14 @@ QString listedProblems(const char *key, const QStringList &problems)
     if (problems.size() > namedAtMost)
         text += QLatin1Char('\n') + textFor("IDS_AND_%1_MORE").arg(problems.size() - namedAtMost);
     return text;
+}
+
+QString reportText(const Report &report)
+{
+    QString text;
+    for (const QString &sentence : sentencesOf(report)) {
+        qWarning("%s", qUtf8Printable(sentence));
+        text += QLatin1Char('\n') + sentence;
+    }
+    return text.isEmpty() ? text : QLatin1Char('\n') + text;
 }

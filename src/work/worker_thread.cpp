@@ -119,7 +119,7 @@ void WorkerThread::send(const char *slot, const QString &text)
 void WorkerThread::post(const QString &status, int percent, const QString &detail)
 {
     const QMutexLocker lock(&m_mutex);
-    Report report{status, percent, detail};
+    Shown report{status, percent, detail};
     if (m_latest) {
         if (status.isEmpty())
             report.status = m_latest->status;
@@ -144,7 +144,7 @@ void WorkerThread::deliver()
 
 void WorkerThread::flush()
 {
-    std::optional<Report> report;
+    std::optional<Shown> report;
     {
         const QMutexLocker lock(&m_mutex);
         report.swap(m_latest);

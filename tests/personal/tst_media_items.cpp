@@ -1,6 +1,7 @@
 #include "support/sample_backup.h"
 
 #include "base/error.h"
+#include "base/report.h"
 #include "personal/media_names.h"
 #include "resources/resources.h"
 
@@ -9,6 +10,10 @@
 using namespace Qt::StringLiterals;
 
 /// Photos, videos, voicemail and recordings of a backup.
+namespace {
+Report heard; // what the readers tell, in tests that do not ask for it
+} // namespace
+
 class TestMediaItems : public QObject
 {
     Q_OBJECT
@@ -40,12 +45,12 @@ void TestMediaItems::countsOfASample()
     const OpenBackupPtr opened = sample.opened();
     BackupManifest &backup = opened->manifest();
     const SampleCounts &made = sample.summary().counts;
-    QCOMPARE(countMedia(backup, DataClass::Photos), made.photos + made.heicPhotos);
-    QCOMPARE(countMedia(backup, DataClass::Videos), made.videos);
-    QCOMPARE(countMedia(backup, DataClass::Voicemail), made.voicemails);
-    QCOMPARE(countMedia(backup, DataClass::Recordings), made.recordings);
-    QCOMPARE(readVoicemail(backup).size(), made.voicemails);
-    const QList<RecordingItem> recordings = readRecordings(backup);
+    QCOMPARE(countMedia(backup, DataClass::Photos, heard), made.photos + made.heicPhotos);
+    QCOMPARE(countMedia(backup, DataClass::Videos, heard), made.videos);
+    QCOMPARE(countMedia(backup, DataClass::Voicemail, heard), made.voicemails);
+    QCOMPARE(countMedia(backup, DataClass::Recordings, heard), made.recordings);
+    QCOMPARE(readVoicemail(backup, heard).size(), made.voicemails);
+    const QList<RecordingItem> recordings = readRecordings(backup, heard);
     QVERIFY(std::is_sorted(recordings.begin(), recordings.end(),
                            [](const auto &a, const auto &b) { return a.date > b.date; }));
 }
@@ -87,7 +92,7 @@ void TestMediaItems::recordingsFoundByNameAlone()
     const SampleBackup sample;
     const OpenBackupPtr opened = sample.opened();
     BackupManifest &backup = opened->manifest();
-    const QList<RecordingItem> recordings = readRecordings(backup);
+    const QList<RecordingItem> recordings = readRecordings(backup, heard);
     const auto withoutFile = std::count_if(recordings.begin(), recordings.end(), [](const auto &recording) {
         return recording.file == FileCatalogue::none;
     });

@@ -1,6 +1,7 @@
 #include "../support/scratch_source.h"
 
 #include "base/error.h"
+#include "base/report.h"
 #include "personal/bookmark_db.h"
 #include "personal/calendar_db.h"
 #include "personal/local_call_history_db.h"
@@ -11,6 +12,8 @@
 #include <QTest>
 
 namespace {
+Report heard; // what the readers tell, in tests that do not ask for it
+
 const SourceFile notesFile{QStringLiteral("HomeDomain"), QStringLiteral("Library/Notes/notes.sqlite")};
 const SourceFile calendarFile{QStringLiteral("HomeDomain"),
                               QStringLiteral("Library/Calendar/Calendar.sqlitedb")};
@@ -74,8 +77,7 @@ void TestSmallClasses::notesOfADevice()
                        "(3,43,2147483647,-2147483648,'far','',2);"
                        "insert into ZNOTEBODY values(1,1,'<div>a &amp; b</div>'),(2,3,'<div>x</div>');"));
     IOSNotesDb db(source, QStringLiteral("device"));
-    QCOMPARE(db.count(), 3);
-    const auto notes = db.readAll();
+    const auto notes = db.readAll(Scope::Usual, heard);
     QCOMPARE(notes.size(), 2);
     const NoteEntry expected{utc(1325376000),
                              utc(1325376001),
@@ -138,7 +140,7 @@ void TestSmallClasses::noteSummary()
             "create table ZNOTEBODY(Z_PK, ZCONTENT); insert into ZNOTE values(1,0,0,'t',null,1);"
             "insert into ZNOTEBODY values(1,'%1');")
             .arg(content));
-    QTEST(IOSNotesDb(source, {}).readAll().first().summary, "summary");
+    QTEST(IOSNotesDb(source, {}).readAll(Scope::Usual, heard).first().summary, "summary");
 }
 
 void TestSmallClasses::localNotes()
@@ -191,8 +193,7 @@ void TestSmallClasses::calendarOfADevice()
             "insert into Recurrence values(1,2,2,1); insert into Location "
             "values(1,'Room',1),(2,'',1),(3,'Hall',1);"));
     IOSCalendarDb db(source);
-    QCOMPARE(db.count(), 3);
-    const auto events = db.readAll();
+    const auto events = db.readAll(Scope::Usual, heard);
     QCOMPARE(events.size(), 3);
     QCOMPARE(events.at(0).summary, QStringLiteral("B\nRoom\nHall"));
     QCOMPARE(events.at(0).rrule, QStringLiteral("FREQ=WEEKLY;INTERVAL=2"));
@@ -295,7 +296,7 @@ void TestSmallClasses::bookmarksOfADevice()
                                       " url TEXT, external_uuid TEXT); insert into "
                                       "bookmarks(id,parent,type,title,hidden,order_index) values ") +
                            rows);
-    QCOMPARE(outline(IOSBookmarkDb(source).readTree()), tree);
+    QCOMPARE(outline(IOSBookmarkDb(source).readTree(Scope::Usual, heard)), tree);
 }
 
 void TestSmallClasses::withoutTheColumnsOfLaterSystems()
@@ -304,8 +305,8 @@ void TestSmallClasses::withoutTheColumnsOfLaterSystems()
     source.putDatabase(bookmarksFile,
                        QStringLiteral("create table bookmarks(id INTEGER PRIMARY KEY, parent, type, title, "
                                       "order_index); insert into bookmarks values(1,0,0,'b',0)"));
-    QCOMPARE(outline(IOSBookmarkDb(source).readTree()), QStringLiteral("b"));
-    QCOMPARE(IOSBookmarkDb(source).count(), 1);
+    QCOMPARE(outline(IOSBookmarkDb(source).readTree(Scope::Usual, heard)), QStringLiteral("b"));
+    QCOMPARE(countBookmarks(IOSBookmarkDb(source).readTree(Scope::Usual, heard)), 1);
     source.putDatabase(
         calendarFile,
         QStringLiteral(
@@ -313,7 +314,7 @@ void TestSmallClasses::withoutTheColumnsOfLaterSystems()
             "create table CalendarItem(summary, start_date, end_date, all_day, calendar_id, entity_type,"
             " availability, birthday_id, creation_date);"
             "insert into CalendarItem values('s',1,2,0,1,2,0,null,null)"));
-    const auto events = IOSCalendarDb(source).readAll();
+    const auto events = IOSCalendarDb(source).readAll(Scope::Usual, heard);
     QCOMPARE(events.size(), 1);
     QCOMPARE(events.first().summary, QStringLiteral("s"));
     QVERIFY(events.first().rrule.isEmpty());
@@ -329,7 +330,7 @@ void TestSmallClasses::deepFoldersEnd()
                        "with recursive n(i) as (select 1 union all select i+1 from n where i<100000)"
                        " insert into bookmarks select i, i-1, 1, 'f', 0, 0 from n;"));
     int depth = 0;
-    const BookmarkTree tree = IOSBookmarkDb(source).readTree();
+    const BookmarkTree tree = IOSBookmarkDb(source).readTree(Scope::Usual, heard);
     for (const BookmarkTree *level = &tree; !level->empty(); level = &level->front()->children)
         ++depth;
     QVERIFY(depth >= 100 && depth < 2000);
@@ -347,7 +348,7 @@ void TestSmallClasses::aHundredThousandInOneFolder()
                        "with recursive n(i) as (select 2 union all select i+1 from n where i<=%1)"
                        " insert into bookmarks select i, 1, 0, 'b', 'http://x/'||i, 0, -i, i from n;")
             .arg(many));
-    const BookmarkTree tree = IOSBookmarkDb(source).readTree();
+    const BookmarkTree tree = IOSBookmarkDb(source).readTree(Scope::Usual, heard);
     QCOMPARE(tree.size(), std::size_t(1));
     QCOMPARE(tree.front()->children.size(), std::size_t(many));
     QTemporaryDir folder;
@@ -374,7 +375,7 @@ void TestSmallClasses::eventsAtTheEndsOfTime()
             "('first',null,-2147483648,'',2147483647,0,1,null,0,null,2,0),"
             "('backwards',null,2147483647,'',-2147483648,0,1,null,0,null,2,0),"
             "(null,null,'x',null,null,null,1,null,null,null,2,0);"));
-    const QList<CalendarEvent> events = IOSCalendarDb(source).readAll();
+    const QList<CalendarEvent> events = IOSCalendarDb(source).readAll(Scope::Usual, heard);
     QCOMPARE(events.size(), 3);
     QCOMPARE(events.at(0).start_date, utc(-2147483648LL + 978307200));
     QCOMPARE(events.at(0).end_date, utc(2147483647LL + 978307200));
@@ -490,11 +491,11 @@ void TestSmallClasses::missingDatabases()
         }
         return QString();
     };
-    QCOMPARE(sentence([&] { IOSNotesDb(source, {}).readAll(); }),
+    QCOMPARE(sentence([&] { IOSNotesDb(source, {}).readAll(Scope::Usual, heard); }),
              QStringLiteral("Cannot find notes.sqlite."));
-    QCOMPARE(sentence([&] { IOSCalendarDb(source).readAll(); }),
+    QCOMPARE(sentence([&] { IOSCalendarDb(source).readAll(Scope::Usual, heard); }),
              QStringLiteral("Cannot find Calendar.sqlitedb"));
-    QCOMPARE(sentence([&] { IOSBookmarkDb(source).readTree(); }),
+    QCOMPARE(sentence([&] { IOSBookmarkDb(source).readTree(Scope::Usual, heard); }),
              QStringLiteral("Cannot find Bookmarks.db."));
 }
 

@@ -83,7 +83,8 @@ void TestRecordsForm::models()
     QFETCH(DataClass, dataClass);
     const SampleBackup sample;
     NoProgress progress;
-    const RecordsPtr records = readRecords({sample.opened(), {}}, dataClass, progress);
+    Report report;
+    const RecordsPtr records = readRecords({sample.opened(), {}}, dataClass, Scope::Usual, report, progress);
     std::unique_ptr<QAbstractItemModel> model;
     if (dataClass == DataClass::Bookmarks)
         model = std::make_unique<ItemModelBookmarks>(records);

@@ -1,4 +1,5 @@
 #include "base/error.h"
+#include "base/report.h"
 #include "base/texts.h"
 #include "resources/resources.h"
 #include "sqlite/sqlite3_db.h"
@@ -26,6 +27,8 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+Report heard; // what the readers tell, in tests that do not ask for it
+
 enum Kind { Voicemail, Recordings };
 
 std::unique_ptr<SoundMainForm> makeForm(int kind, const OpenBackupPtr &backup)
@@ -114,7 +117,7 @@ void TestSoundForms::models()
     const SampleBackup sample;
     const OpenBackupPtr backup = sample.opened();
     ItemModelVoicemail voicemail(backup, readNamedVoicemail(backup->manifest()));
-    ItemModelRecording recordings(backup, readRecordings(backup->manifest()));
+    ItemModelRecording recordings(backup, readRecordings(backup->manifest(), heard));
     const QAbstractItemModelTester one(&voicemail, QAbstractItemModelTester::FailureReportingMode::QtTest);
     const QAbstractItemModelTester two(&recordings, QAbstractItemModelTester::FailureReportingMode::QtTest);
     QCOMPARE(voicemail.rowCount(), sample.summary().counts.voicemails);

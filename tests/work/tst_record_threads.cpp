@@ -1,3 +1,4 @@
+#include "base/report.h"
 #include "base/error.h"
 #include "base/texts.h"
 #include "recording_receiver.h"
@@ -9,6 +10,8 @@
 #include <QTest>
 
 namespace {
+Report heard; // what the readers tell, in tests that do not ask for it
+
 /// Keeps every report.
 class Reports : public NoProgress
 {
@@ -112,7 +115,7 @@ void TestRecordThreads::savingTells()
     QTemporaryDir folder;
     SaveResult result;
     withRecords(source(), reports, [&](PersonalSource &records) {
-        result = saveRecords(dataClass, records, folder.filePath(QStringLiteral("a")), reports);
+        result = saveRecords(dataClass, records, Scope::Usual, folder.filePath(QStringLiteral("a")), reports);
     });
     QVERIFY(result.handled > 1);
     QCOMPARE(result.added + result.merged, result.handled);
@@ -159,7 +162,8 @@ void TestRecordThreads::exportingTells()
     QFETCH(QString, counter);
     QFETCH(QString, success);
     Reports reports;
-    const RecordsPtr records = readRecords(source(), dataClass, reports);
+    Report report;
+    const RecordsPtr records = readRecords(source(), dataClass, Scope::Usual, report, reports);
     const RecordSelection all = std::visit(
         [&records](const auto &list) -> RecordSelection {
             if constexpr (std::is_same_v<std::decay_t<decltype(list)>, BookmarkTree>)
@@ -192,9 +196,9 @@ void TestRecordThreads::stopLeavesTheStore()
     const OpenBackupPtr backup = m_sample->opened();
     StopAfter stop(3);
     QVERIFY_EXCEPTION_THROWN(
-        saveRecords(dataClass, *openDeviceRecords(backup->manifest(), QString()), folder.path(), stop),
+        saveRecords(dataClass, *openDeviceRecords(backup->manifest(), QString()), Scope::Usual, folder.path(), stop),
         Cancelled);
-    QCOMPARE(openLocalRecords(folder.path())->count(dataClass), 0);
+    QCOMPARE(openLocalRecords(folder.path())->count(dataClass, heard), 0);
 }
 
 void TestRecordThreads::removingIsAllOrNothing()
@@ -202,20 +206,20 @@ void TestRecordThreads::removingIsAllOrNothing()
     QTemporaryDir folder;
     NoProgress nobody;
     withRecords(source(), nobody, [&](PersonalSource &records) {
-        saveRecords(DataClass::Calls, records, folder.path(), nobody);
+        saveRecords(DataClass::Calls, records, Scope::Usual, folder.path(), nobody);
     });
-    const qint64 saved = openLocalRecords(folder.path())->count(DataClass::Calls);
+    const qint64 saved = openLocalRecords(folder.path())->count(DataClass::Calls, heard).value();
     const auto remove = [&](const QStringList &ids) {
         RemoveRecordsThread worker(DataClass::Calls, folder.path(), ids, "IDS_SUC_DEL_CALLS");
         return endOf(worker);
     };
     for (const QString &wrong : {QStringLiteral("99999"), QStringLiteral("1x"), QString()}) {
         QVERIFY(remove({QStringLiteral("1"), wrong}).startsWith(QStringLiteral("error: there is no record")));
-        QCOMPARE(openLocalRecords(folder.path())->count(DataClass::Calls), saved);
+        QCOMPARE(openLocalRecords(folder.path())->count(DataClass::Calls, heard), saved);
     }
     QCOMPARE(remove({QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("1")}),
              QStringLiteral("done: Successfully deleted Call History."));
-    QCOMPARE(openLocalRecords(folder.path())->count(DataClass::Calls), saved - 2);
+    QCOMPARE(openLocalRecords(folder.path())->count(DataClass::Calls, heard), saved - 2);
 }
 
 void TestRecordThreads::foldersAndTheirBookmarksGoTogether()
@@ -223,7 +227,7 @@ void TestRecordThreads::foldersAndTheirBookmarksGoTogether()
     QTemporaryDir folder;
     NoProgress nobody;
     withRecords(source(), nobody, [&](PersonalSource &records) {
-        saveRecords(DataClass::Bookmarks, records, folder.path(), nobody);
+        saveRecords(DataClass::Bookmarks, records, Scope::Usual, folder.path(), nobody);
     });
     QStringList ids;
     const auto collect = [&ids](const BookmarkTree &tree, const auto &self) -> void {
@@ -232,9 +236,9 @@ void TestRecordThreads::foldersAndTheirBookmarksGoTogether()
             self(node->children, self);
         }
     };
-    collect(openLocalRecords(folder.path())->bookmarks(), collect);
+    collect(openLocalRecords(folder.path())->bookmarks(Scope::Usual, heard), collect);
     removeRecords(DataClass::Bookmarks, folder.path(), ids, nobody);
-    QVERIFY(openLocalRecords(folder.path())->bookmarks().empty());
+    QVERIFY(openLocalRecords(folder.path())->bookmarks(Scope::Usual, heard).empty());
 }
 
 void TestRecordThreads::remotePicturesAreTold()
