@@ -35,7 +35,8 @@ void requireTable(const Sqlite3DB &db, const char *table)
     if (!db.hasTable(QLatin1String(table)))
         throw Error(
             QStringLiteral("can not read %1. It has no table \"%2\"").arg(db.name(), QLatin1String(table)),
-            ErrorKind::Damaged, FileAccess::Reading);
+            ErrorKind::Damaged, FileAccess::Reading)
+            .at(db.name());
 }
 
 /// What makes two calls of the two databases one. Systems write a number now with its country and now without.

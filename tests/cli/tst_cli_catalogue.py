@@ -35,7 +35,7 @@ class ListAndInfo(Case):
                 manifest = plistlib.loads((backup / "Manifest.plist").read_bytes())
                 lockdown = manifest["Lockdown"]
                 found = json.loads(self.succeed("info", backup, "--json"))
-                self.assertEqual(list(found), BACKUP_KEYS + ["counts"])
+                self.assertEqual(list(found), BACKUP_KEYS + ["counts", "problems"])
                 self.assertEqual(
                     [found[key] for key in BACKUP_KEYS if key not in ("display_name", "backup_date")],
                     [str(backup), lockdown["UniqueDeviceID"], lockdown["DeviceName"], lockdown["ProductType"],

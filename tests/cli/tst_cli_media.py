@@ -191,8 +191,10 @@ class Media(Case):
         self.assertEqual(complaint.count(": failed: "), 2, complaint)
         self.assertIn("IMG_0001.JPG: failed: ", complaint)
         self.assertIn("IMG_0002.JPG: failed: ", complaint)
-        shown = self.lines("show", "photos", backup, password=PASSWORD)
-        self.assertEqual(len(files_only(self.target)), len(shown) - 2)
+        shown = run("show", "photos", backup, password=PASSWORD)
+        self.assertEqual(shown.returncode, 1)
+        self.assertIn(b"1 file is listed by the backup, but its content is missing: CameraRollDomain", shown.stderr)
+        self.assertEqual(len(files_only(self.target)), shown.stdout.count(b"\n") - 2)
 
 
 def photos_of(backup):

@@ -172,7 +172,11 @@ class Show(Case):
                 self.refuse(1, "show", "messages", backup)
                 self.refuse(1, "export", "messages", backup, "--format", "text", "-o", self.folder / "none.txt")
                 self.assertFalse((self.folder / "none.txt").exists())
-                self.assertIsNone(json.loads(self.succeed("info", backup, "--json"))["counts"]["messages"])
+                told = run("info", backup, "--json")
+                self.assertEqual((told.returncode, told.stderr.count(b"\n")), (1, 1))
+                found = json.loads(told.stdout)
+                self.assertIsNone(found["counts"]["messages"])
+                self.assertEqual([found["problems"][0]], [told.stderr.decode().split(": ", 1)[1].strip()])
 
     def test_database_that_breaks_off_shows_what_it_has_and_fails(self):
         backup = self.folder / "broken in the middle"

@@ -154,7 +154,7 @@ class Saving(StoreCase):
         ended = run("save", "all", backup, "--into", "rest", home=self.home)
         self.assertEqual(ended.returncode, 1)
         self.assertEqual([json.loads(line)["class"] for line in ended.stdout.splitlines()], COUNTED[1:])
-        self.assertEqual(ended.stderr.count(b"\n"), 1)
+        self.assertEqual(ended.stderr.count(b"HomeDomain Library/SMS/sms.db"), 1)
 
     def test_a_database_without_messages_holds_none(self):
         self.ours("save", "contacts", self.sample(), "--into", "people")

@@ -40,6 +40,7 @@ private slots:
     void newerCalls();
     void names();
     void whichGeneration();
+    void callsOfBothGenerationsOnce();
     void withoutTheirColumns_data();
     void withoutTheirColumns();
 };
@@ -162,13 +163,35 @@ void TestCalls::whichGeneration()
     source.putDatabase(newerFile, newer);
     QCOMPARE(IOSCallHistoryDb(source).readAll(heard).size(), 2);
     source.putDatabase(olderFile, olderCalls(0, false, QStringLiteral("('older',1,0,4)")));
-    QCOMPARE(IOSCallHistoryDb(source).readAll(heard).first().address, QStringLiteral("older"));
+    QCOMPARE(IOSCallHistoryDb(source).readAll(heard).size(), 3);
     source.putDatabase(olderFile, QStringLiteral("create table call(address, date, flags)"));
     QCOMPARE(IOSCallHistoryDb(source).readAll(heard).size(), 2); // newer systems leave an empty one behind
     source.put(olderFile, {});
-    QCOMPARE(IOSCallHistoryDb(source).readAll(heard).size(), 2);
+    Report report;
+    QCOMPARE(IOSCallHistoryDb(source).readAll(report).size(), 2);
+    QVERIFY(report.isFailure());
+    QCOMPARE(report.issues().first().where, olderFile.display());
     source.remove(newerFile);
     QVERIFY_EXCEPTION_THROWN(IOSCallHistoryDb(source).readAll(heard).size(), Error);
+}
+
+// 978307201 is the newer database's second 1; 49 and 0 are two ways to begin the same number.
+void TestCalls::callsOfBothGenerationsOnce()
+{
+    ScratchSource source;
+    source.putDatabase(newerFile,
+                       QStringLiteral("create table ZCALLRECORD(ZDATE, ZADDRESS, ZORIGINATED); insert into ZCALLRECORD "
+                                      "values(1,'+49301234567',1),(1,'+49301234567',1),(9,'x@y.z',1)"));
+    source.putDatabase(olderFile, olderCalls(0, false,
+                                             QStringLiteral("('0301234567',978307201,0,5),('0301234567',978307201,0,4),"
+                                                            "('0301234567',978307202,0,5),('x@y.z',978307209,0,5)")));
+    Report report;
+    const QList<CallEntry> calls = IOSCallHistoryDb(source).readAll(report);
+    QCOMPARE(calls.size(), 5);
+    QCOMPARE(calls.first().address, QStringLiteral("x@y.z"));
+    QVERIFY(std::is_sorted(calls.begin(), calls.end(), [](auto &a, auto &b) { return a.date > b.date; }));
+    QCOMPARE(report.count("IDS_ISSUE_CALLS_IN_BOTH"), 2);
+    QVERIFY(!report.isFailure());
 }
 
 void TestCalls::withoutTheirColumns_data()

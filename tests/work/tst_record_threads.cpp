@@ -122,7 +122,11 @@ void TestRecordThreads::savingTells()
     QCOMPARE(reports.statuses, QSet<QString>{status});
     QVERIFY2(reports.details.first().startsWith(counter), qPrintable(reports.details.first()));
     const auto worker = makeBackupThread(dataClass, source(), folder.filePath(QStringLiteral("b")));
-    QCOMPARE(endOf(*worker), QStringLiteral("done: ") + success.arg(result.handled));
+    QStringList told{QStringLiteral("done: ") + success.arg(result.handled)};
+    told += sentencesOf(result.report);
+    if (told.size() > 1)
+        told.insert(1, QString());
+    QCOMPARE(endOf(*worker), told.join(QLatin1Char('\n')));
 }
 
 void TestRecordThreads::exportingTells_data()
