@@ -8,7 +8,7 @@ std::optional<QString> fetchDeviceDatabase(FileSource &source, const SourceFile 
     try {
         return source.fetchDatabase(file);
     } catch (const Error &error) {
-        throw error.at(file.display());
+        throw error.withContext(file.display()).at(file.display());
     }
 }
 

@@ -1,6 +1,7 @@
 #include "cli/json_writer.h"
 
 #include "base/apple_time.h"
+#include "cli/line_text.h"
 
 namespace {
 constexpr char hexDigits[] = "0123456789abcdef";
@@ -12,16 +13,23 @@ void appendUnicodeEscape(QByteArray &to, unsigned codeUnit)
         to.append(hexDigits[(codeUnit >> shift) & 0xF]);
 }
 
-/// The length of a line separator at the start of `utf8` that is no control character of ASCII: U+0085,
-/// U+2028 or U+2029; 0 when there is none.
-int separatorLength(QByteArrayView utf8)
+/// The character at the start of valid `utf8`, where it is one of two or three bytes.
+char16_t decoded(QByteArrayView utf8, int &length)
 {
-    const auto byte = [utf8](qsizetype i) {
-        return static_cast<unsigned char>(i < utf8.size() ? utf8[i] : 0);
+    const auto bits = [utf8](qsizetype i, unsigned mask) {
+        return static_cast<unsigned>(static_cast<unsigned char>(utf8[i])) & mask;
     };
-    if (byte(0) == 0xC2 && byte(1) == 0x85)
-        return 2;
-    return byte(0) == 0xE2 && byte(1) == 0x80 && (byte(2) == 0xA8 || byte(2) == 0xA9) ? 3 : 0;
+    length = bits(0, 0xE0) == 0xC0 ? 2 : 3;
+    if (utf8.size() < length)
+        return 0;
+    return static_cast<char16_t>(length == 2 ? bits(0, 0x1F) << 6 | bits(1, 0x3F)
+                                             : bits(0, 0x0F) << 12 | bits(1, 0x3F) << 6 | bits(2, 0x3F));
+}
+
+/// The first bytes of the characters that isUnprintable() tells: U+0080 to U+009F, U+061C, U+200E to U+2069.
+bool mayBeginUnprintable(unsigned char byte)
+{
+    return byte == 0xC2 || byte == 0xD8 || byte == 0xE2;
 }
 } // namespace
 
@@ -128,13 +136,13 @@ void JsonWriter::appendEscaped(QByteArrayView utf8)
         } else if (byte < 0x20 || byte == 0x7F) {
             endRun(i, 1);
             appendUnicodeEscape(m_to, byte);
-        } else if (byte == 0xC2 || byte == 0xE2) {
-            const int length = separatorLength(utf8.sliced(i));
-            if (length == 0)
+        } else if (mayBeginUnprintable(byte)) {
+            int length = 0;
+            const char16_t letter = decoded(utf8.sliced(i), length);
+            if (!isUnprintable(letter))
                 continue;
             endRun(i, length);
-            const auto last = static_cast<unsigned char>(utf8[i + length - 1]);
-            appendUnicodeEscape(m_to, length == 2 ? 0x85u : 0x2000u + (last & 0x3Fu));
+            appendUnicodeEscape(m_to, letter);
             i += length - 1;
         }
     }

@@ -8,8 +8,8 @@
 #include <optional>
 
 /// Writes JSON piece by piece into bytes that the caller owns: UTF-8 on one line, keys in the order they
-/// come. Characters that some readers take for a line end are escaped, so that a record is one line for
-/// everybody.
+/// come. Control characters, line ends of any kind and characters that turn the direction of what follows are
+/// escaped, so that a record is one line, and reads as it stands, for everybody.
 class JsonWriter
 {
 public:

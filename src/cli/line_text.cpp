@@ -2,15 +2,21 @@
 
 #include <algorithm>
 
+bool isUnprintable(char16_t letter)
+{
+    const bool isControl = letter < 0x20 || (letter >= 0x7F && letter <= 0x9F);
+    const bool isSeparator = letter == 0x2028 || letter == 0x2029;
+    const bool isDirection = letter == 0x061C || letter == 0x200E || letter == 0x200F ||
+                             (letter >= 0x202A && letter <= 0x202E) || (letter >= 0x2066 && letter <= 0x2069);
+    return isControl || isSeparator || isDirection;
+}
+
 QString oneLine(const QString &text)
 {
     QString line = text;
-    for (QChar &letter : line) {
-        const bool separator =
-            letter.category() == QChar::Separator_Line || letter.category() == QChar::Separator_Paragraph;
-        if (letter.category() == QChar::Other_Control || separator)
+    for (QChar &letter : line)
+        if (isUnprintable(letter.unicode()))
             letter = QLatin1Char(letter == QLatin1Char('\n') ? ' ' : '?');
-    }
     return line;
 }
 

@@ -3,6 +3,10 @@
 #include <QString>
 #include <QStringList>
 
+/// True for what must not reach a terminal, nor anybody who shows a line as it stands: control characters of ASCII
+/// and of Latin-1, the separators of lines and paragraphs, and characters that turn the direction of what follows.
+bool isUnprintable(char16_t letter);
+
 /// `text` for one line of a terminal: names out of a backup may hold line ends and escape sequences.
 QString oneLine(const QString &text);
 

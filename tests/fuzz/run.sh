@@ -1,9 +1,10 @@
 #!/bin/bash
-# usage: run.sh [BUILD_DIR] [SECONDS]
-# Runs every fuzz target for that many seconds, starting from its committed seeds. Not 0 when one of them finds
+# usage: run.sh [long | BUILD_DIR [SECONDS]]
+# Runs every fuzz target for that many seconds, 5 when nothing is said and 60 with "long", starting from its committed seeds. Not 0 when one of them finds
 # something; the input that did it is then kept in BUILD_DIR/fuzz-findings.
 set -uo pipefail
 here="$(cd "$(dirname "$0")" && pwd)"
+[ "${1:-}" = long ] && set -- "$here/../../build/fuzz" 60
 build="${1:-$here/../../build/fuzz}"
 seconds="${2:-5}"
 
