@@ -211,6 +211,8 @@ QByteArray BinaryArchive::data(Field field) const
         if (!find(object, "NS.data", inner))
             return {};
         object = inner;
+        if (object.kind == Kind::Uid && !follow(object, object))
+            return {};
     }
     return object.kind == Kind::Data ? object.bytes().toByteArray() : QByteArray();
 }
@@ -268,7 +270,10 @@ private:
     QByteArray data(Field field) const
     {
         const CFType found = value(field);
-        return (found.isDictionary() ? found.get(QStringLiteral("NS.data")) : found).toByteArray();
+        if (!found.isDictionary())
+            return found.toByteArray();
+        const CFType inner = found.get(QStringLiteral("NS.data"));
+        return (inner.isUid() ? follow(inner) : inner).toByteArray();
     }
 };
 } // namespace

@@ -11,27 +11,41 @@
 #include <QFileInfo>
 
 namespace {
-// The largest seen has a few megabytes: it lists the applications of the device.
-constexpr qint64 largestManifest = 256 << 20;
+// The largest seen has a few megabytes: it lists the applications of the device, with their pictures. What is
+// larger is no property list of a backup, and would be read whole, and unfolded, in memory.
+constexpr qint64 largestPropertyList = 64 << 20;
 
 bool holdsFile(const QDir &folder, const char *name)
 {
     return QFileInfo(folder.filePath(QLatin1String(name))).isFile();
 }
 
-CFType readManifest(const QString &path)
+/// One that is damaged says nothing, which is reported. Throws Error when it is not there or may not be read.
+CFType readPropertyList(const QDir &folder, const QString &name, Report &report)
 {
+    const QString path = folder.absoluteFilePath(name);
     if (!QFileInfo(path).isFile())
-        throw Error(QStringLiteral("Cannot find %1").arg(path));
+        throw Error(QStringLiteral("Cannot find %1").arg(path), ErrorKind::NotFound, FileAccess::Reading);
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
-        throw Error(QStringLiteral("can not open %1. %2").arg(path, file.errorString()));
-    if (file.size() > largestManifest)
-        throw Error(QStringLiteral("can not read %1. It is too large to be a property list.").arg(path));
-    CFType manifest = CFType::parse(file.readAll());
-    if (!manifest.isDictionary())
-        throw Error(QStringLiteral("can not read %1. It is no property list.").arg(path));
-    return manifest;
+        throw Error::ofFile(QStringLiteral("can not open %1. %2"), file, FileAccess::Reading);
+    CFType list = file.size() > largestPropertyList ? CFType() : CFType::parse(file.readAll());
+    if (list.isDictionary())
+        return list;
+    report.add({.what = "IDS_ISSUE_DESCRIPTION_DAMAGED", .where = name});
+    return CFType();
+}
+
+/// Nothing of it is needed, but whoever relies on the backup should know that it is damaged.
+void lookAt(const QDir &folder, const QString &name, Report &report)
+{
+    if (!QFileInfo(folder.filePath(name)).isFile())
+        return;
+    try {
+        readPropertyList(folder, name, report);
+    } catch (const Error &) {
+        report.add({.what = "IDS_ISSUE_DESCRIPTION_DAMAGED", .where = name});
+    }
 }
 
 /// The folder's name with the device's name in place of its id. Without an id there is nothing to replace.
@@ -73,7 +87,16 @@ BackupInfo readBackupInfo(const QString &folder)
     BackupInfo info;
     info.folder = dir.absolutePath();
     info.layout = isModernLayout(folder) ? BackupLayout::Modern : BackupLayout::Mbdb;
-    const CFType manifest = readManifest(dir.absoluteFilePath(QStringLiteral("Manifest.plist")));
+    const CFType manifest = readPropertyList(dir, QStringLiteral("Manifest.plist"), info.report);
+    info.isManifestDamaged = !manifest.isDictionary();
+    // Without it an encrypted catalogue stays what it is.
+    const QString catalogue = dir.absoluteFilePath(QStringLiteral("Manifest.db"));
+    if (info.isManifestDamaged && info.layout == BackupLayout::Modern && !hasSqliteHeader(catalogue))
+        throw Error(QStringLiteral("can not read %1. It is no property list, and %2 is encrypted or no database.")
+                        .arg(dir.absoluteFilePath(QStringLiteral("Manifest.plist")), catalogue),
+                    ErrorKind::Damaged, FileAccess::Reading);
+    lookAt(dir, QStringLiteral("Status.plist"), info.report);
+    lookAt(dir, QStringLiteral("Info.plist"), info.report);
     const CFType lockdown = manifest.get(QStringLiteral("Lockdown"));
     info.deviceId = lockdown.get(QStringLiteral("UniqueDeviceID")).toString();
     info.deviceName = lockdown.get(QStringLiteral("DeviceName")).toString();

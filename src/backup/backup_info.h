@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/report.h"
+
 #include <QByteArray>
 #include <QDateTime>
 #include <QString>
@@ -23,6 +25,9 @@ struct BackupInfo
     QString displayName;
     QString folder; // absolute path
     BackupLayout layout = BackupLayout::Modern;
+    /// What of Manifest.plist, Status.plist and Info.plist is damaged: it shows as missing keys.
+    Report report;
+    bool isManifestDamaged = false; // then nothing tells whether the backup is encrypted
 };
 
 /// True when the folder holds Manifest.plist and one of Manifest.mbdb and Manifest.db.
@@ -30,7 +35,8 @@ bool isBackupFolder(const QString &folder);
 /// True when Manifest.mbdb is absent and Manifest.db is there.
 bool isModernLayout(const QString &folder);
 
-/// Reads the descriptive fields of the backup in `folder`. Throws Error.
+/// Reads the descriptive fields of the backup in `folder`. Throws Error when there is no Manifest.plist or it
+/// may not be read. One that is no property list gives missing keys, unless the catalogue is encrypted too.
 BackupInfo readBackupInfo(const QString &folder);
 
 /// The folders that are searched for backups, in order. They need not exist.

@@ -72,12 +72,12 @@ struct BackupManifest::Opened
     FileCatalogue catalogue;
     FileTree tree;
     std::optional<WellKnownFiles> wellKnown;
-    CatalogueLoss loss;
+    Report report;
     FileFetcher fetcher;
     PrivateCopies copies;
     std::unique_ptr<BackupFileCache> cache;
 
-    CatalogueLoss load(FileCatalogue &into, Progress &progress);
+    Report load(FileCatalogue &into, Progress &progress);
     Index find(const SourceFile &file) const
     {
         return catalogue.find(file.domain.toUtf8(), file.relativePath.toUtf8());
@@ -85,7 +85,7 @@ struct BackupManifest::Opened
     Index findOrThrow(const SourceFile &file) const;
 };
 
-CatalogueLoss BackupManifest::Opened::load(FileCatalogue &into, Progress &progress)
+Report BackupManifest::Opened::load(FileCatalogue &into, Progress &progress)
 {
     CatalogueLoader loader(into, progress);
     if (info.layout == BackupLayout::Mbdb)
@@ -116,6 +116,7 @@ BackupManifest::~BackupManifest()
 void BackupManifest::loadInfo()
 {
     m_info = readBackupInfo(m_info.folder);
+    d->report = m_info.report;
 }
 
 bool BackupManifest::openEncrypted(const QString &password)
@@ -158,9 +159,15 @@ void BackupManifest::buildIndex(Progress &progress)
         throw Error(
             QStringLiteral("The backup in %1 is encrypted. Its password is needed.").arg(m_info.folder));
     FileCatalogue loaded;
-    d->loss = d->load(loaded, progress);
+    Report report;
+    try {
+        report = d->load(loaded, progress);
+    } catch (const Error &error) {
+        throw error.withContext(m_info.folder);
+    }
     loaded.squeeze();
     progress.check();
+    d->report.merge(report);
     d->catalogue = std::move(loaded);
     d->tree = FileTree::build(d->catalogue);
     tellFolders(d->catalogue, d->tree);
@@ -175,14 +182,9 @@ bool BackupManifest::hasIndex() const
     return d->wellKnown.has_value();
 }
 
-qint64 BackupManifest::skippedRows() const
+const Report &BackupManifest::report() const
 {
-    return d->loss.skippedRows;
-}
-
-QString BackupManifest::skippedReason() const
-{
-    return d->loss.reason;
+    return d->report;
 }
 
 const FileCatalogue &BackupManifest::catalogue() const

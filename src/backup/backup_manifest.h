@@ -80,10 +80,8 @@ public:
     /// Throws Error, and Cancelled through `progress`.
     void buildIndex(Progress &progress);
     bool hasIndex() const;
-    /// Rows of the catalogue that were left out or could not be read whole, and why the first of them, for
-    /// the person who wonders. Reading that ended early because of damage counts as one.
-    qint64 skippedRows() const;
-    QString skippedReason() const;
+    /// What could not be read of the description and of the catalogue; complete once the index is built.
+    const Report &report() const;
 
     const FileCatalogue &catalogue() const;
     const FileTree &tree() const;

@@ -37,6 +37,11 @@ bool isPlist(QByteArrayView bytes)
     return bytes.startsWith("bplist");
 }
 
+Error unreadable(const QString &sentence)
+{
+    return Error(sentence, ErrorKind::Damaged, FileAccess::Reading);
+}
+
 /// One pass over the table "Files".
 class FileRows
 {
@@ -49,8 +54,8 @@ public:
           m_descriptorKey(descriptorKey)
     {
         if (m_domain < 0 || m_path < 0)
-            throw Error(QStringLiteral("can not read %1. Its table Files has no column %2.")
-                            .arg(db.path(), QLatin1String(m_domain < 0 ? "domain" : "relativePath")));
+            throw unreadable(QStringLiteral("can not read %1. Its table Files has no column %2.")
+                                 .arg(db.name(), QLatin1String(m_domain < 0 ? "domain" : "relativePath")));
     }
 
     bool next() { return m_cursor.moveNext(); }
@@ -85,28 +90,19 @@ CatalogueLoader::CatalogueLoader(FileCatalogue &catalogue, Progress &progress)
 {
 }
 
-CatalogueLoss CatalogueLoader::loadDatabase(const QString &path, const QByteArray &password)
+Report CatalogueLoader::loadDatabase(const QString &path, const QByteArray &password)
 {
+    m_name = QStringLiteral("Manifest.db");
     if (QFileInfo(path).size() == 0)
-        throw Error(QStringLiteral("can not read %1. The file is empty.").arg(path));
+        throw unreadable(QStringLiteral("can not read %1. The file is empty.").arg(m_name));
     Sqlite3DB db;
-    open(db, path);
+    db.openForeign({path, m_name}, SqliteOpen::Immutable);
+    if (!db.damage().isEmpty())
+        tellDamage(db.damage());
     if (!db.hasTable(QStringLiteral("Files")))
-        throw Error(QStringLiteral("can not read %1. It has no table Files.").arg(path));
+        throw unreadable(QStringLiteral("can not read %1. It has no table Files.").arg(m_name));
     readRows(db, descriptorKey(db, password));
-    return m_loss;
-}
-
-/// A file that was cut off is opened for what is left of it.
-void CatalogueLoader::open(Sqlite3DB &db, const QString &path)
-{
-    try {
-        db.openThrow(path, SqliteOpen::Immutable);
-    } catch (const Error &error) {
-        if (!db.open(path, SqliteOpen::Salvage))
-            throw;
-        m_loss.skip(error.sentence());
-    }
+    return m_report;
 }
 
 void CatalogueLoader::readRows(const Sqlite3DB &db, const QByteArray &descriptorKey)
@@ -125,19 +121,18 @@ void CatalogueLoader::readRows(const Sqlite3DB &db, const QByteArray &descriptor
         countRow();
         try {
             if (!rows.read(record))
-                m_loss.skip(
-                    QStringLiteral("the record of %1, %2 cannot be read")
-                        .arg(QString::fromUtf8(record.domain), QString::fromUtf8(record.relativePath)));
+                leaveOut("IDS_ISSUE_FILE_RECORDS_DAMAGED");
         } catch (const Error &error) {
-            m_loss.skip(error.sentence());
+            leaveOut("IDS_ISSUE_CATALOGUE_ROWS_DAMAGED", error.sentence());
             continue;
         }
         insert(record);
     }
 }
 
-CatalogueLoss CatalogueLoader::loadMbdb(const QString &path)
+Report CatalogueLoader::loadMbdb(const QString &path)
 {
+    m_name = QStringLiteral("Manifest.mbdb");
     if (!QFileInfo(path).isFile())
         throw Error(QStringLiteral("can not open %1. It is no file.").arg(path));
     try {
@@ -148,18 +143,35 @@ CatalogueLoss CatalogueLoader::loadMbdb(const QString &path)
     } catch (const Error &error) {
         endEarly(error);
     }
-    return m_loss;
+    return m_report;
 }
 
 void CatalogueLoader::insert(const FileRecord &record)
 {
     if (record.domain.isEmpty())
         return;
-    if (record.domain.size() + record.relativePath.size() > longestPath)
-        m_loss.skip(QStringLiteral("a path of %1 bytes is longer than any device allows")
-                        .arg(record.relativePath.size()));
+    // What lies behind the end of a file that was cut off within a page is read as zeros.
+    const bool isCut = m_report.count("IDS_ISSUE_CATALOGUE_DAMAGED") > 0 &&
+                       (record.domain.contains('\0') || record.relativePath.contains('\0'));
+    if (isCut)
+        leaveOut("IDS_ISSUE_CATALOGUE_ROWS_DAMAGED");
+    else if (record.domain.size() + record.relativePath.size() > longestPath)
+        leaveOut("IDS_ISSUE_PATHS_TOO_LONG");
     else
         m_catalogue.insert(record);
+}
+
+void CatalogueLoader::leaveOut(const char *what, const QString &reason)
+{
+    m_report.add({.what = what, .where = m_name, .reason = reason});
+}
+
+/// Told once: what is broken when the file is opened breaks again when it is read.
+void CatalogueLoader::tellDamage(const QString &reason)
+{
+    qWarning("The catalogue of the backup is damaged: %s", qUtf8Printable(reason));
+    if (m_report.count("IDS_ISSUE_CATALOGUE_DAMAGED") == 0)
+        leaveOut("IDS_ISSUE_CATALOGUE_DAMAGED", reason);
 }
 
 void CatalogueLoader::countRow()
@@ -174,6 +186,5 @@ void CatalogueLoader::endEarly(const Error &error)
 {
     if (m_catalogue.size() == 0)
         throw error;
-    m_loss.skip(error.sentence());
-    qWarning("The catalogue of the backup is damaged: %s", error.what());
+    tellDamage(error.sentence());
 }

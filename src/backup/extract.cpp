@@ -11,8 +11,6 @@
 #include <QFileInfo>
 #include <QSet>
 
-#include <cerrno>
-
 namespace {
 using Index = FileCatalogue::Index;
 
@@ -64,11 +62,13 @@ public:
     {
     }
 
-    ExtractSummary run(const ExtractPlan &plan, Progress &progress);
+    Report run(const ExtractPlan &plan, Progress &progress);
     void noteMissing(const ExtractRequest &request)
     {
-        m_summary.failed.append({QString::fromUtf8(request.domain), QString::fromUtf8(request.relativePath),
-                                 QStringLiteral("the backup lists nothing there")});
+        m_report.add({.kind = IssueKind::Refused,
+                      .what = fileFailed,
+                      .where = QString::fromUtf8(request.domain + ' ' + request.relativePath),
+                      .reason = QStringLiteral("the backup lists nothing there")});
     }
 
 private:
@@ -83,7 +83,7 @@ private:
     QString m_target;
     Foreign m_foreign;
     std::unique_ptr<ExportMemory> m_memory; // where foreign files are kept
-    ExtractSummary m_summary;
+    Report m_report;
     QSet<std::size_t> m_taken;          // hashes of the places used in this run
     QSet<std::size_t> m_takenByFolders; // those of them that are folders
     QHash<QString, int> m_numbers;      // the last number given to a place that was taken
@@ -109,19 +109,25 @@ private:
     bool staysInside(const QString &place);
     std::uint64_t storedSize(Index record) const;
     QByteArray sourceOf(Index record) const;
-    ExtractNote note(Index record, const QString &reason) const;
+    QString where(Index record) const;
+    void tell(IssueKind kind, const char *what, Index record, const QString &reason = {});
 };
 
-ExtractNote Extraction::note(Index record, const QString &reason) const
+QString Extraction::where(Index record) const
 {
-    return {QString::fromUtf8(m_catalogue.domain(record)),
-            QString::fromUtf8(m_catalogue.relativePath(record)), reason};
+    return QString::fromUtf8(m_catalogue.domain(record)) + QLatin1Char(' ') +
+           QString::fromUtf8(m_catalogue.relativePath(record));
 }
 
-ExtractSummary Extraction::run(const ExtractPlan &plan, Progress &progress)
+void Extraction::tell(IssueKind kind, const char *what, Index record, const QString &reason)
+{
+    m_report.add({.kind = kind, .what = what, .where = where(record), .reason = reason});
+}
+
+Report Extraction::run(const ExtractPlan &plan, Progress &progress)
 {
     if (plan.items().empty())
-        return m_summary;
+        return m_report;
     requireTarget(m_target, m_backup.info().folder);
     if (m_foreign == Foreign::Kept)
         m_memory = std::make_unique<ExportMemory>(m_target);
@@ -136,7 +142,7 @@ ExtractSummary Extraction::run(const ExtractPlan &plan, Progress &progress)
     // Last, and from the bottom up: every file written into a folder changes the folder's time.
     for (auto folder = m_folders.crbegin(); folder != m_folders.crend(); ++folder)
         setFolderTime(folder->path, folder->time);
-    return m_summary;
+    return m_report;
 }
 
 void Extraction::extract(Index record, const QByteArray &landing, ExtractProgress &progress)
@@ -150,14 +156,14 @@ void Extraction::extract(Index record, const QByteArray &landing, ExtractProgres
     if (!place)
         return;
     if (m_catalogue.isLink(record))
-        m_summary.skipped.append(note(record, QStringLiteral("symbolic links are not made")));
+        tell(IssueKind::LeftOut, linkLeftOut, record);
     else if (isFolder)
         makeFolder(record, *place);
     else
         extractFile(record, *place, progress);
 }
 
-/// Where a record may be written. What would not stay inside the target is noted.
+/// Where a record may be written. What would not stay inside the target is told.
 std::optional<QString> Extraction::placeOf(Index record, const QByteArray &landing)
 {
     QString why;
@@ -177,7 +183,7 @@ std::optional<QString> Extraction::placeOf(Index record, const QByteArray &landi
         place.reset();
     }
     if (!place)
-        m_summary.skipped.append(note(record, why));
+        tell(IssueKind::Refused, fileFailed, record, why);
     return place;
 }
 
@@ -225,7 +231,7 @@ void Extraction::makeFolder(Index record, const QString &place)
 {
     // A link in the folder's place was not made by an earlier run, and leads who knows where.
     if (QFileInfo(place).isSymLink() || !QDir().mkpath(place)) {
-        m_summary.failed.append(note(record, QStringLiteral("can not create %1.").arg(place)));
+        tell(IssueKind::Refused, fileFailed, record, QStringLiteral("can not create %1.").arg(place));
         return;
     }
     if (m_catalogue.lastModified(record) != 0)
@@ -322,21 +328,21 @@ void Extraction::extractFile(Index record, const QString &wanted, ExtractProgres
 {
     const QString place = filePlace(record, wanted);
     if (isWhole(record, place)) {
-        ++m_summary.alreadyThere;
+        m_report.add({.kind = IssueKind::Remark, .what = filesThere});
     } else {
         try {
             fetch(record, place, progress);
         } catch (const Error &error) {
-            if (!hasRoom(m_target, storedSize(record)) || error.sentence().endsWith(qt_error_string(ENOSPC)))
+            if (!hasRoom(m_target, storedSize(record)) || error.kind() == ErrorKind::NoSpace)
                 throw;
-            m_summary.failed.append(note(record, error.sentence()));
+            m_report.add(fileFailed, error.at(where(record)));
             return;
         }
-        ++m_summary.copied;
+        ++m_report.done;
         remember(record, place);
     }
     if (m_backup.isLocked(record))
-        m_summary.locked.append(note(record, QStringLiteral("the password does not unlock its class")));
+        tell(IssueKind::Locked, fileLocked, record);
 }
 
 void Extraction::fetch(Index record, const QString &place, ExtractProgress &progress)
@@ -345,17 +351,19 @@ void Extraction::fetch(Index record, const QString &place, ExtractProgress &prog
     if (size == 0 && m_catalogue.sizeBytes(record) > 0 && QFileInfo::exists(m_backup.filePath(record)))
         throw Error(QStringLiteral("can not read %1. It is empty instead of %2 bytes long.")
                         .arg(m_backup.filePath(record))
-                        .arg(m_catalogue.sizeBytes(record)));
+                        .arg(m_catalogue.sizeBytes(record)),
+                    ErrorKind::Damaged, FileAccess::Reading);
     if (!hasRoom(m_target, size))
         throw Error(
-            QStringLiteral("can not write %1. The disk has no room for its %2 bytes.").arg(place).arg(size));
+            QStringLiteral("can not write %1. The disk has no room for its %2 bytes.").arg(place).arg(size),
+            ErrorKind::NoSpace, FileAccess::Writing);
     m_backup.fetchFile(record, place,
                        [&progress](std::uint64_t total, std::uint64_t done) { progress.bytes(total, done); });
 }
 } // namespace
 
-ExtractSummary extractFiles(BackupManifest &backup, const QList<ExtractRequest> &requests,
-                            const QString &target, Progress &progress)
+Report extractFiles(BackupManifest &backup, const QList<ExtractRequest> &requests, const QString &target,
+                    Progress &progress)
 {
     ExtractPlan plan(backup);
     Extraction extraction(backup, target, Foreign::Replaced);
@@ -369,8 +377,8 @@ ExtractSummary extractFiles(BackupManifest &backup, const QList<ExtractRequest> 
     return extraction.run(plan, progress);
 }
 
-ExtractSummary extractNodes(BackupManifest &backup, const std::vector<FileTree::Node> &nodes,
-                            const QString &target, Progress &progress)
+Report extractNodes(BackupManifest &backup, const std::vector<FileTree::Node> &nodes, const QString &target,
+                    Progress &progress)
 {
     ExtractPlan plan(backup);
     for (const FileTree::Node node : nodes)
@@ -378,8 +386,8 @@ ExtractSummary extractNodes(BackupManifest &backup, const std::vector<FileTree::
     return Extraction(backup, target, Foreign::Kept).run(plan, progress);
 }
 
-ExtractSummary extractNamed(BackupManifest &backup, const QList<NamedExtract> &files, const QString &target,
-                            Progress &progress)
+Report extractNamed(BackupManifest &backup, const QList<NamedExtract> &files, const QString &target,
+                    Progress &progress)
 {
     ExtractPlan plan(backup);
     for (const NamedExtract &file : files)

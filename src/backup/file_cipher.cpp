@@ -21,6 +21,11 @@ constexpr std::uint64_t pieceSize = 8 * chunkSize;
 constexpr std::uint64_t blockSize = 16 * pieceSize;
 constexpr std::uint64_t cipherBlock = AES_BLOCK_SIZE;
 
+Error damaged(const QString &sentence)
+{
+    return Error(sentence, ErrorKind::Damaged, FileAccess::Reading);
+}
+
 /// A source that is read up to the size it had when it was opened, so that a file that grows meanwhile gives
 /// what was there.
 class SourceReader
@@ -29,7 +34,7 @@ public:
     explicit SourceReader(const QString &path) : m_file(path)
     {
         if (!m_file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
-            throw Error(QStringLiteral("can not open %1. %2").arg(path, m_file.errorString()));
+            throw Error::ofFile(QStringLiteral("can not open %1. %2"), m_file, FileAccess::Reading);
         m_size = static_cast<std::uint64_t>(m_file.size());
     }
 
@@ -37,6 +42,7 @@ public:
     std::uint64_t remaining() const { return m_size - m_done; }
 
     std::uint64_t done() const { return m_done; }
+    void leaveOutLast(std::uint64_t bytes) { m_size -= bytes; }
 
     /// Reads the next bytes, as many as `room` or as remain. Throws Error(`shortRead`) when the file has
     /// become shorter.
@@ -48,10 +54,9 @@ public:
             const qint64 got =
                 m_file.read(reinterpret_cast<char *>(buffer + filled), static_cast<qint64>(wanted - filled));
             if (got < 0)
-                throw Error(
-                    QStringLiteral("can not read %1. %2").arg(m_file.fileName(), m_file.errorString()));
+                throw Error::ofFile(QStringLiteral("can not read %1. %2"), m_file, FileAccess::Reading);
             if (got == 0)
-                throw Error(shortRead);
+                throw damaged(shortRead);
             filled += static_cast<std::uint64_t>(got);
         }
         m_done += filled;
@@ -82,7 +87,7 @@ void reportChunks(const CopyProgress &progress, std::uint64_t total, std::uint64
 void requireKey(const QByteArray &key, const QString &path)
 {
     if (key.size() != AES256_KEY_SIZE)
-        throw Error(QStringLiteral("%1, the key has %2 bytes instead of 32.").arg(path).arg(key.size()));
+        throw damaged(QStringLiteral("%1, the key has %2 bytes instead of 32.").arg(path).arg(key.size()));
 }
 
 const std::uint8_t *octets(const QByteArray &bytes)
@@ -128,7 +133,7 @@ std::uint64_t paddingOf(const std::vector<std::uint8_t> &plain, std::uint64_t si
     if (last > 0 && last <= cipherBlock)
         return last;
     if (padding == Padding::Required)
-        throw Error(QStringLiteral("BackupManifest::decryptFile, last byte must GT 0 and LET 16"));
+        throw damaged(QStringLiteral("BackupManifest::decryptFile, last byte must GT 0 and LET 16"));
     return 0;
 }
 } // namespace
@@ -156,8 +161,10 @@ void decryptFile(const QByteArray &key, const QString &source, const Destination
     requireKey(key, source);
     SourceReader reader(source);
     TargetFile target(destination.path, destination.placing);
+    if (padding == Padding::KeepIfBroken)
+        reader.leaveOutLast(reader.size() % cipherBlock);
     if (reader.size() % cipherBlock != 0)
-        throw Error(QStringLiteral("%1, POLARSSL_ERR_AES_INVALID_INPUT_LENGTH (rd%16 != 0).").arg(source));
+        throw damaged(QStringLiteral("%1, POLARSSL_ERR_AES_INVALID_INPUT_LENGTH (rd%16 != 0).").arg(source));
 
     const auto threads =
         reader.size() > 2 * blockSize ? BackgroundWriter::Threads::Two : BackgroundWriter::Threads::One;

@@ -13,7 +13,8 @@ using CopyProgress = std::function<void(std::uint64_t totalBytes, std::uint64_t 
 /// What to do when the last byte of the decrypted content is no padding length.
 enum class Padding {
     Required,     // an error
-    KeepIfBroken, // everything is kept: some backups hold content that was captured in the middle of a write
+    KeepIfBroken, // all is kept, but for a part of a block that no cipher gives: some backups hold content that
+                  // was captured in the middle of a write, and a file that was cut off is read to its end
 };
 
 /// How a file comes to its place.

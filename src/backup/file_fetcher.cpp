@@ -1,10 +1,10 @@
 #include "backup/file_fetcher.h"
 
 #include "backup/target_file.h"
-#include "base/error.h"
 
 #include <QDir>
 #include <QFileInfo>
+#include <QtEndian>
 
 namespace {
 constexpr qsizetype keyPrefixSize = 4;
@@ -40,30 +40,61 @@ bool FileFetcher::hasContent(Index index) const
 
 QByteArray FileFetcher::key(Index index) const
 {
-    const QByteArrayView wrapped = m_catalogue.encryptionKey(index);
-    if (!m_info.encrypted || wrapped.size() <= keyPrefixSize)
+    const QByteArrayView stored = m_catalogue.encryptionKey(index);
+    if (!m_info.encrypted || stored.size() <= keyPrefixSize)
         return {};
-    return m_keybag.unwrapFileKey(m_catalogue.protectionClass(index), wrapped.sliced(keyPrefixSize));
+    const QByteArrayView wrapped = stored.sliced(keyPrefixSize);
+    QByteArray key = m_keybag.unwrapFileKey(m_catalogue.protectionClass(index), wrapped);
+    // A record may lack its class, which stands before the key too.
+    if (key.isEmpty())
+        key = m_keybag.unwrapFileKey(qFromLittleEndian<std::uint32_t>(stored.data()), wrapped);
+    return key;
 }
 
+/// Some plain backups say that they are encrypted: no file of theirs has a key.
+bool FileFetcher::anyFileHasKey() const
+{
+    std::call_once(m_keysSought, [this] {
+        for (Index i = 0; !m_anyFileHasKey && i < m_catalogue.size(); ++i)
+            m_anyFileHasKey = !m_catalogue.encryptionKey(i).isEmpty();
+    });
+    return m_anyFileHasKey;
+}
+
+/// Without a key of its own, whatever a file of an encrypted backup holds is ciphertext: its record was not
+/// readable. Only nothing is nothing either way.
 bool FileFetcher::isLocked(Index index) const
 {
-    return m_info.encrypted && !m_catalogue.encryptionKey(index).isEmpty() && key(index).isEmpty();
+    const bool hasKey = !m_catalogue.encryptionKey(index).isEmpty();
+    if (m_info.isManifestDamaged)
+        return hasKey;
+    if (!m_info.encrypted || m_catalogue.isDirectory(index) || m_catalogue.isLink(index))
+        return false;
+    if (hasKey)
+        return key(index).isEmpty();
+    return anyFileHasKey() && QFileInfo(path(index)).size() > 0;
 }
 
 QString FileFetcher::displayPath(Index index) const
 {
-    return QString::fromUtf8(m_catalogue.domain(index)) + QLatin1String(", ") +
+    return QString::fromUtf8(m_catalogue.domain(index)) + QLatin1Char(' ') +
            QString::fromUtf8(m_catalogue.relativePath(index));
+}
+
+Error FileFetcher::lockedError(Index index) const
+{
+    return Error(QStringLiteral("can not read %1. The password does not unlock it.").arg(displayPath(index)),
+                 ErrorKind::Locked, FileAccess::Reading)
+        .at(displayPath(index));
 }
 
 /// Also keeps pipes and devices away, which a folder of unknown origin may hold: reading them never ends.
 void FileFetcher::requireFile(Index index) const
 {
     if (m_catalogue.isDirectory(index))
-        throw Error(QStringLiteral("%1 is a folder and has no content.").arg(displayPath(index)));
+        throw Error(QStringLiteral("it is a folder and has no content."));
     if (m_catalogue.isLink(index))
-        throw Error(QStringLiteral("%1 is a symbolic link and has no content.").arg(displayPath(index)));
+        throw Error(QStringLiteral("it is a symbolic link and has no content."));
     const QFileInfo source(path(index));
     if (source.exists() && !source.isFile())
         throw Error(QStringLiteral("can not open %1. It is no file.").arg(source.filePath()));
@@ -71,23 +102,20 @@ void FileFetcher::requireFile(Index index) const
 
 FetchOutcome FileFetcher::fetch(Index index, const QString &destination, const CopyProgress &progress) const
 {
-    requireFile(index);
     const QByteArray fileKey = key(index);
     const Destination place{destination, m_catalogue.lastModified(index)};
-    FetchOutcome outcome = FetchOutcome::Decrypted;
-    if (fileKey.isEmpty()) {
-        copyFile(path(index), place, progress);
-        outcome = isLocked(index) ? FetchOutcome::CopiedLocked : FetchOutcome::Copied;
-    } else {
-        try {
+    try {
+        requireFile(index);
+        if (!fileKey.isEmpty()) {
             decryptFile(fileKey, path(index), place, progress);
-        } catch (const Error &error) {
-            if (error.sentence().contains(path(index)))
-                throw;
-            throw error.withContext(displayPath(index));
+            return FetchOutcome::Decrypted;
         }
+        copyFile(path(index), place, progress);
+    } catch (const Error &error) {
+        const bool isNamed = error.isWriting() || error.sentence().contains(path(index));
+        throw (isNamed ? error : error.withContext(displayPath(index))).at(displayPath(index));
     }
-    return outcome;
+    return isLocked(index) ? FetchOutcome::CopiedLocked : FetchOutcome::Copied;
 }
 
 FileFetcher::Index FileFetcher::firstEncryptedItem() const

@@ -1,6 +1,9 @@
 #pragma once
 
 #include "backup/backup_manifest.h"
+#include "base/error.h"
+
+#include <mutex>
 
 /// Sets access and modification time. A record without a time, and a file system that keeps none, leave the
 /// file with the time of the copy.
@@ -18,8 +21,12 @@ public:
 
     QString path(Index index) const;
     bool hasContent(Index index) const;
-    /// True when the content is of a class that the password does not unlock.
+    /// True when no key opens the content: its class is not one that the password unlocks, or its record lacks
+    /// the key.
     bool isLocked(Index index) const;
+    /// What is thrown where the content of such a file is asked for: as it is stored it is nobody's content.
+    Error lockedError(Index index) const;
+    /// Throws Error, which knows the file of the backup.
     FetchOutcome fetch(Index index, const QString &destination, const CopyProgress &progress) const;
     Index firstEncryptedItem() const;
 
@@ -27,8 +34,11 @@ private:
     const BackupInfo &m_info;
     const FileCatalogue &m_catalogue;
     const Keybag &m_keybag;
+    mutable std::once_flag m_keysSought;
+    mutable bool m_anyFileHasKey = false;
 
     QByteArray key(Index index) const;
+    bool anyFileHasKey() const;
     QString displayPath(Index index) const;
     void requireFile(Index index) const;
 };

@@ -4,6 +4,7 @@
 #include "base/error.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QtEndian>
 
 #include <nettle/aes.h>
@@ -119,7 +120,7 @@ void MBDBParser::read(const QString &path, const std::function<void(FileRecord &
     try {
         readBytes(bytes, sink);
     } catch (const Error &error) {
-        throw error.withContext(path);
+        throw error.withContext(QFileInfo(path).fileName());
     }
 }
 

@@ -27,9 +27,7 @@ QString PrivateCopies::fetch(Index index, const char *kind, std::uint64_t spareB
                              const CopyProgress &progress)
 {
     if (m_fetcher.isLocked(index))
-        throw Error(QStringLiteral("can not read %1, %2. It is of a class that the password does not unlock.")
-                        .arg(QString::fromUtf8(m_catalogue.domain(index)),
-                             QString::fromUtf8(m_catalogue.relativePath(index))));
+        throw m_fetcher.lockedError(index);
     const auto size = static_cast<std::uint64_t>(QFileInfo(m_fetcher.path(index)).size());
     const QString copy =
         QStringLiteral("%1/%2/%3/%4")

@@ -11,9 +11,21 @@
 #include <system_error>
 
 namespace {
-Error cannotCreate(const QString &path, const QString &reason)
+Error cannotCreate(const QString &path, const QString &reason, ErrorKind kind)
 {
-    return Error(QStringLiteral("can not create %1. %2").arg(path, reason));
+    return Error(QStringLiteral("can not create %1. %2").arg(path, reason), kind, FileAccess::Writing);
+}
+
+ErrorKind kindOf(const QFile &file)
+{
+    return Error::ofFile(QStringLiteral("%1 %2"), file, FileAccess::Writing).kind();
+}
+
+ErrorKind kindOf(const std::error_code &error)
+{
+    if (error == std::errc::no_space_on_device)
+        return ErrorKind::NoSpace;
+    return error == std::errc::permission_denied ? ErrorKind::Denied : ErrorKind::Other;
 }
 
 std::filesystem::path nativePath(const QString &path)
@@ -33,7 +45,8 @@ TargetFile::TargetFile(const QString &path, Placing placing) : m_path(path)
 {
     const QString folder = QFileInfo(path).path();
     if (!QDir().mkpath(folder))
-        throw cannotCreate(path, QStringLiteral("The folder %1 cannot be made.").arg(folder));
+        throw cannotCreate(path, QStringLiteral("The folder %1 cannot be made.").arg(folder),
+                           ErrorKind::Other);
     if (placing == Placing::InPlace) {
         m_file.setFileName(path);
         m_file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered,
@@ -42,7 +55,7 @@ TargetFile::TargetFile(const QString &path, Placing placing) : m_path(path)
         openBeside();
     }
     if (!m_file.isOpen())
-        throw cannotCreate(path, m_file.errorString());
+        throw cannotCreate(path, m_file.errorString(), kindOf(m_file));
 }
 
 bool TargetFile::open(const QString &path)
@@ -73,9 +86,10 @@ TargetFile::~TargetFile()
     }
 }
 
-void TargetFile::failWriting(const QString &reason) const
+void TargetFile::failWriting() const
 {
-    throw Error(QStringLiteral("can not write %1. %2").arg(m_path, reason));
+    throw Error(QStringLiteral("can not write %1. %2").arg(m_path, m_file.errorString()), kindOf(m_file),
+                FileAccess::Writing);
 }
 
 void TargetFile::write(const char *bytes, qint64 size)
@@ -84,7 +98,7 @@ void TargetFile::write(const char *bytes, qint64 size)
     while (size > 0) {
         const qint64 written = m_file.write(bytes, size);
         if (written <= 0)
-            failWriting(m_file.errorString());
+            failWriting();
         bytes += written;
         size -= written;
     }
@@ -99,12 +113,12 @@ void TargetFile::commit(std::uint32_t unixSeconds)
     }
     m_file.close();
     if (m_file.error() != QFileDevice::NoError)
-        failWriting(m_file.errorString());
+        failWriting();
     if (m_file.fileName() != m_path) {
         std::error_code error;
         std::filesystem::rename(nativePath(m_file.fileName()), nativePath(m_path), error);
         if (error)
-            throw cannotCreate(m_path, QString::fromStdString(error.message()));
+            throw cannotCreate(m_path, QString::fromStdString(error.message()), kindOf(error));
     }
     m_committed = true;
 }

@@ -33,5 +33,5 @@ private:
 
     bool open(const QString &path);
     void openBeside();
-    [[noreturn]] void failWriting(const QString &reason) const;
+    [[noreturn]] void failWriting() const;
 };

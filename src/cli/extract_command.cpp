@@ -9,6 +9,8 @@
 #include <CLI/CLI.hpp>
 #include <QDir>
 
+#include <algorithm>
+
 namespace {
 struct ExtractArguments
 {
@@ -28,9 +30,10 @@ struct ExtractJob
 ExitStatus extract(const ExtractJob &job, const PasswordOption &password, CommandContext &context)
 {
     const auto backup = openBackup(job.backup, password, context.progress);
-    const ExtractSummary summary =
+    const Report report =
         extractFiles(*backup, job.requests, QDir(job.target).absolutePath(), context.progress);
-    return tellExtraction(summary, context);
+    const ExitStatus ofCatalogue = context.report(reportOf(backup.get()));
+    return std::max(ofCatalogue, tellExtraction(report, context));
 }
 
 ExtractJob jobOf(const ExtractArguments &arguments)

@@ -1,36 +1,51 @@
 #include "cli/extract_report.h"
 
-#include <algorithm>
+#include "base/texts.h"
 
 namespace {
 // An application may hold thousands of links, none of which anybody misses.
-constexpr qsizetype mostSkippedLines = 20;
+constexpr qsizetype mostHarmlessLines = 20;
 
-void tellNotes(const QList<ExtractNote> &notes, const QString &what, CommandContext &context)
+QString lineOf(const Issue &issue, const QString &verb)
 {
-    for (const ExtractNote &note : notes)
-        context.tell(QStringLiteral("%1 %2: %3: %4").arg(note.domain, note.relativePath, what, note.reason));
+    const QString line = QStringLiteral("%1: %2").arg(issue.where, verb);
+    return issue.reason.isEmpty() ? line : QStringLiteral("%1: %2").arg(line, issue.reason);
 }
 
-void tellSkipped(const QList<ExtractNote> &notes, CommandContext &context)
+QStringList linesOf(const Report &report, const char *what, const QString &verb)
 {
-    tellNotes(notes.first(std::min(mostSkippedLines, notes.size())), QStringLiteral("skipped"), context);
-    if (notes.size() > mostSkippedLines)
-        context.tell(QStringLiteral("and %1 more were skipped").arg(notes.size() - mostSkippedLines));
+    QStringList lines;
+    for (const Issue &issue : report.issues())
+        if (qstrcmp(issue.what, what) == 0)
+            lines.append(lineOf(issue, verb));
+    return lines;
+}
+
+void tellSome(const QStringList &lines, const QString &done, CommandContext &context)
+{
+    for (const QString &line : lines.first(std::min(mostHarmlessLines, lines.size())))
+        context.tell(line);
+    if (lines.size() > mostHarmlessLines)
+        context.tell(QStringLiteral("and %1 more were %2").arg(lines.size() - mostHarmlessLines).arg(done));
 }
 } // namespace
 
-ExitStatus tellExtraction(const ExtractSummary &summary, CommandContext &context)
+ExitStatus tellExtraction(const Report &report, CommandContext &context)
 {
     context.progress.clear();
-    tellNotes(summary.failed, QStringLiteral("failed"), context);
-    tellSkipped(summary.skipped, context);
-    tellNotes(summary.locked, QStringLiteral("copied as stored"), context);
-    QString counts = QStringLiteral("%1 files extracted, %2 were there already")
-                         .arg(summary.copied)
-                         .arg(summary.alreadyThere);
-    if (!summary.failed.isEmpty())
-        counts += QStringLiteral(", %1 failed").arg(summary.failed.size());
+    for (const QString &line : linesOf(report, fileFailed, QStringLiteral("failed")))
+        context.tell(line);
+    for (const QString &line : linesOf(report, fileLocked, QStringLiteral("copied as stored: the password does not unlock its class")))
+        context.tell(line);
+    tellSome(linesOf(report, linkLeftOut, QStringLiteral("skipped: symbolic links are not made")),
+             QStringLiteral("skipped"), context);
+    tellSome(linesOf(report, fileRenamed, QStringLiteral("written as")), QStringLiteral("renamed"), context);
+    QString counts = textFor("IDS_FILES_EXTRACTED", report.done) + QStringLiteral(", ") +
+                     textFor("IDS_WERE_THERE", report.count(filesThere));
+    if (const qint64 failed = report.count(fileFailed); failed > 0)
+        counts += QStringLiteral(", %1 failed").arg(failed);
+    if (const qint64 locked = report.count(fileLocked); locked > 0)
+        counts += QStringLiteral(", %1 still encrypted").arg(locked);
     context.tell(counts);
-    return summary.failed.isEmpty() ? ExitStatus::Done : ExitStatus::Failed;
+    return report.isFailure() ? ExitStatus::Failed : ExitStatus::Done;
 }

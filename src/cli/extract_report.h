@@ -4,4 +4,4 @@
 #include "cli/command.h"
 
 /// Tells what an extraction did, and gives the status that it ends with.
-ExitStatus tellExtraction(const ExtractSummary &summary, CommandContext &context);
+ExitStatus tellExtraction(const Report &report, CommandContext &context);

@@ -105,7 +105,7 @@ ExitStatus files(const FilesRequest &request, const PasswordOption &password, Co
             writePlain(line, catalogue, index);
         context.out.write(line);
     }
-    return ExitStatus::Done;
+    return context.report(backup->report());
 }
 } // namespace
 

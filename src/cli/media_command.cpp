@@ -108,8 +108,8 @@ QList<NamedExtract> cameraFiles(const BackupManifest &backup, CameraRollKind kin
     return files;
 }
 
-ExtractSummary extractClass(DataClass dataClass, BackupManifest &backup, const QString &target,
-                            Report &report, CommandContext &context)
+Report extractClass(DataClass dataClass, BackupManifest &backup, const QString &target, Report &report,
+                    CommandContext &context)
 {
     const FileCatalogue &catalogue = backup.catalogue();
     switch (dataClass) {
@@ -161,8 +161,7 @@ ExitStatus exportMedia(DataClass dataClass, const QString &source, const QString
 {
     const auto backup = openMediaSource(dataClass, source, password, context.progress);
     Report report = reportOf(backup.get());
-    const ExtractSummary summary =
-        extractClass(dataClass, *backup, QDir(target).absolutePath(), report, context);
-    const ExitStatus extracted = tellExtraction(summary, context);
-    return std::max(extracted, context.report(report));
+    const Report extracted = extractClass(dataClass, *backup, QDir(target).absolutePath(), report, context);
+    const ExitStatus read = context.report(report);
+    return std::max(read, tellExtraction(extracted, context));
 }

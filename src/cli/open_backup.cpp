@@ -41,13 +41,7 @@ void unlock(BackupManifest &backup, const QString &folder, const PasswordOption 
 
 Report reportOf(const BackupManifest *backup)
 {
-    Report report;
-    if (backup && backup->skippedRows() > 0)
-        report.add({.kind = IssueKind::Damaged,
-                    .what = "IDS_ISSUE_CATALOGUE_ROWS",
-                    .count = backup->skippedRows(),
-                    .reason = backup->skippedReason()});
-    return report;
+    return backup ? backup->report() : Report();
 }
 
 void readOrReportAbsent(Report &report, const std::function<void()> &read)

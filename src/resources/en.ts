@@ -1087,6 +1087,90 @@
         <source>IDS_SEARCHING</source>
         <translation>Searching...</translation>
     </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_CATALOGUE_DAMAGED</source>
+        <translation>
+            <numerusform>%n list of files, %1, is damaged, and what stands behind the damage is missing: %2</numerusform>
+            <numerusform>%n lists of files, %1, are damaged, and what stands behind the damage is missing: %2</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_CATALOGUE_ROWS_DAMAGED</source>
+        <translation>
+            <numerusform>%n entry of %1 cannot be read and is left out. %2</numerusform>
+            <numerusform>%n entries of %1 cannot be read and are left out. %2</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_FILE_RECORDS_DAMAGED</source>
+        <translation>
+            <numerusform>%n entry of %1 is damaged: of its file nothing but the name is known</numerusform>
+            <numerusform>%n entries of %1 are damaged: of their files nothing but the names are known</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_PATHS_TOO_LONG</source>
+        <translation>
+            <numerusform>%n entry of %1 is left out, since its path is longer than any device allows</numerusform>
+            <numerusform>%n entries of %1 are left out, since their paths are longer than any device allows</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_DESCRIPTION_DAMAGED</source>
+        <translation>
+            <numerusform>%n file that describes the backup is damaged, and what it says is missing: %1</numerusform>
+            <numerusform>%n files that describe the backup are damaged, and what they say is missing: %1</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_FILES_FAILED</source>
+        <translation>
+            <numerusform>%n file cannot be copied: %1: %2</numerusform>
+            <numerusform>%n files cannot be copied: %1: %2</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_FILES_LOCKED</source>
+        <translation>
+            <numerusform>%n file stays encrypted, since the password does not unlock it, and is copied as it is stored: %1</numerusform>
+            <numerusform>%n files stay encrypted, since the password does not unlock them, and are copied as they are stored: %1</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_FILES_RENAMED</source>
+        <translation>
+            <numerusform>%n file gets another name: %1 is written as %2</numerusform>
+            <numerusform>%n files get another name: %1 are written as %2</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_LINKS_LEFT_OUT</source>
+        <translation>
+            <numerusform>%n symbolic link is not made: %1</numerusform>
+            <numerusform>%n symbolic links are not made: %1</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_FILES_THERE</source>
+        <translation>
+            <numerusform>%n file was there already</numerusform>
+            <numerusform>%n files were there already</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_FILES_EXTRACTED</source>
+        <translation>
+            <numerusform>%n file extracted</numerusform>
+            <numerusform>%n files extracted</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_WERE_THERE</source>
+        <translation>
+            <numerusform>%n was there already</numerusform>
+            <numerusform>%n were there already</numerusform>
+        </translation>
+    </message>
     <message>
         <source>IDS_FAILED_FILES_%1</source>
         <translation>%1 files could not be copied:</translation>
@@ -1096,8 +1180,12 @@
         <translation>%1 entries were skipped:</translation>
     </message>
     <message>
-        <source>IDS_SKIPPED_ROWS_%1_%2</source>
-        <translation>The backup is open, but %1 entries in its list of files could not be read and were left out. %2</translation>
+        <source>IDS_RENAMED_FILES_%1</source>
+        <translation>%1 files got another name:</translation>
+    </message>
+    <message>
+        <source>IDS_OPENED_WITH_DAMAGE_%1</source>
+        <translation>The backup is open, but it is damaged. %1</translation>
     </message>
     <message>
         <source>IDS_FILTER_TEXT_FILES</source>
@@ -1624,13 +1712,6 @@
         <translation>
             <numerusform>%1 cannot be counted: %2</numerusform>
             <numerusform>%1 cannot be counted: %2</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>IDS_ISSUE_CATALOGUE_ROWS</source>
-        <translation>
-            <numerusform>%n row of the backup's catalogue cannot be read: %2</numerusform>
-            <numerusform>%n rows of the backup's catalogue cannot be read: %2</numerusform>
         </translation>
     </message>
     <message numerus="yes">

@@ -4,24 +4,26 @@
 #include "work/summary_text.h"
 
 namespace {
-QStringList linesOf(const QList<ExtractNote> &notes)
+QStringList linesOf(const Report &report, const char *what)
 {
     QStringList lines;
-    for (const ExtractNote &note : notes)
-        lines << (note.reason.isEmpty() ? note.relativePath
-                                        : QStringLiteral("%1: %2").arg(note.relativePath, note.reason));
+    for (const Issue &issue : report.issues())
+        if (qstrcmp(issue.what, what) == 0)
+            lines << (issue.reason.isEmpty() ? issue.where
+                                             : QStringLiteral("%1: %2").arg(issue.where, issue.reason));
     return lines;
 }
 } // namespace
 
-QString fileExportText(const ExtractSummary &summary, const char *successKey)
+QString fileExportText(const Report &report, const char *successKey)
 {
-    QString text = textFor(successKey).arg(summary.copied);
-    if (summary.alreadyThere > 0)
-        text += QStringLiteral("\n\n") + textFor("IDS_%1_FILES_ALREADY_THERE").arg(summary.alreadyThere);
-    return text + listedProblems("IDS_FAILED_FILES_%1", linesOf(summary.failed)) +
-           listedProblems("IDS_SKIPPED_FILES_%1", linesOf(summary.skipped)) +
-           listedProblems("IDS_LOCKED_FILES_%1", linesOf(summary.locked));
+    QString text = textFor(successKey).arg(report.done);
+    if (const qint64 there = report.count(filesThere); there > 0)
+        text += QStringLiteral("\n\n") + textFor("IDS_%1_FILES_ALREADY_THERE").arg(there);
+    return text + listedProblems("IDS_FAILED_FILES_%1", linesOf(report, fileFailed)) +
+           listedProblems("IDS_LOCKED_FILES_%1", linesOf(report, fileLocked)) +
+           listedProblems("IDS_RENAMED_FILES_%1", linesOf(report, fileRenamed)) +
+           listedProblems("IDS_SKIPPED_FILES_%1", linesOf(report, linkLeftOut));
 }
 
 ExportBKFileThread::ExportBKFileThread(OpenBackupPtr backup, FileExport files, QString folder,
@@ -38,8 +40,8 @@ QString ExportBKFileThread::work(Progress &progress)
     const BackupUse use(*m_backup, progress);
     BackupManifest &manifest = m_backup->manifest();
     const auto *nodes = std::get_if<std::vector<FileTree::Node>>(&m_files);
-    const ExtractSummary summary =
+    const ::Report report =
         nodes ? extractNodes(manifest, *nodes, m_folder, progress)
               : extractNamed(manifest, std::get<QList<NamedExtract>>(m_files), m_folder, progress);
-    return fileExportText(summary, m_successKey) + listedProblems("IDS_WITHOUT_FILE_%1", m_withoutFile);
+    return fileExportText(report, m_successKey) + listedProblems("IDS_WITHOUT_FILE_%1", m_withoutFile);
 }

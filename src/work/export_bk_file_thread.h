@@ -11,7 +11,7 @@
 using FileExport = std::variant<std::vector<FileTree::Node>, QList<NamedExtract>>;
 
 /// How many files were copied (the text of `successKey`), followed by what was left out and why.
-QString fileExportText(const ExtractSummary &summary, const char *successKey);
+QString fileExportText(const Report &report, const char *successKey);
 
 /// Copies files out of a backup.
 class ExportBKFileThread : public WorkerThread

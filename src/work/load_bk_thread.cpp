@@ -108,8 +108,7 @@ LoadBkThread::LoadBkThread(OpenBackupPtr backup) : m_backup(std::move(backup)) {
 QString LoadBkThread::work(Progress &progress)
 {
     m_counts = loadBackup(*m_backup, progress);
-    const BackupManifest &manifest = m_backup->manifest();
-    if (manifest.skippedRows() == 0)
-        return {};
-    return textFor("IDS_SKIPPED_ROWS_%1_%2").arg(manifest.skippedRows()).arg(manifest.skippedReason());
+    const QStringList problems = problemsOf(m_backup->manifest().report());
+    return problems.isEmpty() ? QString()
+                              : textFor("IDS_OPENED_WITH_DAMAGE_%1").arg(problems.join(QStringLiteral(". ")));
 }

@@ -201,13 +201,19 @@ void TestBackupInfo::badManifests()
     QFETCH(QByteArray, bytes);
     QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("Manifest.plist"));
-    writeFile(path, bytes);
-    try {
-        readBackupInfo(folder.path());
-        QFAIL("no error");
-    } catch (const Error &error) {
-        QCOMPARE(error.sentence(), QStringLiteral("can not read %1. It is no property list.").arg(path));
+    writeFile(path, manifestOf(QStringLiteral("i"), QStringLiteral("n")).serialise(CFType::Format::Binary));
+    QVERIFY(readBackupInfo(folder.path()).report.isEmpty());
+    writeFile(folder.filePath(QStringLiteral("Manifest.db")), QByteArray("SQLite format 3\0", 16));
+    const char *const names[] = {"Manifest.plist", "Info.plist", "Status.plist"};
+    for (const char *name : names) {
+        writeFile(folder.filePath(QLatin1String(name)), bytes);
+        const BackupInfo info = readBackupInfo(folder.path());
+        QCOMPARE(info.deviceId, QString());
+        QVERIFY(info.report.issues().contains(
+            Issue{.what = "IDS_ISSUE_DESCRIPTION_DAMAGED", .where = QLatin1String(name)}));
     }
+    writeFile(folder.filePath(QStringLiteral("Manifest.db")), "ciphertext");
+    QVERIFY_EXCEPTION_THROWN(readBackupInfo(folder.path()), Error);
     QFile::remove(path);
     try {
         readBackupInfo(folder.path());

@@ -4,6 +4,8 @@
 #include "backup/cf_type.h"
 #include "backup/leftovers.h"
 #include "backup/sqlite_header.h"
+#include "sample/catalogue_record.h"
+#include "sample/keyed_archive.h"
 #include "sqlite/sqlite3_db.h"
 #include "support/dying_process.h"
 
@@ -32,6 +34,10 @@ private slots:
     void placeThatCannotBeWritten();
     void twoAtOnce();
     void firstItem();
+    void recordsAndKeys_data();
+    void recordsAndKeys();
+    void damagedManifest();
+    void catalogueCutOff();
 };
 
 namespace {
@@ -102,7 +108,7 @@ void TestEncryptedBackup::variants()
     {
         const auto backup = fixture.opened();
         QCOMPARE(int(backup->catalogue().size()), fixture.summary.counts.catalogueRows);
-        QCOMPARE(backup->skippedRows(), 0);
+        QVERIFY(backup->report().isEmpty());
         const auto index = backup->wellKnown(WellKnown::MessageDatabase);
         QCOMPARE(qint64(backup->catalogue().lastModified(index)),
                  fixture.summary.file(u"HomeDomain"_s, u"Library/SMS/sms.db"_s)->modified);
@@ -212,8 +218,8 @@ void TestEncryptedBackup::descriptorsThatDoNotDecrypt()
     const auto backup = fixture.opened();
     QCOMPARE(backup->catalogue().find("HomeDomain", "fifteen"), FileCatalogue::none);
     QVERIFY(backup->catalogue().find("HomeDomain", "noise") != FileCatalogue::none);
-    QCOMPARE(backup->skippedRows(), 3);
-    QCOMPARE(backup->skippedReason(), u"MBDBParser::decryptFileDesc, size % 16 != 0."_s);
+    QCOMPARE(backup->report().count("IDS_ISSUE_CATALOGUE_ROWS_DAMAGED"), 1);
+    QCOMPARE(backup->report().count("IDS_ISSUE_FILE_RECORDS_DAMAGED"), 2);
 }
 
 void TestEncryptedBackup::catalogueIsThereUntilItIsRead()
@@ -338,6 +344,98 @@ void TestEncryptedBackup::firstItem()
     const auto unencrypted = other.opened();
     QCOMPARE(errorOf([&] { unencrypted->firstEncryptedItem(); }),
              u"BackupManifest::firstEncryptedItem, no valid keys"_s);
+}
+
+void TestEncryptedBackup::recordsAndKeys_data()
+{
+    using Change = std::function<void(sample::CatalogueRecord &)>;
+    QTest::addColumn<Change>("change");
+    QTest::addColumn<bool>("locked");
+    const auto row = [](const char *name, bool locked, const Change &change) {
+        QTest::newRow(name) << change << locked;
+    };
+    row("as it is", false, [](auto &) {});
+    row("no class", false, [](auto &record) { record.protectionClass = 0; });
+    row("another class than that of the key", false, [](auto &record) { record.protectionClass = 11; });
+    row("no key", true, [](auto &record) { record.encryptionKey.clear(); });
+    row("key of another file", true, [](auto &record) { record.encryptionKey.replace(4, 40, QByteArray(40, 'k')); });
+    row("key cut off", true, [](auto &record) { record.encryptionKey.chop(1); });
+    row("no key, and stands for a link", false, [](auto &record) {
+        record.encryptionKey.clear();
+        record.mode = modeLink;
+    });
+}
+
+// Whatever no key opens is never taken for content.
+void TestEncryptedBackup::recordsAndKeys()
+{
+    QFETCH(std::function<void(sample::CatalogueRecord &)>, change);
+    QFETCH(bool, locked);
+    SampleOptions options = encrypted();
+    options.protection = SampleOptions::Protection::Single;
+    const BackupFixture fixture(options);
+    const SourceFile database{u"HomeDomain"_s, u"Library/SMS/sms.db"_s};
+    const FileRecord known = [&] {
+        const auto backup = fixture.opened();
+        return backup->catalogue().record(backup->catalogue().find("HomeDomain", "Library/SMS/sms.db"));
+    }();
+    sample::CatalogueRecord record;
+    record.relativePath = database.relativePath;
+    record.encryptionKey = known.encryptionKey;
+    record.protectionClass = known.protectionClass;
+    record.mode = known.mode;
+    change(record);
+    {
+        Sqlite3DB db;
+        db.openThrow(fixture.folder() + u"/Manifest.db"_s, SqliteOpen::ReadWrite);
+        Sqlite3Sql sql(u"update Files set file=? where relativePath='Library/SMS/sms.db'"_s);
+        sql.addBlobParam(archivedFileRecord(record, sample::RecordLayout::RootFirst));
+        db.executeThrow(sql);
+    }
+    const auto backup = fixture.opened();
+    QCOMPARE(backup->isLocked(database), locked);
+    try {
+        const auto copy = backup->fetchDatabase(database);
+        QVERIFY(!locked && hasSqliteHeader(*copy));
+    } catch (const Error &error) {
+        QCOMPARE(error.kind(), locked ? ErrorKind::Locked : ErrorKind::Other);
+        QCOMPARE(error.where(), u"HomeDomain Library/SMS/sms.db"_s);
+    }
+}
+
+// Nothing but its Manifest.plist tells whether a backup is encrypted: what has a key may be ciphertext.
+void TestEncryptedBackup::damagedManifest()
+{
+    SampleOptions options = encrypted();
+    options.protection = SampleOptions::Protection::Single;
+    const BackupFixture fixture(options);
+    writeFile(fixture.folder() + u"/Manifest.plist"_s, "damaged");
+    const auto backup = fixture.opened();
+    QCOMPARE(backup->report().count("IDS_ISSUE_DESCRIPTION_DAMAGED"), 1);
+    QVERIFY(backup->isLocked({u"HomeDomain"_s, u"Library/SMS/sms.db"_s}));
+    const BackupFixture other(encrypted());
+    writeFile(other.folder() + u"/Manifest.plist"_s, "damaged");
+    QVERIFY(errorOf([&] { other.opened(); }).contains(u"Manifest.plist"_s));
+}
+
+void TestEncryptedBackup::catalogueCutOff()
+{
+    SampleOptions options = encrypted();
+    options.files = 500;
+    const BackupFixture fixture(options);
+    const QString path = fixture.folder() + u"/Manifest.db"_s;
+    const QByteArray whole = contentOf(path);
+    for (const int percent : {50, 70, 90}) {
+        QVERIFY(QFile::resize(path, whole.size() * percent / 100 + 5));
+        const auto backup = fixture.opened();
+        QVERIFY(int(backup->catalogue().size()) <= fixture.summary.counts.catalogueRows);
+        const QStringList problems = problemsOf(backup->report());
+        QVERIFY(!problems.isEmpty());
+        QCOMPARE(backup->report().count("IDS_ISSUE_CATALOGUE_DAMAGED"), 1);
+        QVERIFY2(problems.first().startsWith(u"1 list of files, Manifest.db"_s) &&
+                     !problems.first().contains(u"decrypted"_s) && !problems.first().contains(fixture.folder()),
+                 qPrintable(problems.first()));
+    }
 }
 
 QTEST_GUILESS_MAIN(TestEncryptedBackup)

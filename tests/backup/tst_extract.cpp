@@ -48,7 +48,7 @@ SampleOptions small(const std::vector<SampleRow> &rows = {})
     return options;
 }
 
-ExtractSummary extractAll(const BackupFixture &fixture, const QList<ExtractRequest> &requests)
+Report extractAll(const BackupFixture &fixture, const QList<ExtractRequest> &requests)
 {
     NoProgress progress;
     return extractFiles(*fixture.opened(), requests, fixture.path(u"target"_s), progress);
@@ -99,8 +99,8 @@ void TestExtract::landings()
 {
     QFETCH(QList<ExtractRequest>, requests);
     QDir(m_fixture->path(u"target"_s)).removeRecursively();
-    const ExtractSummary summary = extractAll(*m_fixture, requests);
-    QVERIFY(summary.failed.isEmpty() && summary.skipped.isEmpty());
+    const Report summary = extractAll(*m_fixture, requests);
+    QVERIFY(summary.isEmpty());
     QTEST(listing(m_fixture->path(u"target"_s)), "expected");
 }
 
@@ -128,11 +128,12 @@ void TestExtract::everyContent()
     QStringList locked;
     for (const SampleFile &file : fixture.summary.files) {
         const QString target = fixture.path(u"target/"_s + file.fileId);
-        const ExtractSummary summary =
+        const Report summary =
             extractFiles(*backup, {{file.domain.toUtf8(), file.relativePath.toUtf8()}}, target, progress);
-        QCOMPARE(summary.copied, file.stored ? 1 : 0);
-        QCOMPARE(summary.failed.size(), file.stored ? 0 : 1);
-        QCOMPARE(summary.locked.size(), file.locked ? 1 : 0);
+        QCOMPARE(summary.done, file.stored ? 1 : 0);
+        QCOMPARE(summary.count(fileFailed), file.stored ? 0 : 1);
+        QCOMPARE(summary.count(fileLocked), file.locked ? 1 : 0);
+        QCOMPARE(summary.isFailure(), file.locked || !file.stored);
         if (!file.stored)
             continue;
         ++stored;
@@ -162,20 +163,20 @@ void TestExtract::secondRunLeavesWhatIsWhole()
     const auto backup = fixture.opened();
     NoProgress progress;
     const QString target = fixture.path(u"target"_s);
-    const ExtractSummary first = extractFiles(*backup, wholeDomains(*backup), target, progress);
+    const Report first = extractFiles(*backup, wholeDomains(*backup), target, progress);
     const QString before = fingerprint(target);
-    const ExtractSummary second = extractFiles(*backup, wholeDomains(*backup), target, progress);
-    QCOMPARE(second.copied, 0);
-    QCOMPARE(second.alreadyThere, first.copied);
-    QCOMPARE(second.locked, first.locked);
+    const Report second = extractFiles(*backup, wholeDomains(*backup), target, progress);
+    QCOMPARE(second.done, 0);
+    QCOMPARE(second.count(filesThere), first.done);
+    QCOMPARE(second.count(fileLocked), first.count(fileLocked));
     QCOMPARE(fingerprint(target), before);
 
     const QString database = target + u"/Library/SMS/sms.db"_s;
     const QByteArray whole = contentOf(database);
     writeFile(database, whole.chopped(100));
     QFile::remove(target + u"/Library/AddressBook/AddressBook.sqlitedb"_s);
-    const ExtractSummary third = extractFiles(*backup, wholeDomains(*backup), target, progress);
-    QVERIFY(third.copied >= 1 && third.copied <= 2);
+    const Report third = extractFiles(*backup, wholeDomains(*backup), target, progress);
+    QVERIFY(third.done >= 1 && third.done <= 2);
     QCOMPARE(contentOf(database), whole);
     QCOMPARE(fingerprint(target), before);
 }
@@ -192,12 +193,12 @@ void TestExtract::equalNames()
                                             {"Odd", "c/x.tar.gz"},
                                             {"Odd", "colon:name"},
                                             {"Odd", "colon?name"}};
-    QCOMPARE(extractAll(fixture, requests).copied, 5);
+    QCOMPARE(extractAll(fixture, requests).done, 5);
     const QString target = fixture.path(u"target/"_s);
     QCOMPARE(listing(target),
              QStringList({u"colon_name"_s, u"colon_name(1)"_s, u"x(1).gz"_s, u"x(2).gz"_s, u"x.tar.gz"_s}));
     QCOMPARE(contentOf(target + u"x(2).gz"_s), QByteArray("3"));
-    QCOMPARE(extractAll(fixture, requests).alreadyThere, 5);
+    QCOMPARE(extractAll(fixture, requests).count(filesThere), 5);
 }
 
 void TestExtract::namesMadeSafe()
@@ -205,7 +206,7 @@ void TestExtract::namesMadeSafe()
     const BackupFixture fixture(small({{u"Odd"_s, u"aux/con.tar.gz"_s, "1"},
                                        {u"Odd"_s, u"aux/$$con$$.tar.gz"_s, "2"},
                                        {u"Odd"_s, u"aux/b:c"_s, "3"}}));
-    QCOMPARE(extractAll(fixture, {{"Odd", ""}, {"Odd", "aux/b:c"}}).copied, 4);
+    QCOMPARE(extractAll(fixture, {{"Odd", ""}, {"Odd", "aux/b:c"}}).done, 4);
     QCOMPARE(listing(fixture.path(u"target"_s)),
              QStringList({u"$$aux$$"_s, u"$$aux$$/$$con$$(1).gz"_s, u"$$aux$$/$$con$$.tar.gz"_s,
                           u"$$aux$$/b_c"_s, u"b_c"_s}));
@@ -216,7 +217,7 @@ void TestExtract::equalNamesOfFullLength()
     const QString name = QString(125, u'\u00fc') + u".html"_s;
     const BackupFixture fixture(small({{u"Odd"_s, u"a/"_s + name, "1"}, {u"Odd"_s, u"b/"_s + name, "2"}}));
     const QList<ExtractRequest> requests = {{"Odd", "a/" + name.toUtf8()}, {"Odd", "b/" + name.toUtf8()}};
-    QCOMPARE(extractAll(fixture, requests).copied, 2);
+    QCOMPARE(extractAll(fixture, requests).done, 2);
     QCOMPARE(listing(fixture.path(u"target"_s)),
              QStringList({QString(123, u'\u00fc') + u"(1).html"_s, name}));
 }
@@ -232,7 +233,7 @@ void TestExtract::cutWithinTheLastBlock()
     QVERIFY(there.open(QIODevice::ReadWrite) && there.resize(9));
     QVERIFY(there.setFileTime(time, QFileDevice::FileModificationTime));
     there.close();
-    QCOMPARE(extractAll(fixture, {{"Odd", "a"}}).copied, 1);
+    QCOMPARE(extractAll(fixture, {{"Odd", "a"}}).done, 1);
     QCOMPARE(contentOf(there.fileName()), QByteArray("fourteen bytes"));
 }
 
@@ -254,11 +255,11 @@ void TestExtract::timesOfFat()
         return moved;
     };
     QVERIFY(moveOdd(-1) > 0);
-    QCOMPARE(extractAll(fixture, {{"MediaDomain", ""}}).copied, 0);
+    QCOMPARE(extractAll(fixture, {{"MediaDomain", ""}}).done, 0);
     QDir(target).removeRecursively();
     extractAll(fixture, {{"MediaDomain", ""}});
     const int moved = moveOdd(-2);
-    QCOMPARE(extractAll(fixture, {{"MediaDomain", ""}}).copied, moved);
+    QCOMPARE(extractAll(fixture, {{"MediaDomain", ""}}).done, moved);
 }
 
 void TestExtract::emptiedContentIsNoted()
@@ -266,45 +267,45 @@ void TestExtract::emptiedContentIsNoted()
     const BackupFixture fixture(small({{u"Odd"_s, u"a"_s, "lost"}, {u"Odd"_s, u"b"_s, ""}}));
     const auto backup = fixture.opened();
     QVERIFY(QFile::resize(backup->filePath(backup->catalogue().find("Odd", "a")), 0));
-    const ExtractSummary summary = extractAll(fixture, {{"Odd", ""}});
-    QCOMPARE(summary.failed.size(), 1);
-    QCOMPARE(summary.failed.first().relativePath, u"a"_s);
+    const Report summary = extractAll(fixture, {{"Odd", ""}});
+    QCOMPARE(summary.issues().size(), 1);
+    QCOMPARE(summary.issues().first().kind, IssueKind::Damaged);
+    QCOMPARE(summary.issues().first().where, u"Odd a"_s);
     QCOMPARE(listing(fixture.path(u"target"_s)), QStringList({u"b"_s}));
 }
 
 void TestExtract::hostileRows_data()
 {
     QTest::addColumn<QString>("path");
-    QTest::addColumn<bool>("isSkipped");
     std::vector<SampleRow> rows = {{u"Odd"_s, u"good"_s, "good"}};
-    const auto row = [&](const char *name, const QString &path, bool isSkipped) {
-        QTest::newRow(name) << path << isSkipped;
+    const auto row = [&](const char *name, const QString &path) {
+        QTest::newRow(name) << path;
         rows.push_back({u"Odd"_s, path, "hostile"});
     };
-    row("climbs", u"../outside.txt"_s, true);
-    row("climbs in the middle", u"a/../../outside.txt"_s, true);
-    row("climbs and comes back", u"a/../inside.txt"_s, true);
-    row("absolute", u"/tmp/quillbarrow-outside.txt"_s, true);
-    row("drive letter", u"C:/outside.txt"_s, true);
-    row("NUL character", u"a"_s + QChar(0) + u".txt"_s, true);
-    row("empty name", u"a//b"_s, true);
-    row("name of 256 bytes", QString(256, u'n'), false);
-    row("folder name of 256 bytes", QString(256, u'm') + u"/x"_s, false);
+    row("climbs", u"../outside.txt"_s);
+    row("climbs in the middle", u"a/../../outside.txt"_s);
+    row("climbs and comes back", u"a/../inside.txt"_s);
+    row("absolute", u"/tmp/quillbarrow-outside.txt"_s);
+    row("drive letter", u"C:/outside.txt"_s);
+    row("NUL character", u"a"_s + QChar(0) + u".txt"_s);
+    row("empty name", u"a//b"_s);
+    row("name of 256 bytes", QString(256, u'n'));
+    row("folder name of 256 bytes", QString(256, u'm') + u"/x"_s);
     m_fixture = std::make_unique<BackupFixture>(small(rows));
 }
 
 void TestExtract::hostileRows()
 {
     QFETCH(QString, path);
-    QFETCH(bool, isSkipped);
-    const ExtractSummary summary = extractAll(*m_fixture, {{"Odd", ""}});
-    const QList<ExtractNote> &notes = isSkipped ? summary.skipped : summary.failed;
-    const auto note = std::find_if(notes.begin(), notes.end(),
-                                   [&](const ExtractNote &each) { return each.relativePath == path; });
-    QVERIFY(note != notes.end());
-    QVERIFY(!note->reason.isEmpty());
-    const ExtractSummary alone = extractAll(*m_fixture, {{"Odd", path.toUtf8()}});
-    QCOMPARE(alone.copied + alone.alreadyThere, path.startsWith(u"mmm"_s) ? 1 : 0);
+    const Report summary = extractAll(*m_fixture, {{"Odd", ""}});
+    const QList<Issue> &issues = summary.issues();
+    const auto issue = std::find_if(issues.begin(), issues.end(),
+                                    [&](const Issue &each) { return each.where == u"Odd "_s + path; });
+    QVERIFY(issue != issues.end());
+    QCOMPARE(issue->kind, IssueKind::Refused);
+    QVERIFY(!issue->reason.isEmpty());
+    const Report alone = extractAll(*m_fixture, {{"Odd", path.toUtf8()}});
+    QCOMPARE(alone.done + alone.count(filesThere), path.startsWith(u"mmm"_s) ? 1 : 0);
     const QStringList there = listing(m_fixture->path(u"target"_s));
     QVERIFY(there.contains(u"good"_s) && there.filter(u".part"_s).isEmpty());
     QVERIFY(there.filter(u"side.txt"_s).isEmpty());
@@ -321,9 +322,9 @@ void TestExtract::linksInTheTarget()
     QDir().mkpath(fixture.path(u"target"_s));
     QVERIFY(QFile::link(outside, fixture.path(u"target/a"_s)));
     QVERIFY(QFile::link(outside + u"/x"_s, fixture.path(u"target/b"_s)));
-    const ExtractSummary summary = extractAll(fixture, {{"Odd", ""}});
-    QCOMPARE(summary.copied, 1);
-    QCOMPARE(summary.skipped.size() + summary.failed.size(), 2); // the folder "a" and what is in it
+    const Report summary = extractAll(fixture, {{"Odd", ""}});
+    QCOMPARE(summary.done, 1);
+    QCOMPARE(summary.count(fileFailed), 2); // the folder "a" and what is in it
     QCOMPARE(contentOf(outside + u"/x"_s), QByteArray("precious"));
     QVERIFY(!QFileInfo(fixture.path(u"target/b"_s)).isSymLink());
     QCOMPARE(contentOf(fixture.path(u"target/b"_s)), QByteArray("new"));
@@ -337,10 +338,10 @@ void TestExtract::nodesOfTheTree()
     const auto backup = fixture.opened();
     NoProgress progress;
     const auto node = [&](const QString &path) { return backup->tree().find(path); };
-    const ExtractSummary summary =
+    const Report summary =
         extractNodes(*backup, {node(u"mixed"_s), node(u"Applications/com.example.q"_s)},
                      fixture.path(u"target"_s), progress);
-    QCOMPARE(summary.copied, 3);
+    QCOMPARE(summary.done, 3);
     QCOMPARE(listing(fixture.path(u"target"_s)),
              QStringList({u"com.example.q"_s, u"com.example.q/z"_s, u"mixed"_s, u"mixed/deep"_s,
                           u"mixed/deep/x"_s, u"mixed/y"_s}));
@@ -349,11 +350,11 @@ void TestExtract::nodesOfTheTree()
 void TestExtract::missingIsNoted()
 {
     const BackupFixture fixture(small({{u"Odd"_s, u"a"_s, "a"}}));
-    const ExtractSummary summary = extractAll(
+    const Report summary = extractAll(
         fixture, {{"Odd", "b"}, {"NoDomain", ""}, {"HomeDomain", "Library/Caches/current"}, {"Odd", "a"}});
-    QCOMPARE(summary.failed.size(), 2);
-    QCOMPARE(summary.failed.first().relativePath, u"b"_s);
-    QCOMPARE(summary.skipped.size(), 1); // the link
+    QCOMPARE(summary.count(fileFailed), 2);
+    QCOMPARE(summary.issues().first().where, u"Odd b"_s);
+    QCOMPARE(summary.count(linkLeftOut), 1);
     QCOMPARE(listing(fixture.path(u"target"_s)), QStringList({u"a"_s}));
 }
 

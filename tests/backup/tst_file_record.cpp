@@ -38,6 +38,13 @@ PlistValue archiveOf(PlistValue::Dictionary fields)
                    1);
 }
 
+PlistValue bytesByReference()
+{
+    return archive({text("$null"), PlistValue::Dictionary{{text("EncryptionKey"), PlistUid{2}}},
+                    PlistValue::Dictionary{{text("NS.data"), PlistUid{3}}}, QByteArray("deep")},
+                   1);
+}
+
 FileRecord fullRecord()
 {
     FileRecord record;
@@ -141,6 +148,11 @@ void TestFileRecord::archives_data()
     add("a text without a reference", one("Target", text("t")), with([](FileRecord &r) { r.target = "t"; }));
     add("bytes in a dictionary without a reference", one("EncryptionKey", data("raw")),
         with([](FileRecord &r) { r.encryptionKey = "raw"; }));
+    QTest::newRow("bytes in a dictionary, by reference") << binaryPlist(bytesByReference())
+                                                         << with([](FileRecord &r) { r.encryptionKey = "deep"; });
+    QTest::newRow("bytes in a dictionary, by reference, in XML")
+        << CFType::parse(binaryPlist(bytesByReference())).serialise(CFType::Format::Xml)
+        << with([](FileRecord &r) { r.encryptionKey = "deep"; });
     add("a number by reference",
         archive({text("$null"), PlistValue::Dictionary{{text("Size"), PlistUid{2}}}, 7}, 1),
         with([](FileRecord &r) { r.sizeBytes = 7; }));

@@ -6,7 +6,7 @@ import plistlib
 import shutil
 import sqlite3
 
-from command_line import PASSWORD, Case, file_id, main, mbdb_records, modern_records, stored
+from command_line import PASSWORD, Case, file_id, main, mbdb_records, modern_records, run, stored
 
 BACKUP_KEYS = ["path", "display_name", "device_id", "device_name", "product_type", "product_version", "serial_number",
                "backup_date", "encrypted", "layout"]
@@ -141,6 +141,29 @@ class Files(Case):
         self.assertLessEqual(set(names), found)
         # Whatever a reader takes for the end of a line, a record is one.
         self.assertEqual(output.splitlines(), output.split("\n")[:-1])
+
+    def test_catalogues_that_were_cut_off(self):
+        # Everything before the cut is listed, and the loss is told once, by the name of the file alone.
+        for arguments in ([], ["--layout", "mbdb"], ["--password", PASSWORD]):
+            whole = self.sample("--ios", "9", "--files", "400", *arguments)
+            name = "Manifest.mbdb" if "mbdb" in arguments else "Manifest.db"
+            content = (whole / name).read_bytes()
+            records = {row["id"] for row in self.lines("files", whole, "--json", password=PASSWORD)}
+            for percent in range(10, 100, 20):
+                with self.subTest(arguments=arguments, percent=percent):
+                    backup = self.folder / f"cut off {percent}" / name
+                    shutil.rmtree(backup.parent, ignore_errors=True)
+                    shutil.copytree(whole, backup.parent)
+                    backup.write_bytes(content[:len(content) * percent // 100])
+                    ended = run("files", backup.parent, "--json", password=PASSWORD)
+                    self.assertEqual(ended.returncode, 1)
+                    complaints = ended.stderr.decode().splitlines()
+                    self.assertLessEqual(len(complaints), 3, complaints)
+                    found = {json.loads(line)["id"] for line in ended.stdout.decode().split("\n")[:-1]}
+                    self.assertTrue(found <= records)
+                    if percent >= 50:
+                        self.assertTrue(found)
+                        self.assertIn(f" 1 list of files, {name}, is damaged", complaints[0])
 
     def test_damaged_catalogues(self):
         for name, content in (("empty", b""), ("no database", b"x" * 4096), ("another database", None)):
