@@ -2,6 +2,7 @@
 
 #include "backup/binary_plist.h"
 #include "backup/cf_type.h"
+#include "backup/plist_guard.h"
 
 #include <QStringDecoder>
 
@@ -25,6 +26,10 @@ enum class Field {
     ProtectionClass,
     Count
 };
+// What the tree of a record may take: each has some thirty objects, and a catalogue may have a million of them that
+// unfold, by references to references, to as much as is allowed.
+constexpr std::uint64_t treeBytes = 64 * 1024;
+constexpr std::uint64_t treeBytesPerByte = 16;
 constexpr int fieldCount = static_cast<int>(Field::Count);
 
 constexpr QByteArrayView fieldNames[fieldCount] = {
@@ -235,6 +240,9 @@ class GeneralArchive
 public:
     bool open(QByteArrayView archive)
     {
+        const auto size = static_cast<std::uint64_t>(archive.size());
+        if (archive.startsWith("bplist") && !isSafeBinaryPlist(archive, treeBytes + treeBytesPerByte * size))
+            return false;
         const CFType top = CFType::parse(archive);
         m_objects = top.get(QStringLiteral("$objects"));
         const CFType root = top.get(QStringLiteral("$top")).get(QStringLiteral("root"));

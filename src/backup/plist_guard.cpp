@@ -27,11 +27,11 @@ using Kind = BinaryPlist::Kind;
 class BinaryCheck
 {
 public:
-    explicit BinaryCheck(QByteArrayView bytes) : m_bytes(bytes) {}
+    BinaryCheck(QByteArrayView bytes, std::uint64_t limit) : m_bytes(bytes), m_limit(limit) {}
 
     bool run()
     {
-        if (!m_plist.open(m_bytes) || m_plist.objectCount() > limit() / nodeBytes)
+        if (!m_plist.open(m_bytes) || m_plist.objectCount() > m_limit / nodeBytes)
             return false;
         m_visited.resize(m_plist.objectCount());
         if (!enter(m_plist.top()))
@@ -40,7 +40,7 @@ public:
             if (!step())
                 return false;
         }
-        return m_visited[m_plist.top()].treeBytes <= limit();
+        return m_visited[m_plist.top()].treeBytes <= m_limit;
     }
 
 private:
@@ -62,16 +62,11 @@ private:
     };
 
     QByteArrayView m_bytes;
+    std::uint64_t m_limit;
     BinaryPlist m_plist;
     std::vector<Visited> m_visited;
     std::vector<Frame> m_stack;
     std::uint64_t m_references = 0;
-
-    std::uint64_t limit() const
-    {
-        const auto size = static_cast<std::uint64_t>(m_bytes.size());
-        return std::min(treeBytesAtLeast + treeBytesPerByte * size, treeBytesAtMost);
-    }
 
     bool enter(std::uint64_t index);
     bool step();
@@ -151,7 +146,7 @@ bool BinaryCheck::step()
     frame.treeBytes += known.treeBytes;
     frame.depth = std::max(frame.depth, known.depth + 1);
     ++frame.next;
-    return frame.treeBytes <= limit() && m_stack.size() + known.depth <= maximumDepth;
+    return frame.treeBytes <= m_limit && m_stack.size() + known.depth <= maximumDepth;
 }
 
 /// Finds the tags of XML the way the library does, knowing only what can hide one: comments, CDATA,
@@ -239,7 +234,13 @@ private:
 
 bool isSafeBinaryPlist(QByteArrayView bytes)
 {
-    return bytes.size() <= maximumSize && BinaryCheck(bytes).run();
+    const auto size = static_cast<std::uint64_t>(bytes.size());
+    return isSafeBinaryPlist(bytes, std::min(treeBytesAtLeast + treeBytesPerByte * size, treeBytesAtMost));
+}
+
+bool isSafeBinaryPlist(QByteArrayView bytes, std::uint64_t treeBytes)
+{
+    return bytes.size() <= maximumSize && BinaryCheck(bytes, treeBytes).run();
 }
 
 bool isSafeXmlPlist(QByteArrayView bytes)
