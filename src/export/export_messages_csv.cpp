@@ -2,6 +2,17 @@
 
 #include "export/message_text.h"
 
+#include <QRegularExpression>
+
+namespace {
+// Old messages have them for line breaks. Unquoted, as they have to stay, they end a row for many readers.
+QString withoutLoneReturns(QString text)
+{
+    static const QRegularExpression loneReturn(QStringLiteral("\\r(?!\\n)"));
+    return text.contains(QLatin1Char('\r')) ? text.replace(loneReturn, QStringLiteral("\n")) : text;
+}
+} // namespace
+
 ExportMessagesCsv::ExportMessagesCsv(const QString &path)
     : m_file(path), m_dates(DateText::fixed(QStringLiteral("yyyy-MM-dd"), QStringLiteral("hh:mm:ss")))
 {
@@ -36,7 +47,7 @@ void ExportMessagesCsv::write(const MessageRef &ref)
     m_dates.append(out, ref.message->date);
     out += ref.message->is_from_me != 0 ? ",1" : ",0";
     out += correspondentOf(ref.chat);
-    out += csvField(summaryText(*ref.message));
+    out += csvField(withoutLoneReturns(summaryText(*ref.message)));
     out += '\n';
     m_file.flushIfFull();
 }
