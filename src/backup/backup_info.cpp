@@ -4,6 +4,7 @@
 #include "backup/sqlite_header.h"
 #include "base/app_folders.h"
 #include "base/error.h"
+#include "base/own_file.h"
 
 #include <QCryptographicHash>
 #include <QDir>
@@ -17,18 +18,18 @@ constexpr qint64 largestPropertyList = 64 << 20;
 
 bool holdsFile(const QDir &folder, const char *name)
 {
-    return QFileInfo(folder.filePath(QLatin1String(name))).isFile();
+    return isOwnFile(folder.absolutePath(), QLatin1String(name));
 }
 
 /// One that is damaged says nothing, which is reported. Throws Error when it is not there or may not be read.
 CFType readPropertyList(const QDir &folder, const QString &name, Report &report)
 {
-    const QString path = folder.absoluteFilePath(name);
-    if (!QFileInfo(path).isFile())
-        throw Error(QStringLiteral("Cannot find %1").arg(path), ErrorKind::NotFound, FileAccess::Reading);
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        throw Error::ofFile(QStringLiteral("can not open %1. %2"), file, FileAccess::Reading);
+    const QFileInfo info(folder.absoluteFilePath(name));
+    if (!info.exists() && !info.isSymLink())
+        throw Error(QStringLiteral("Cannot find %1").arg(info.filePath()), ErrorKind::NotFound,
+                    FileAccess::Reading);
+    QFile file;
+    openOwnFile(file, folder.absolutePath(), name);
     CFType list = file.size() > largestPropertyList ? CFType() : CFType::parse(file.readAll());
     if (list.isDictionary())
         return list;
@@ -39,7 +40,7 @@ CFType readPropertyList(const QDir &folder, const QString &name, Report &report)
 /// Nothing of it is needed, but whoever relies on the backup should know that it is damaged.
 void lookAt(const QDir &folder, const QString &name, Report &report)
 {
-    if (!QFileInfo(folder.filePath(name)).isFile())
+    if (!QFileInfo::exists(folder.filePath(name)))
         return;
     try {
         readPropertyList(folder, name, report);

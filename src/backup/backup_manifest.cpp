@@ -9,8 +9,12 @@
 #include "backup/sqlite_header.h"
 #include "backup/well_known_files.h"
 #include "base/error.h"
+#include "base/own_file.h"
+#include "base/source_guard.h"
+#include "base/texts.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFileInfo>
 
 namespace {
@@ -24,6 +28,23 @@ QByteArray catalogueKey(const BackupInfo &info, const Keybag &keybag)
     if (info.manifestKey.size() <= keyPrefixSize)
         return {};
     return keybag.unwrapWithAnyClass(QByteArrayView(info.manifestKey).sliced(keyPrefixSize));
+}
+
+/// Hands on how far a password is checked, and about how many seconds are left once that can be told.
+Keybag::RoundsDone unlockProgress(Progress &progress)
+{
+    constexpr qint64 shortestGuessMs = 1000;
+    QElapsedTimer clock;
+    clock.start();
+    return [&progress, clock](std::uint64_t done, std::uint64_t total) {
+        progress.check();
+        const qint64 passed = clock.elapsed();
+        const double left = static_cast<double>(passed) * static_cast<double>(total - done) / static_cast<double>(done);
+        progress.report(textFor("IDS_CHECKING_PASSWORD"), static_cast<int>(done * 100 / total),
+                        passed < shortestGuessMs
+                            ? QString()
+                            : textFor("IDS_CHECKING_PASSWORD_SECONDS", static_cast<qint64>(left / 1000) + 1));
+    };
 }
 
 bool tellsEveryKind(const FileCatalogue &catalogue)
@@ -65,6 +86,7 @@ struct BackupManifest::Opened
     }
 
     const BackupInfo &info;
+    SourceGuard guard{{info.folder}};
     Keybag keybag;
     QByteArray password; // only until the catalogue is read
     ScratchFolder scratch;
@@ -88,8 +110,12 @@ struct BackupManifest::Opened
 Report BackupManifest::Opened::load(FileCatalogue &into, Progress &progress)
 {
     CatalogueLoader loader(into, progress);
-    if (info.layout == BackupLayout::Mbdb)
-        return loader.loadMbdb(QDir(info.folder).filePath(QStringLiteral("Manifest.mbdb")));
+    const bool isMbdb = info.layout == BackupLayout::Mbdb;
+    const QString name = isMbdb ? QStringLiteral("Manifest.mbdb") : QStringLiteral("Manifest.db");
+    QFile own;
+    openOwnFile(own, info.folder, name); // whoever opens it by its path would follow a link
+    if (isMbdb)
+        return loader.loadMbdb(own.fileName());
     const QString path = decrypted.path().isEmpty() ? plainCatalogue(info.folder, scratch) : decrypted.path();
     return loader.loadDatabase(path, password);
 }
@@ -121,13 +147,19 @@ void BackupManifest::loadInfo()
 
 bool BackupManifest::openEncrypted(const QString &password)
 {
+    NoProgress progress;
+    return openEncrypted(password, progress);
+}
+
+bool BackupManifest::openEncrypted(const QString &password, Progress &progress)
+{
     const QDir folder(m_info.folder);
     const QString manifest = folder.filePath(QStringLiteral("Manifest.plist"));
     const QString catalogue = folder.filePath(QStringLiteral("Manifest.db"));
     Keybag keybag;
     try {
         keybag = Keybag::parse(m_info.keybag);
-        if (!keybag.unlock(password.toUtf8()))
+        if (!keybag.unlock(password.toUtf8(), unlockProgress(progress)))
             return false;
     } catch (const Error &error) {
         throw error.withContext(manifest);

@@ -73,6 +73,8 @@ public:
     /// Encrypted backups: false when the password is wrong. Throws Error for a damaged keybag and for a
     /// catalogue that cannot be read. Needs loadInfo().
     bool openEncrypted(const QString &password);
+    /// The same, telling how long it takes. Throws Cancelled, too.
+    bool openEncrypted(const QString &password, Progress &progress);
     /// True when the backup is not encrypted or its keybag is unlocked.
     bool isUnlocked() const;
 

@@ -155,7 +155,8 @@ void CatalogueLoader::insert(const FileRecord &record)
                        (record.domain.contains('\0') || record.relativePath.contains('\0'));
     if (isCut)
         leaveOut("IDS_ISSUE_CATALOGUE_ROWS_DAMAGED");
-    else if (record.domain.size() + record.relativePath.size() > longestPath)
+    else if (record.domain.size() + record.relativePath.size() > longestPath ||
+             record.relativePath.count('/') > deepestPath)
         leaveOut("IDS_ISSUE_PATHS_TOO_LONG");
     else
         m_catalogue.insert(record);

@@ -6,8 +6,11 @@
 
 #include <QString>
 
-/// No device has longer paths; what claims to is not put into a tree a thousand levels deep.
+/// No device has longer paths.
 inline constexpr qsizetype longestPath = 4096;
+/// No device nests folders as deep. The tree has a node for each folder of a path, so that 80 MB of paths with two
+/// thousand folders each would take a gigabyte of them.
+inline constexpr qsizetype deepestPath = 256;
 
 /// Reads the file records of either layout into a catalogue. Rows that cannot be used are left out and
 /// reported. When the database or file turns out to be damaged in the middle, what was read before is kept,

@@ -170,7 +170,7 @@ bool DecryptedCatalogue::claim(const QString &copy, const QString &note)
 
 void DecryptedCatalogue::decrypt(const QString &source, const QByteArray &key, const QString &destination)
 {
-    decryptFile(key, source, {destination, 0, Placing::InPlace}, {}, Padding::KeepIfBroken);
+    decryptFile(key, {QFileInfo(source).path(), QFileInfo(source).fileName()}, {destination, 0, Placing::InPlace}, {}, Padding::KeepIfBroken);
     m_path = destination;
     if (hasSqliteHeader(destination))
         return;

@@ -4,8 +4,11 @@
 #include "backup/extract_plan.h"
 #include "backup/extract_progress.h"
 #include "backup/extract_target.h"
-#include "base/contained_path.h"
+#include "base/app_folders.h"
 #include "base/error.h"
+#include "base/file_names.h"
+#include "base/own_file.h"
+#include "base/source_guard.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -15,7 +18,6 @@ namespace {
 using Index = FileCatalogue::Index;
 
 constexpr std::uint64_t cipherBlock = 16;
-constexpr qsizetype longestNameBytes = 255;
 
 /// FAT, which most memory sticks have, keeps even seconds only.
 bool isTimeKept(qint64 there, qint64 time)
@@ -37,12 +39,15 @@ std::size_t hashOf(const QString &place)
 QString numbered(const QString &path, int number)
 {
     const QFileInfo info(path);
-    const QString ending = info.suffix().isEmpty() ? QString() : QLatin1Char('.') + info.suffix();
-    const QString end = QStringLiteral("(%1)%2").arg(QString::number(number), ending);
-    QString base = info.baseName();
-    while (!base.isEmpty() && base.toUtf8().size() + end.toUtf8().size() > longestNameBytes)
-        base.chop(base.back().isLowSurrogate() ? 2 : 1);
-    return info.path() + QLatin1Char('/') + base + end;
+    const QString ending = splitAtLastDot(info.fileName()).end;
+    const QString base = ending.isEmpty() ? info.fileName() : info.baseName();
+    return info.path() + QLatin1Char('/') +
+           fittingFileName(base, QStringLiteral("(%1)").arg(number) + ending);
+}
+
+QString lastName(const QString &path)
+{
+    return path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
 }
 
 /// What happens to a file that lies in the place of one that is written, and was not written for it.
@@ -54,11 +59,12 @@ enum class Foreign {
 class Extraction
 {
 public:
-    Extraction(BackupManifest &backup, const QString &target, Foreign foreign)
+    Extraction(BackupManifest &backup, const QString &target, Foreign foreign, NameRules rules = ownNameRules)
         : m_backup(backup),
           m_catalogue(backup.catalogue()),
           m_target(QDir(target).absolutePath()),
-          m_foreign(foreign)
+          m_foreign(foreign),
+          m_rules(rules)
     {
     }
 
@@ -82,22 +88,24 @@ private:
     const FileCatalogue &m_catalogue;
     QString m_target;
     Foreign m_foreign;
+    NameRules m_rules;
     std::unique_ptr<ExportMemory> m_memory; // where foreign files are kept
     Report m_report;
-    QSet<std::size_t> m_taken;          // hashes of the places used in this run
-    QSet<std::size_t> m_takenByFolders; // those of them that are folders
-    QHash<QString, int> m_numbers;      // the last number given to a place that was taken
-    QHash<QString, QString> m_folderPlaces;
-    QSet<QString> m_checkedFolders; // found to stay below the target
+    QSet<std::size_t> m_taken;              // hashes of the places used in this run
+    QHash<QString, int> m_numbers;          // the last number given to a place that was taken
+    QHash<QString, QString> m_folderPlaces; // of folders by their path from the target, as the backup spells it
+    QSet<QString> m_checkedFolders;         // found to stay below the target
     std::vector<Folder> m_folders;
 
     void extract(Index record, const QByteArray &landing, ExtractProgress &progress);
-    void extractFile(Index record, const QString &wanted, ExtractProgress &progress);
-    void makeFolder(Index record, const QString &place);
+    void extractFile(Index record, const QString &landing, ExtractProgress &progress);
+    void makeFolder(Index record, const QString &landing);
     void fetch(Index record, const QString &place, ExtractProgress &progress);
-    std::optional<QString> placeOf(Index record, const QByteArray &landing);
-    QString folderPlace(const QString &folder);
+    bool mayLand(Index record, const QString &landing);
+    QString folderPlace(Index record, const QString &landing);
+    QString folderAbove(Index record, const QString &landing);
     bool takesFolder(const QString &place);
+    void tellName(const QString &where, const QString &landing, const QString &place);
     bool claim(const QString &place);
     QString numberedPlace(const QString &place);
     QString filePlace(Index record, const QString &place);
@@ -106,7 +114,7 @@ private:
     void remember(Index record, const QString &place) const;
     bool isWhole(Index record, const QString &place) const;
     bool isWholeSize(Index record, std::uint64_t size) const;
-    bool staysInside(const QString &place);
+    bool staysInside(const QString &folder);
     std::uint64_t storedSize(Index record) const;
     QByteArray sourceOf(Index record) const;
     QString where(Index record) const;
@@ -128,6 +136,7 @@ Report Extraction::run(const ExtractPlan &plan, Progress &progress)
 {
     if (plan.items().empty())
         return m_report;
+    const SourceGuard localDatabases({localDatabasesFolder().path()}, SourceGuard::Reach::ThisThread);
     requireTarget(m_target, m_backup.info().folder);
     if (m_foreign == Foreign::Kept)
         m_memory = std::make_unique<ExportMemory>(m_target);
@@ -152,44 +161,33 @@ void Extraction::extract(Index record, const QByteArray &landing, ExtractProgres
         progress.file(QString::fromUtf8(landing.mid(landing.lastIndexOf('/') + 1)));
     if (landing.isEmpty() && isFolder)
         return;
-    const std::optional<QString> place = placeOf(record, landing);
-    if (!place)
+    const QString path = QString::fromUtf8(landing);
+    if (!mayLand(record, path))
         return;
     if (m_catalogue.isLink(record))
         tell(IssueKind::LeftOut, linkLeftOut, record);
     else if (isFolder)
-        makeFolder(record, *place);
+        makeFolder(record, path);
     else
-        extractFile(record, *place, progress);
+        extractFile(record, path, progress);
 }
 
-/// Where a record may be written. What would not stay inside the target is told.
-std::optional<QString> Extraction::placeOf(Index record, const QByteArray &landing)
+/// Tells what would not stay inside the target.
+bool Extraction::mayLand(Index record, const QString &landing)
 {
-    QString why;
-    const QString path = withoutDeviceNames(QString::fromUtf8(m_catalogue.relativePath(record)));
-    std::optional<QString> place;
-    if (path.isEmpty() || containedPath(m_target, path, &why)) {
-        // The end of a harmless path may begin as a drive does.
-        const QString end = QString::fromUtf8(landing).replace(QLatin1Char(':'), QLatin1Char('_'));
-        place = containedPath(m_target, withoutDeviceNames(end), &why);
-    }
-    if (place && m_catalogue.isDirectory(record))
-        place = folderPlace(*place);
-    else if (place)
-        place = folderPlace(QFileInfo(*place).path()) + QLatin1Char('/') + QFileInfo(*place).fileName();
-    if (place && !staysInside(*place)) {
+    const QString path = QString::fromUtf8(m_catalogue.relativePath(record));
+    QString why = path.isEmpty() ? QString() : whyNotBelow(path, m_rules);
+    if (why.isEmpty()) // the end of a harmless path may begin as a drive does
+        why = whyNotBelow(QString(landing).replace(QLatin1Char(':'), QLatin1Char('_')), m_rules);
+    if (why.isEmpty() && !staysInside(folderAbove(record, landing)))
         why = QStringLiteral("a link in the target leads outside of it");
-        place.reset();
-    }
-    if (!place)
+    if (!why.isEmpty())
         tell(IssueKind::Refused, fileFailed, record, why);
-    return place;
+    return why.isEmpty();
 }
 
-bool Extraction::staysInside(const QString &place)
+bool Extraction::staysInside(const QString &folder)
 {
-    const QString folder = QFileInfo(place).path();
     if (m_checkedFolders.contains(folder))
         return true;
     if (!staysBelow(m_target, folder))
@@ -198,40 +196,53 @@ bool Extraction::staysInside(const QString &place)
     return true;
 }
 
-/// Where what lies in a folder goes: into the folder, or into a numbered one when a file has its place.
-QString Extraction::folderPlace(const QString &folder)
+/// Where what lies in a folder goes: into the folder, or into a numbered one when something else has its place.
+QString Extraction::folderPlace(Index record, const QString &landing)
 {
-    if (folder.size() <= m_target.size())
+    if (landing.isEmpty())
         return m_target;
-    if (const auto known = m_folderPlaces.constFind(folder); known != m_folderPlaces.cend())
+    if (const auto known = m_folderPlaces.constFind(landing); known != m_folderPlaces.cend())
         return *known;
-    const QFileInfo info(folder);
-    const QString wanted = folderPlace(info.path()) + QLatin1Char('/') + info.fileName();
+    const QString wanted =
+        folderAbove(record, landing) + QLatin1Char('/') + landingName(lastName(landing), m_rules);
     QString place = wanted;
     while (!takesFolder(place))
         place = numbered(wanted, ++m_numbers[wanted]);
-    m_folderPlaces.insert(folder, place);
+    m_folderPlaces.insert(landing, place);
+    tellName(where(record), landing, place);
     return place;
+}
+
+QString Extraction::folderAbove(Index record, const QString &landing)
+{
+    return folderPlace(record, landing.left(std::max<qsizetype>(landing.lastIndexOf(QLatin1Char('/')), 0)));
 }
 
 bool Extraction::takesFolder(const QString &place)
 {
-    const std::size_t hash = hashOf(place);
-    if (m_takenByFolders.contains(hash))
-        return true;
-    // A link is found by whoever writes through it.
+    // What is behind a link is for whoever writes there to find out.
     const QFileInfo there(place);
-    if ((there.exists() && !there.isDir() && !there.isSymLink()) || !claim(place))
-        return false;
-    m_takenByFolders.insert(hash);
-    return true;
+    return (!there.exists() || there.isDir() || there.isSymLink()) && claim(place);
 }
 
-void Extraction::makeFolder(Index record, const QString &place)
+/// Each file that got another name is told, and a folder once, with the first record that is it or lies in it.
+void Extraction::tellName(const QString &where, const QString &landing, const QString &place)
 {
-    // A link in the folder's place was not made by an earlier run, and leads who knows where.
-    if (QFileInfo(place).isSymLink() || !QDir().mkpath(place)) {
-        tell(IssueKind::Refused, fileFailed, record, QStringLiteral("can not create %1.").arg(place));
+    if (lastName(place) != lastName(landing))
+        m_report.add({.kind = IssueKind::Renamed,
+                      .what = fileRenamed,
+                      .where = where,
+                      .reason = place.sliced(m_target.size() + 1)});
+}
+
+void Extraction::makeFolder(Index record, const QString &landing)
+{
+    const QString place = folderPlace(record, landing);
+    try {
+        // A link in the folder's place was not made by an earlier run, and leads who knows where.
+        makeOwnFolder(QFileInfo(place).path(), QFileInfo(place).fileName());
+    } catch (const Error &error) {
+        m_report.add(fileFailed, error.at(where(record)));
         return;
     }
     if (m_catalogue.lastModified(record) != 0)
@@ -324,9 +335,10 @@ bool Extraction::isWhole(Index record, const QString &place) const
                : isWholeSize(record, static_cast<std::uint64_t>(there.size()));
 }
 
-void Extraction::extractFile(Index record, const QString &wanted, ExtractProgress &progress)
+void Extraction::extractFile(Index record, const QString &landing, ExtractProgress &progress)
 {
-    const QString place = filePlace(record, wanted);
+    const QString place = filePlace(
+        record, folderAbove(record, landing) + QLatin1Char('/') + landingName(lastName(landing), m_rules));
     if (isWhole(record, place)) {
         m_report.add({.kind = IssueKind::Remark, .what = filesThere});
     } else {
@@ -341,6 +353,7 @@ void Extraction::extractFile(Index record, const QString &wanted, ExtractProgres
         ++m_report.done;
         remember(record, place);
     }
+    tellName(where(record), landing, place);
     if (m_backup.isLocked(record))
         tell(IssueKind::Locked, fileLocked, record);
 }
@@ -363,10 +376,10 @@ void Extraction::fetch(Index record, const QString &place, ExtractProgress &prog
 } // namespace
 
 Report extractFiles(BackupManifest &backup, const QList<ExtractRequest> &requests, const QString &target,
-                    Progress &progress)
+                    Progress &progress, NameRules rules)
 {
     ExtractPlan plan(backup);
-    Extraction extraction(backup, target, Foreign::Replaced);
+    Extraction extraction(backup, target, Foreign::Replaced, rules);
     QSet<std::pair<QByteArray, QByteArray>> asked;
     for (const ExtractRequest &request : requests) {
         const auto before = asked.size();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "backup/backup_manifest.h"
+#include "base/contained_path.h"
 
 /// What is to be taken out of a backup: a file, or a folder with all that lies below it; an empty path is the
 /// whole domain.
@@ -29,13 +30,13 @@ inline constexpr const char *filesThere = "IDS_ISSUE_FILES_THERE"; // whole from
 /// Extracts files and folders into `target`, which is made when missing. A request lands there under its own
 /// last name, a whole domain with its content directly in `target`. Folders are made, empty ones too, and all
 /// get the times of the device. A second file of one name in the same run gets the free-name suffix; what
-/// lies there whole, with the right size and time, is left; anything else of the name is replaced. One that
-/// fails is reported, and the rest goes on. What is done are the files that were copied. Needs the index.
+/// lies there whole, with the right size and time, is left; anything else of the name is replaced. A file or folder
+/// that gets another name than in the backup is told. One that fails is reported, and the rest goes on. What is done are the files that were copied. Needs the index.
 ///
 /// Throws Error when the target lies inside the backup, cannot be written or is full, and Cancelled through
 /// `progress`; what was extracted until then stays, each file whole.
 Report extractFiles(BackupManifest &backup, const QList<ExtractRequest> &requests, const QString &target,
-                    Progress &progress);
+                    Progress &progress, NameRules rules = ownNameRules);
 
 /// The same for places of the browsable tree, where one folder may hold files of several domains. What lies
 /// in the target and was not written for the same file of the same device is never replaced: the new file

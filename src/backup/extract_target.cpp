@@ -2,6 +2,7 @@
 
 #include "base/contained_path.h"
 #include "base/error.h"
+#include "base/source_guard.h"
 
 #include <QDir>
 #include <QTemporaryFile>
@@ -27,6 +28,7 @@ void requireTarget(const QString &target, const QString &backupFolder)
 {
     if (staysBelow(backupFolder, target))
         throw Error(QStringLiteral("can not extract to %1. It lies inside the backup.").arg(target));
+    SourceGuard::requireOutside(target);
     if (!QDir().mkpath(target))
         throw Error(QStringLiteral("can not create %1. The folder cannot be made.").arg(target));
     QTemporaryFile probe(QDir(target).filePath(QStringLiteral(".XXXXXX.part")));

@@ -3,6 +3,7 @@
 #include "backup/background_writer.h"
 #include "backup/target_file.h"
 #include "base/error.h"
+#include "base/own_file.h"
 
 #include <QFile>
 
@@ -31,9 +32,11 @@ Error damaged(const QString &sentence)
 class SourceReader
 {
 public:
-    explicit SourceReader(const QString &path) : m_file(path)
+    explicit SourceReader(const CopySource &source) : m_file(source.path)
     {
-        if (!m_file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+        if (!source.folder.isEmpty())
+            openOwnFile(m_file, source.folder, source.name);
+        else if (!m_file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
             throw Error::ofFile(QStringLiteral("can not open %1. %2"), m_file, FileAccess::Reading);
         m_size = static_cast<std::uint64_t>(m_file.size());
     }
@@ -138,13 +141,13 @@ std::uint64_t paddingOf(const std::vector<std::uint8_t> &plain, std::uint64_t si
 }
 } // namespace
 
-void copyFile(const QString &source, const Destination &destination, const CopyProgress &progress)
+void copyFile(const CopySource &source, const Destination &destination, const CopyProgress &progress)
 {
     SourceReader reader(source);
     TargetFile target(destination.path);
     std::vector<std::uint8_t> buffer(std::min(blockSize, reader.size()));
     const QString shortRead =
-        QStringLiteral("can not read %1. The file became shorter while it was copied.").arg(source);
+        QStringLiteral("can not read %1. The file became shorter while it was copied.").arg(source.path);
     std::uint64_t done = 0;
     while (reader.remaining() > 0) {
         const std::uint64_t count = reader.read(buffer.data(), buffer.size(), shortRead);
@@ -155,16 +158,16 @@ void copyFile(const QString &source, const Destination &destination, const CopyP
     target.commit(destination.unixSeconds);
 }
 
-void decryptFile(const QByteArray &key, const QString &source, const Destination &destination,
+void decryptFile(const QByteArray &key, const CopySource &source, const Destination &destination,
                  const CopyProgress &progress, Padding padding)
 {
-    requireKey(key, source);
+    requireKey(key, source.path);
     SourceReader reader(source);
     TargetFile target(destination.path, destination.placing);
     if (padding == Padding::KeepIfBroken)
         reader.leaveOutLast(reader.size() % cipherBlock);
     if (reader.size() % cipherBlock != 0)
-        throw damaged(QStringLiteral("%1, POLARSSL_ERR_AES_INVALID_INPUT_LENGTH (rd%16 != 0).").arg(source));
+        throw damaged(QStringLiteral("%1, POLARSSL_ERR_AES_INVALID_INPUT_LENGTH (rd%16 != 0).").arg(source.path));
 
     const auto threads =
         reader.size() > 2 * blockSize ? BackgroundWriter::Threads::Two : BackgroundWriter::Threads::One;

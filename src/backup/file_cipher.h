@@ -23,6 +23,21 @@ enum class Placing {
     InPlace, // written into the file that the caller has made there, which thereby stays the same one
 };
 
+/// What a copy is made of. A file of a folder of unknown origin is named by the folder and its path from there: no
+/// link in it is followed, and nothing but a regular file is read.
+struct CopySource
+{
+    CopySource(const QString &file) : path(file) {}
+    CopySource(const QString &ofFolder, const QString &file)
+        : path(ofFolder + QLatin1Char('/') + file), folder(ofFolder), name(file)
+    {
+    }
+
+    QString path;
+    QString folder{}; // empty for any file
+    QString name{};
+};
+
 /// Where a copy goes.
 struct Destination
 {
@@ -39,12 +54,12 @@ struct Destination
 /// Copies a file. Creates the destination's folder when missing. Throws Error("can not open %1. %2"),
 /// Error("can not create %1. %2") or Error("can not write %1. %2"); a destination that is not whole is
 /// removed.
-void copyFile(const QString &source, const Destination &destination, const CopyProgress &progress = {});
+void copyFile(const CopySource &source, const Destination &destination, const CopyProgress &progress = {});
 
 /// AES-256-CBC with a zero initialisation vector, streaming; the padding is dropped. Throws as copyFile does,
 /// and for content that is no whole number of blocks or has no valid padding. An empty source gives an empty
 /// destination. A destination that is not whole is removed.
-void decryptFile(const QByteArray &key, const QString &source, const Destination &destination,
+void decryptFile(const QByteArray &key, const CopySource &source, const Destination &destination,
                  const CopyProgress &progress = {}, Padding padding = Padding::Required);
 
 /// The inverse of decryptFile.

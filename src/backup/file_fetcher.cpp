@@ -1,6 +1,7 @@
 #include "backup/file_fetcher.h"
 
 #include "backup/target_file.h"
+#include "base/own_file.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -25,17 +26,18 @@ FileFetcher::FileFetcher(const BackupInfo &info, const FileCatalogue &catalogue,
 {
 }
 
-QString FileFetcher::path(Index index) const
+CopySource FileFetcher::stored(Index index) const
 {
     const QString id = QString::fromLatin1(m_catalogue.fileId(index));
-    if (m_info.layout == BackupLayout::Mbdb)
-        return m_info.folder + QLatin1Char('/') + id;
-    return QStringLiteral("%1/%2/%3").arg(m_info.folder, id.first(2), id);
+    return {m_info.folder, m_info.layout == BackupLayout::Mbdb ? id : id.first(2) + QLatin1Char('/') + id};
 }
 
 bool FileFetcher::hasContent(Index index) const
 {
-    return !m_catalogue.isDirectory(index) && !m_catalogue.isLink(index) && QFileInfo(path(index)).isFile();
+    if (m_catalogue.isDirectory(index) || m_catalogue.isLink(index))
+        return false;
+    const CopySource content = stored(index);
+    return isOwnFile(content.folder, content.name);
 }
 
 QByteArray FileFetcher::key(Index index) const
@@ -88,16 +90,12 @@ Error FileFetcher::lockedError(Index index) const
         .at(displayPath(index));
 }
 
-/// Also keeps pipes and devices away, which a folder of unknown origin may hold: reading them never ends.
 void FileFetcher::requireFile(Index index) const
 {
     if (m_catalogue.isDirectory(index))
         throw Error(QStringLiteral("it is a folder and has no content."));
     if (m_catalogue.isLink(index))
         throw Error(QStringLiteral("it is a symbolic link and has no content."));
-    const QFileInfo source(path(index));
-    if (source.exists() && !source.isFile())
-        throw Error(QStringLiteral("can not open %1. It is no file.").arg(source.filePath()));
 }
 
 FetchOutcome FileFetcher::fetch(Index index, const QString &destination, const CopyProgress &progress) const
@@ -107,10 +105,10 @@ FetchOutcome FileFetcher::fetch(Index index, const QString &destination, const C
     try {
         requireFile(index);
         if (!fileKey.isEmpty()) {
-            decryptFile(fileKey, path(index), place, progress);
+            decryptFile(fileKey, stored(index), place, progress);
             return FetchOutcome::Decrypted;
         }
-        copyFile(path(index), place, progress);
+        copyFile(stored(index), place, progress);
     } catch (const Error &error) {
         const bool isNamed = error.isWriting() || error.sentence().contains(path(index));
         throw (isNamed ? error : error.withContext(displayPath(index))).at(displayPath(index));

@@ -19,7 +19,8 @@ public:
     /// All three must stay where they are while this lives.
     FileFetcher(const BackupInfo &info, const FileCatalogue &catalogue, const Keybag &keybag);
 
-    QString path(Index index) const;
+    CopySource stored(Index index) const;
+    QString path(Index index) const { return stored(index).path; }
     bool hasContent(Index index) const;
     /// True when no key opens the content: its class is not one that the password unlocks, or its record lacks
     /// the key.

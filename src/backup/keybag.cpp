@@ -2,11 +2,12 @@
 
 #include "base/byte_reader.h"
 #include "base/error.h"
+#include "base/secret.h"
 
 #include <QtEndian>
 
 #include <nettle/aes.h>
-#include <nettle/pbkdf2.h>
+#include <nettle/hmac.h>
 
 #include <cstring>
 #include <optional>
@@ -56,14 +57,80 @@ const std::uint8_t *octets(const QByteArray &bytes)
     return reinterpret_cast<const std::uint8_t *>(bytes.constData());
 }
 
-using Pbkdf2 = decltype(pbkdf2_hmac_sha256);
-
-QByteArray derive(Pbkdf2 function, const QByteArray &secret, std::uint32_t count, const QByteArray &salt)
+struct Sha1
 {
-    QByteArray key(keySize, Qt::Uninitialized);
-    function(static_cast<std::size_t>(secret.size()), octets(secret), count,
-             static_cast<std::size_t>(salt.size()), octets(salt), static_cast<std::size_t>(key.size()),
-             reinterpret_cast<std::uint8_t *>(key.data()));
+    using Context = hmac_sha1_ctx;
+    static constexpr std::size_t size = SHA1_DIGEST_SIZE;
+    static constexpr auto setKey = hmac_sha1_set_key;
+    static constexpr auto update = hmac_sha1_update;
+    static constexpr auto digest = hmac_sha1_digest;
+};
+
+struct Sha256
+{
+    using Context = hmac_sha256_ctx;
+    static constexpr std::size_t size = SHA256_DIGEST_SIZE;
+    static constexpr auto setKey = hmac_sha256_set_key;
+    static constexpr auto update = hmac_sha256_update;
+    static constexpr auto digest = hmac_sha256_digest;
+};
+
+template <typename Hash>
+constexpr std::uint64_t hashRounds(std::uint64_t count)
+{
+    constexpr std::uint64_t blocks = (static_cast<std::uint64_t>(keySize) + Hash::size - 1) / Hash::size;
+    return blocks * count;
+}
+
+/// Counts rounds for whoever waits.
+class Rounds
+{
+public:
+    Rounds(const Keybag::RoundsDone &told, std::uint64_t total) : m_told(told), m_total(total) {}
+
+    void next()
+    {
+        if (++m_done % roundsBetweenReports == 0 && m_told)
+            m_told(m_done, m_total);
+    }
+
+private:
+    static constexpr std::uint64_t roundsBetweenReports = 1 << 18; // a tenth of a second
+
+    const Keybag::RoundsDone &m_told;
+    std::uint64_t m_total;
+    std::uint64_t m_done = 0;
+};
+
+/// PBKDF2 (RFC 8018). The library's own runs to its end, which may be minutes away.
+template <typename Hash>
+QByteArray derive(const QByteArray &secret, std::uint32_t count, const QByteArray &salt, Rounds &rounds)
+{
+    typename Hash::Context context;
+    Hash::setKey(&context, static_cast<std::size_t>(secret.size()), octets(secret));
+    QByteArray key;
+    for (std::uint32_t block = 1; key.size() < keySize; ++block) {
+        std::uint8_t number[4];
+        qToBigEndian(block, number);
+        std::uint8_t digest[Hash::size];
+        Hash::update(&context, static_cast<std::size_t>(salt.size()), octets(salt));
+        Hash::update(&context, sizeof number, number);
+        Hash::digest(&context, sizeof digest, digest);
+        std::uint8_t sum[Hash::size];
+        std::memcpy(sum, digest, sizeof sum);
+        for (std::uint32_t round = 1; round < count; ++round) {
+            Hash::update(&context, sizeof digest, digest);
+            Hash::digest(&context, sizeof digest, digest);
+            for (std::size_t i = 0; i < sizeof sum; ++i)
+                sum[i] ^= digest[i];
+            rounds.next();
+        }
+        key.append(reinterpret_cast<const char *>(sum), sizeof sum);
+        wipe(digest, sizeof digest);
+        wipe(sum, sizeof sum);
+    }
+    wipe(&context, sizeof context);
+    key.resize(keySize);
     return key;
 }
 } // namespace
@@ -106,7 +173,7 @@ bool Keybag::hasDoubleProtection() const
     return m_attributes.contains("DPIC") && m_attributes.contains("DPSL");
 }
 
-bool Keybag::unlock(const QByteArray &password)
+bool Keybag::unlock(const QByteArray &password, const RoundsDone &told)
 {
     for (auto entry = m_classes.cbegin(); entry != m_classes.cend(); ++entry) {
         const qsizetype size = entry->value("WPKY").size();
@@ -117,10 +184,14 @@ bool Keybag::unlock(const QByteArray &password)
         throw damaged(QStringLiteral("SALT or ITER is missing"));
     const std::uint32_t count = rounds(m_attributes, "ITER");
 
+    const std::uint32_t outerCount = hasDoubleProtection() ? rounds(m_attributes, "DPIC") : 0;
+    Rounds done(told, hashRounds<Sha256>(outerCount) + hashRounds<Sha1>(count));
     QByteArray secret = password;
-    if (hasDoubleProtection())
-        secret = derive(pbkdf2_hmac_sha256, secret, rounds(m_attributes, "DPIC"), m_attributes.value("DPSL"));
-    const QByteArray passwordKey = derive(pbkdf2_hmac_sha1, secret, count, m_attributes.value("SALT"));
+    if (outerCount > 0)
+        secret = derive<Sha256>(secret, outerCount, m_attributes.value("DPSL"), done);
+    const WipedAtEnd wipedSecret(secret);
+    QByteArray passwordKey = derive<Sha1>(secret, count, m_attributes.value("SALT"), done);
+    const WipedAtEnd wipedKey(passwordKey);
 
     QMap<std::uint32_t, Attributes> classes = m_classes;
     for (Attributes &entry : classes) {

@@ -6,6 +6,7 @@
 #include <QMap>
 
 #include <cstdint>
+#include <functional>
 
 /// The class keys of an encrypted backup: parsed from the "BackupKeyBag" data, unlocked with the password.
 class Keybag
@@ -16,10 +17,14 @@ public:
     /// Throws Error when the bytes are no keybag (cut off inside an item, no class entry at all).
     static Keybag parse(QByteArrayView bytes);
 
+    /// Told how far the derivation of a key is, about ten times a second; what it throws, such as Cancelled, ends
+    /// the derivation. Devices ask for rounds that take seconds, and a keybag may ask for many more.
+    using RoundsDone = std::function<void(std::uint64_t done, std::uint64_t total)>;
+
     /// Derives the password key and unwraps every class key that the password protects. False: wrong
     /// password. Throws Error when the keybag lacks what unlocking needs (SALT, ITER) or asks for an absurd
-    /// number of rounds.
-    bool unlock(const QByteArray &password);
+    /// number of rounds, and what `told` throws.
+    bool unlock(const QByteArray &password, const RoundsDone &told = {});
     bool isUnlocked() const { return m_unlocked; }
 
     /// True when both "DPIC" and "DPSL" are there: then Manifest.db is itself encrypted.

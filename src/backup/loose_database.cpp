@@ -17,6 +17,7 @@ LooseDatabaseSource::LooseDatabaseSource(const QString &folder, const QString &d
 
 QString LooseDatabaseSource::copyOf(const QString &database)
 {
+    m_guard.emplace(QStringList{database, folder() + QStringLiteral("/Attachments")});
     qint64 size = QFileInfo(database).size();
     for (const char *companion : companions)
         size += QFileInfo(database + QLatin1String(companion)).size();

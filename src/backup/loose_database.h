@@ -2,6 +2,9 @@
 
 #include "backup/folder_source.h"
 #include "backup/scratch_folder.h"
+#include "base/source_guard.h"
+
+#include <optional>
 
 /// The folder of a database that was taken off a device by itself, such as "sms.db" with "Attachments/"
 /// beside it: it stands for one folder of the device.
@@ -19,4 +22,5 @@ public:
 private:
     QString m_deviceFolder;
     ScratchFolder m_scratch;
+    std::optional<SourceGuard> m_guard;
 };

@@ -15,6 +15,8 @@
 namespace {
 constexpr QByteArrayView header("mbdb\x05\x00", 6);
 constexpr quint16 absent = 0xFFFF;
+// 1,500,000 files, more than any device was seen to have, take 300 MB; all of it is read into memory.
+constexpr qint64 largestCatalogue = 512 << 20;
 
 QByteArray readString(ByteReader &reader)
 {
@@ -114,6 +116,9 @@ void MBDBParser::read(const QString &path, const std::function<void(FileRecord &
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         throw Error(QStringLiteral("can not open %1. %2").arg(path, file.errorString()));
+    if (file.size() > largestCatalogue)
+        throw Error(QStringLiteral("can not read %1. It is larger than any catalogue.").arg(path),
+                    ErrorKind::Damaged, FileAccess::Reading);
     const QByteArray bytes = file.readAll();
     if (file.error() != QFileDevice::NoError)
         throw Error(QStringLiteral("can not read %1. %2").arg(path, file.errorString()));

@@ -20,7 +20,8 @@ std::uint64_t sizeOf(const QString &path)
 
 QString plainCatalogue(const QString &folder, ScratchFolder &scratch)
 {
-    const QString original = QDir(folder).filePath(QStringLiteral("Manifest.db"));
+    const QString name = QStringLiteral("Manifest.db");
+    const QString original = QDir(folder).filePath(name);
     std::uint64_t companionBytes = 0;
     for (const char *companion : companions)
         companionBytes += sizeOf(original + QLatin1String(companion));
@@ -29,10 +30,10 @@ QString plainCatalogue(const QString &folder, ScratchFolder &scratch)
     try {
         const QString copy = scratch.withRoomFor(2 * (sizeOf(original) + companionBytes)) +
                              QStringLiteral("/catalogue/Manifest.db");
-        copyFile(original, copy);
+        copyFile({folder, name}, copy);
         for (const char *companion : companions)
             if (sizeOf(original + QLatin1String(companion)) > 0)
-                copyFile(original + QLatin1String(companion), copy + QLatin1String(companion));
+                copyFile({folder, name + QLatin1String(companion)}, copy + QLatin1String(companion));
         applyLog(copy);
         return copy;
     } catch (const Error &error) {

@@ -1,6 +1,7 @@
 #include "backup/target_file.h"
 
 #include "base/error.h"
+#include "base/source_guard.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -41,8 +42,9 @@ bool setTimes(QFile &file, std::uint32_t unixSeconds)
            file.setFileTime(time, QFileDevice::FileModificationTime);
 }
 
-TargetFile::TargetFile(const QString &path, Placing placing) : m_path(path)
+TargetFile::TargetFile(const QString &path, Placing placing) : m_path(path), m_placing(placing)
 {
+    requirePlace();
     const QString folder = QFileInfo(path).path();
     if (!QDir().mkpath(folder))
         throw cannotCreate(path, QStringLiteral("The folder %1 cannot be made.").arg(folder),
@@ -56,6 +58,13 @@ TargetFile::TargetFile(const QString &path, Placing placing) : m_path(path)
     }
     if (!m_file.isOpen())
         throw cannotCreate(path, m_file.errorString(), kindOf(m_file));
+}
+
+/// What is written in place is the plain catalogue, which may lie in the backup itself.
+void TargetFile::requirePlace() const
+{
+    if (m_placing != Placing::InPlace)
+        SourceGuard::requireOutside(m_path);
 }
 
 bool TargetFile::open(const QString &path)
@@ -114,6 +123,7 @@ void TargetFile::commit(std::uint32_t unixSeconds)
     m_file.close();
     if (m_file.error() != QFileDevice::NoError)
         failWriting();
+    requirePlace();
     if (m_file.fileName() != m_path) {
         std::error_code error;
         std::filesystem::rename(nativePath(m_file.fileName()), nativePath(m_path), error);

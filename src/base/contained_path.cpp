@@ -1,5 +1,7 @@
 #include "base/contained_path.h"
 
+#include "base/file_names.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QStringList>
@@ -34,40 +36,40 @@ QString portable(QString component)
     return component;
 }
 
-QString problemOf(const QString &path)
+QString problemOf(const QString &path, NameRules rules)
 {
+    const bool isWindows = rules == NameRules::Windows;
     if (path.isEmpty())
         return QStringLiteral("the path is empty");
-    if (path.contains(QChar(0)))
-        return QStringLiteral("the path holds a NUL character");
-    if (path.startsWith(QLatin1Char('/')) || path.startsWith(QLatin1Char('\\')))
+    if (path.startsWith(QLatin1Char('/')) || (isWindows && path.startsWith(QLatin1Char('\\'))))
         return QStringLiteral("the path is absolute");
-    if (path.size() >= 2 && path.at(1) == QLatin1Char(':') && path.at(0).unicode() < 128 &&
+    if (isWindows && path.size() >= 2 && path.at(1) == QLatin1Char(':') && path.at(0).unicode() < 128 &&
         path.at(0).isLetter())
         return QStringLiteral("the path begins with a drive letter");
     return {};
 }
 
-QString problemOfComponent(const QString &component)
+QString problemOfComponent(const QString &component, NameRules rules)
 {
     if (component.isEmpty() || component == QLatin1String("."))
         return QStringLiteral("the path has an empty component");
     // On Windows a backslash separates too, so "..\x" climbs as "../x" does.
-    if (component.split(QLatin1Char('\\')).contains(QStringLiteral("..")))
+    const QChar separator = rules == NameRules::Windows ? QLatin1Char('\\') : QLatin1Char('/');
+    if (component.split(separator).contains(QStringLiteral("..")))
         return QStringLiteral("the path climbs with \"..\"");
-    if (namesDevice(component))
-        return QStringLiteral("\"%1\" names a device").arg(component);
     return {};
 }
 } // namespace
 
 std::optional<QString> containedPath(const QString &folder, const QString &relativePath, QString *whyNot)
 {
-    QString problem = problemOf(relativePath);
+    QString problem = relativePath.contains(QChar(0)) ? QStringLiteral("the path holds a NUL character")
+                                                      : whyNotBelow(relativePath, NameRules::Windows);
     QStringList components = relativePath.split(QLatin1Char('/'));
     for (qsizetype i = 0; problem.isEmpty() && i < components.size(); ++i) {
-        problem = problemOfComponent(components[i]);
-        if (problem.isEmpty())
+        if (namesDevice(components[i]))
+            problem = QStringLiteral("\"%1\" names a device").arg(components[i]);
+        else
             components[i] = portable(components[i]);
     }
     if (!problem.isEmpty()) {
@@ -78,15 +80,28 @@ std::optional<QString> containedPath(const QString &folder, const QString &relat
     return QDir(folder).filePath(components.join(QLatin1Char('/')));
 }
 
-QString withoutDeviceNames(const QString &relativePath)
+QString whyNotBelow(const QString &relativePath, NameRules rules)
 {
-    QStringList components = relativePath.split(QLatin1Char('/'));
-    for (QString &component : components)
-        if (namesDevice(component)) {
-            const QString base = component.section(QLatin1Char('.'), 0, 0);
-            component.replace(0, base.size(), QStringLiteral("$$%1$$").arg(base));
+    QString why = problemOf(relativePath, rules);
+    const QStringList components = relativePath.split(QLatin1Char('/'));
+    for (qsizetype i = 0; why.isEmpty() && i < components.size(); ++i)
+        why = problemOfComponent(components[i], rules);
+    return why;
+}
+
+QString landingName(const QString &name, NameRules rules)
+{
+    QString taken = name;
+    if (rules == NameRules::Windows) {
+        if (namesDevice(taken)) {
+            const QString base = taken.section(QLatin1Char('.'), 0, 0);
+            taken.replace(0, base.size(), QStringLiteral("$$%1$$").arg(base));
         }
-    return components.join(QLatin1Char('/'));
+        taken = portable(taken);
+    }
+    taken.replace(QChar(0), QLatin1Char('_'));
+    const NameEnds ends = splitAtLastDot(taken);
+    return fittingFileName(ends.stem, ends.end);
 }
 
 bool staysBelow(const QString &folder, const QString &path)

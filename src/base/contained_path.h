@@ -12,9 +12,22 @@
 std::optional<QString> containedPath(const QString &folder, const QString &relativePath,
                                      QString *whyNot = nullptr);
 
-/// The path with every component that names a device in a form that names none: "con.txt" as "$$con$$.txt".
-/// An application's folder may well be called "aux", and what is in it is as dear as the rest.
-QString withoutDeviceNames(const QString &relativePath);
+/// Which names a file system takes.
+enum class NameRules { Unix, Windows };
+#ifdef Q_OS_WIN
+inline constexpr NameRules ownNameRules = NameRules::Windows;
+#else
+inline constexpr NameRules ownNameRules = NameRules::Unix;
+#endif
+
+/// Why a "/"-separated relative path out of a backup may not be followed below a folder, in a few words: it is
+/// absolute, climbs, or has an empty component; by Windows' rules, too, for a drive letter. Empty when it may.
+QString whyNotBelow(const QString &relativePath, NameRules rules);
+
+/// One component of a path as a name that these rules take, which is the name itself wherever they do. On Unix only
+/// a NUL and more than 255 bytes are too much. On Windows "con.txt" becomes "$$con$$.txt", since an application's
+/// folder may well be called "aux" and what is in it is as dear as the rest, and what else is forbidden becomes "_".
+QString landingName(const QString &name, NameRules rules);
 
 /// True when `path` (which need not exist yet) lies below `folder` once every symbolic link on the way to it
 /// that exists is followed.

@@ -3,8 +3,13 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QTextBoundaryFinder>
 
 namespace {
+constexpr qsizetype longestNameBytes = 255;
+// A longer end of a name is no file name extension.
+constexpr qsizetype longestExtensionBytes = 32;
+
 // Windows reserves more names than these; the list is part of the promise which names change.
 constexpr const char *deviceNames[] = {"CON",  "PRN",  "AUX",  "CLOCK$", "NUL",  "COM1", "COM2", "COM3",
                                        "COM4", "COM5", "COM6", "COM7",   "COM8", "COM9", "LPT1"};
@@ -69,6 +74,31 @@ QString freeFileName(const QString &path)
         if (!isTaken(candidate))
             return candidate;
     }
+}
+
+NameEnds splitAtLastDot(const QString &name)
+{
+    const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));
+    if (dot < 0 || name.mid(dot).toUtf8().size() > longestExtensionBytes)
+        return {name, {}};
+    return {name.left(dot), name.mid(dot)};
+}
+
+QString fittingFileName(const QString &stem, const QString &end)
+{
+    const qsizetype room = longestNameBytes - end.toUtf8().size();
+    if (stem.toUtf8().size() <= room)
+        return stem + end;
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, stem);
+    qsizetype bytes = 0;
+    qsizetype kept = 0;
+    for (qsizetype next = finder.toNextBoundary(); next > 0; next = finder.toNextBoundary()) {
+        bytes += QStringView(stem).sliced(kept, next - kept).toUtf8().size();
+        if (bytes > room)
+            break;
+        kept = next;
+    }
+    return stem.left(kept) + end;
 }
 
 void removeFolderTree(const QString &path)

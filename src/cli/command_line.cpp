@@ -50,10 +50,14 @@ void describeProgram(CLI::App &app, Job &job)
 }
 
 /// Nothing when there is a job to run, else the exit status.
-std::optional<int> parse(CLI::App &app, const QStringList &arguments)
+std::optional<int> parse(CLI::App &app, const std::optional<QStringList> &arguments)
 {
+    if (!arguments) {
+        tellOneLine(QStringLiteral("an argument is no UTF-8, so that no file can be named by it"));
+        return static_cast<int>(ExitStatus::WrongUsage);
+    }
     std::vector<std::string> reversed;
-    for (auto argument = arguments.crbegin(); argument != arguments.crend(); ++argument)
+    for (auto argument = arguments->crbegin(); argument != arguments->crend(); ++argument)
         reversed.push_back(protectedArgument(*argument));
     try {
         app.parse(std::move(reversed));

@@ -1,6 +1,7 @@
 #include "cli/commands.h"
 
 #include "base/error.h"
+#include "base/source_guard.h"
 #include "cli/arguments.h"
 #include "cli/date_range.h"
 #include "cli/local_database.h"
@@ -91,6 +92,7 @@ void prepareTarget(MessageFormat format, const QString &target)
     if (info.exists() && info.isDir() != isFolder)
         throw Error(QStringLiteral("%1: %2").arg(
             target, isFolder ? QStringLiteral("not a folder") : QStringLiteral("is a folder, not a file")));
+    SourceGuard::requireOutside(target);
     const QString folder = isFolder ? target : info.absolutePath();
     if (!QDir().mkpath(folder))
         throw Error(QStringLiteral("can not create %1.").arg(folder));

@@ -22,7 +22,8 @@ void requireBackupFolder(const QString &folder)
                 .arg(folder));
 }
 
-void unlock(BackupManifest &backup, const QString &folder, const PasswordOption &password, PasswordNeed need)
+void unlock(BackupManifest &backup, const QString &folder, const PasswordOption &password, PasswordNeed need,
+            Progress &progress)
 {
     const std::optional<QString> text =
         need == PasswordNeed::Always ? password.givenOrAsked(folder) : password.given();
@@ -34,7 +35,7 @@ void unlock(BackupManifest &backup, const QString &folder, const PasswordOption 
                            "QUILLBARROW_PASSWORD or on a terminal")
                 .arg(folder));
     }
-    if (!backup.openEncrypted(*text))
+    if (!backup.openEncrypted(*text, progress))
         throw PasswordError(QStringLiteral("%1: Invalid password.").arg(folder));
 }
 } // namespace
@@ -63,7 +64,7 @@ std::unique_ptr<BackupManifest> openDescribed(const QString &folder, const Passw
     backup->loadInfo();
     progress.check();
     if (backup->info().encrypted)
-        unlock(*backup, folder, password, need);
+        unlock(*backup, folder, password, need, progress);
     return backup;
 }
 

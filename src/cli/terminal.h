@@ -8,8 +8,8 @@
 
 // What the command line needs of the system that Qt does not give. One implementation a system.
 
-/// The arguments after the program's name.
-QStringList commandLineArguments(int argc, char **argv);
+/// The arguments after the program's name. Nothing when one of them is no text: a file that it names would be another.
+std::optional<QStringList> commandLineArguments(int argc, char **argv);
 
 /// Makes the three standard streams exist and keeps line ends on standard output as they are written.
 void prepareStandardStreams();

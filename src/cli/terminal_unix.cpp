@@ -80,11 +80,14 @@ qsizetype bytesAtOnce(qsizetype size)
 }
 } // namespace
 
-QStringList commandLineArguments(int argc, char **argv)
+std::optional<QStringList> commandLineArguments(int argc, char **argv)
 {
     QStringList arguments;
-    for (int i = 1; i < argc; ++i)
+    for (int i = 1; i < argc; ++i) {
         arguments << QString::fromLocal8Bit(argv[i]);
+        if (arguments.last().toLocal8Bit() != argv[i])
+            return std::nullopt;
+    }
     return arguments;
 }
 

@@ -14,7 +14,7 @@
 
 #include <shellapi.h>
 
-QStringList commandLineArguments(int, char **)
+std::optional<QStringList> commandLineArguments(int, char **)
 {
     QStringList arguments;
     int count = 0;

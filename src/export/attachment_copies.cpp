@@ -1,6 +1,7 @@
 #include "export/attachment_copies.h"
 
 #include "base/error.h"
+#include "base/source_guard.h"
 #include "export/attachment_file.h"
 #include "export/output_file.h"
 #include "messages/attachment_content.h"
@@ -17,6 +18,7 @@ constexpr qint64 probeBytes = 64 * 1024;
 
 void makeFolder(const QString &path)
 {
+    SourceGuard::requireOutside(path);
     if (!QDir().mkpath(path))
         throw Error(QStringLiteral("can not create the folder %1.").arg(path));
 }

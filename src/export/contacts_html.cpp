@@ -1,6 +1,7 @@
 #include "export/contacts_html.h"
 
 #include "base/error.h"
+#include "base/own_file.h"
 #include "base/texts.h"
 #include "export/output_file.h"
 #include "personal/contact_words.h"
@@ -100,10 +101,8 @@ QString nameBlock(const ContactRecord &contact)
 } // namespace
 
 ContactsHtml::ContactsHtml(const QString &pagePath)
-    : m_photoFolder(QFileInfo(pagePath).dir().filePath(QStringLiteral("photos")))
+    : m_photoFolder(makeOwnFolder(QFileInfo(pagePath).absolutePath(), QStringLiteral("photos")))
 {
-    if (!QDir().mkpath(m_photoFolder))
-        throw Error(QStringLiteral("can not create %1").arg(m_photoFolder));
     QFile resource(QStringLiteral(":/res/empty_contact.png"));
     if (!resource.open(QIODevice::ReadOnly))
         throw Error(QStringLiteral("can not open %1. %2").arg(resource.fileName(), resource.errorString()));
@@ -138,9 +137,8 @@ QString ContactsHtml::photoElement(const ContactRecord &contact)
         const QString identifier =
             contact.id != 0 ? QString::number(contact.id) : QString::number(contact.src_id.toLongLong());
         name = identifier + QStringLiteral(".jpg");
-        for (int n = 1; m_photoNames.contains(name); ++n)
-            name = QStringLiteral("%1(%2).jpg").arg(identifier).arg(n);
-        m_photoNames.insert(name);
+        if (int &number = m_photos[identifier]; number++ > 0)
+            name = QStringLiteral("%1(%2).jpg").arg(identifier).arg(number - 1);
         QByteArray jpeg;
         QBuffer buffer(&jpeg);
         image.save(&buffer, "JPEG");

@@ -2,8 +2,8 @@
 
 #include "personal/contact_record.h"
 
+#include <QHash>
 #include <QList>
-#include <QSet>
 #include <QString>
 
 /// The page of contact cards and its folder of pictures. Text of lines ends with CR LF.
@@ -20,7 +20,7 @@ public:
 
 private:
     QString m_photoFolder;
-    QSet<QString> m_photoNames;
+    QHash<QString, int> m_photos; // how many there are of an identifier
 
     QString photoElement(const ContactRecord &contact);
 };

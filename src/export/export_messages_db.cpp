@@ -1,5 +1,10 @@
 #include "export/export_messages_db.h"
 
+#include "base/error.h"
+#include "base/source_guard.h"
+
+#include <QFileInfo>
+
 ExportMessagesDb::ExportMessagesDb(QString folder, FileSource *source,
                                    const std::vector<MessageRef> &messages)
     : m_folder(std::move(folder)), m_source(source), m_messages(messages)
@@ -8,6 +13,10 @@ ExportMessagesDb::ExportMessagesDb(QString folder, FileSource *source,
 
 void ExportMessagesDb::begin()
 {
+    SourceGuard::requireOutside(path());
+    if (QFileInfo(path()).isSymLink())
+        throw Error(QStringLiteral("can not write %1. It is a link, and leads elsewhere.").arg(path()),
+                    ErrorKind::Denied, FileAccess::Writing);
     m_saving.emplace(m_folder, m_source, m_messages);
 }
 

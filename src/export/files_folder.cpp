@@ -1,6 +1,7 @@
 #include "export/files_folder.h"
 
 #include "base/error.h"
+#include "base/own_file.h"
 #include "export/attachment_file.h"
 #include "export/emoji_picture.h"
 #include "export/message_text.h"
@@ -24,7 +25,7 @@ QByteArray contentOf(const QString &path)
 
 FilesFolder::FilesFolder(const QString &outputFolder, FileSource *source, Progress &progress,
                          MessageExportSummary &summary)
-    : m_folder(QDir(outputFolder).filePath(QStringLiteral("files"))),
+    : m_folder(makeOwnFolder(outputFolder, QStringLiteral("files"))),
       m_copies(m_folder, source, progress, summary)
 {
     copyBubblePieces();
@@ -46,8 +47,7 @@ void FilesFolder::addEmojiPictures(const std::vector<char32_t> &keys)
 {
     if (keys.empty())
         return;
-    const QString folder = m_copies.pathOf(QStringLiteral("app_res/emoji"));
-    makeFolder(folder);
+    const QString folder = makeOwnFolder(m_folder, QStringLiteral("app_res/emoji"));
     for (const char32_t key : keys) {
         const QString path = folder + QLatin1Char('/') + QString::fromLatin1(emojiName(key) + ".png");
         if (!QFileInfo::exists(path))

@@ -4,48 +4,11 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QTextBoundaryFinder>
 
 namespace {
-constexpr qsizetype longestNameBytes = 255;
-// A longer end of a name is no file name extension.
-constexpr qsizetype longestExtensionBytes = 32;
-
 QString sameNameKey(const QString &name)
 {
     return name.normalized(QString::NormalizationForm_C).toCaseFolded();
-}
-
-/// As much of `stem`, in whole characters, as leaves room for `end`.
-QString fitted(const QString &stem, const QString &end)
-{
-    const qsizetype room = longestNameBytes - end.toUtf8().size();
-    if (stem.toUtf8().size() <= room)
-        return stem + end;
-    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, stem);
-    qsizetype bytes = 0;
-    qsizetype kept = 0;
-    for (qsizetype next = finder.toNextBoundary(); next > 0; next = finder.toNextBoundary()) {
-        bytes += QStringView(stem).sliced(kept, next - kept).toUtf8().size();
-        if (bytes > room)
-            break;
-        kept = next;
-    }
-    return stem.left(kept) + end;
-}
-
-struct Parts
-{
-    QString stem;
-    QString end; // with its dot
-};
-
-Parts splitAtLastDot(const QString &name)
-{
-    const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));
-    if (dot < 0 || name.mid(dot).toUtf8().size() > longestExtensionBytes)
-        return {name, {}};
-    return {name.left(dot), name.mid(dot)};
 }
 } // namespace
 
@@ -71,14 +34,15 @@ bool FreeNames::takeIfFree(const QString &name)
 QString FreeNames::take(const QString &name)
 {
     const auto [stem, end] = splitAtLastDot(name);
-    const QString whole = fitted(stem, end);
+    const QString whole = fittingFileName(stem, end);
     if (takeIfFree(whole))
         return whole;
     const QString base = end.isEmpty() ? name : name.left(name.indexOf(QLatin1Char('.')));
-    int &number = m_lastNumber[sameNameKey(base + end)];
+    // Names that differ behind what fits become one, and count on together.
+    int &number = m_lastNumber[sameNameKey(fittingFileName(base, end))];
     for (;;) {
         ++number;
-        const QString numbered = fitted(base, QStringLiteral("(%1)").arg(number) + end);
+        const QString numbered = fittingFileName(base, QStringLiteral("(%1)").arg(number) + end);
         if (takeIfFree(numbered))
             return numbered;
     }

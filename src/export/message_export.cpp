@@ -1,6 +1,8 @@
 #include "export/message_export.h"
 
+#include "base/app_folders.h"
 #include "base/error.h"
+#include "base/source_guard.h"
 #include "base/texts.h"
 #include "export/export_messages_csv.h"
 #include "export/export_messages_db.h"
@@ -77,7 +79,7 @@ public:
 
     void toPages(const std::vector<MessageRef> &messages)
     {
-        makeFolder();
+        makeFolder(m_target);
         FilesFolder files(m_target, m_source, m_progress, m_summary);
         DateText dates = ExportMessagesHtml::dateLines();
         forEachConversation(messages, QStringLiteral(".html"),
@@ -88,7 +90,7 @@ public:
 
     void toPdf(const std::vector<MessageRef> &messages)
     {
-        makeFolder();
+        makeFolder(m_target);
         FetchedAttachments attachments(m_source, m_progress, m_summary);
         forEachConversation(messages, QStringLiteral(".pdf"),
                             [&](const _MsgChat *chat, const QString &path) -> std::unique_ptr<Writer> {
@@ -129,12 +131,6 @@ private:
     CountedProgress m_counted;
     MessageExportSummary m_summary;
 
-    void makeFolder() const
-    {
-        if (!QDir().mkpath(m_target))
-            throw Error(QStringLiteral("can not create the folder %1.").arg(m_target));
-    }
-
     template <typename MakeWriter>
     void forEachConversation(const std::vector<MessageRef> &messages, const QString &suffix,
                              const MakeWriter &makeWriter)
@@ -164,6 +160,7 @@ private:
 MessageExportSummary exportMessages(const std::vector<MessageRef> &messages, MessageFormat format,
                                     const QString &target, FileSource *source, Progress &progress)
 {
+    const SourceGuard localDatabases({localDatabasesFolder().path()}, SourceGuard::Reach::ThisThread);
     MessageExport job(static_cast<qint64>(messages.size()), target, source, progress);
     switch (format) {
     case MessageFormat::Text:

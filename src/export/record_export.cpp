@@ -1,6 +1,8 @@
 #include "export/record_export.h"
 
+#include "base/app_folders.h"
 #include "base/error.h"
+#include "base/source_guard.h"
 #include "export/contacts_export.h"
 
 namespace {
@@ -64,5 +66,6 @@ struct Writer
 SimpleExportSummary exportRecords(const RecordSelection &selection, const QString &format,
                                   const QString &target, Progress &progress)
 {
+    const SourceGuard localDatabases({localDatabasesFolder().path()}, SourceGuard::Reach::ThisThread);
     return std::visit(Writer{format, target, progress}, selection);
 }

@@ -2,12 +2,14 @@
 
 #include "base/error.h"
 #include "base/texts.h"
+#include "export/attachment_copies.h"
 #include "export/text_file.h"
 #include "personal/plain_text.h"
 
 #include <QDir>
 #include <QRegularExpression>
 #include <QHash>
+#include <QSet>
 #include <QUuid>
 
 #include <algorithm>
@@ -199,24 +201,26 @@ SimpleExportSummary exportBookmarks(const BookmarkTree &tree, const QString &pat
 
 SimpleExportSummary exportNotes(const QList<NoteEntry> &notes, const QString &folder, Progress &progress)
 {
-    if (!QDir().mkpath(folder))
-        throw Error(QStringLiteral("can not create %1").arg(folder));
+    makeFolder(folder);
     SimpleExportSummary summary;
     CountedProgress counted(progress, textFor("IDS_EXPORTING_NOTES"), QStringLiteral("Notes:%1 / %2"),
                             notes.size());
-    QHash<QString, QString> written; // file name -> content
+    QHash<QString, QString> written; // wanted name and content -> the name that it got
+    QHash<QString, int> numbers;     // the last one given to a wanted name
+    QSet<QString> taken;
     for (const NoteEntry &note : notes) {
         counted.item();
         const QString page = notePage(note);
         // Notes that differ must not meet in one file, also where they share title and date.
         const QString base = noteFileName(note);
-        QString name = base;
-        for (int n = 1; written.contains(name) && written.value(name) != page; ++n)
-            name = base.chopped(5) + QStringLiteral("(%1).html").arg(n);
-        TextFile file(QDir(folder).filePath(name));
-        file.write(page);
-        file.commit();
-        written.insert(name, page);
+        QString &name = written[base + QLatin1Char('\n') + page];
+        if (name.isEmpty()) {
+            name = base;
+            while (taken.contains(name))
+                name = base.chopped(5) + QStringLiteral("(%1).html").arg(++numbers[base]);
+            taken.insert(name);
+        }
+        writeWholeFile(QDir(folder).filePath(name), page.toUtf8());
         ++summary.written;
         if (refersToServer(note.content))
             summary.remarks.append(

@@ -2,6 +2,7 @@
 
 #include "base/error.h"
 #include "base/report.h"
+#include "base/source_guard.h"
 #include "personal/vcard_reader.h"
 
 #include <QFile>
@@ -12,7 +13,10 @@ constexpr qint64 largestCardFile = qint64(1) << 30;
 class CardFile : public PersonalSource
 {
 public:
-    CardFile(VCardContacts cards, QString path) : m_cards(std::move(cards)), m_path(std::move(path)) {}
+    CardFile(VCardContacts cards, QString path)
+        : m_cards(std::move(cards)), m_path(std::move(path)), m_guard({m_path})
+    {
+    }
 
     QList<ContactRecord> contacts(Scope, Report &report) override
     {
@@ -32,6 +36,7 @@ public:
 private:
     VCardContacts m_cards;
     QString m_path;
+    SourceGuard m_guard;
 };
 } // namespace
 

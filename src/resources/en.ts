@@ -543,6 +543,13 @@
         <source>IDS_BROWSE</source>
         <translation>Browse...</translation>
     </message>
+    <message numerus="yes">
+        <source>IDS_CHECKING_PASSWORD_SECONDS</source>
+        <translation>
+            <numerusform>Checking the password: about %n second left</numerusform>
+            <numerusform>Checking the password: about %n seconds left</numerusform>
+        </translation>
+    </message>
     <message>
         <source>IDS_CHECKING_PASSWORD</source>
         <translation>Checking the password...</translation>
@@ -1111,8 +1118,8 @@
     <message numerus="yes">
         <source>IDS_ISSUE_PATHS_TOO_LONG</source>
         <translation>
-            <numerusform>%n entry of %1 is left out, since its path is longer than any device allows</numerusform>
-            <numerusform>%n entries of %1 are left out, since their paths are longer than any device allows</numerusform>
+            <numerusform>%n entry of %1 is left out, since its path is longer or deeper than any device allows</numerusform>
+            <numerusform>%n entries of %1 are left out, since their paths are longer or deeper than any device allows</numerusform>
         </translation>
     </message>
     <message numerus="yes">

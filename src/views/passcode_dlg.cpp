@@ -98,6 +98,12 @@ void PasscodeDlg::btnOKPressed()
     connect(m_job.get(), &BackgroundJob::succeeded, this,
             [this, unlock] { onChecked(unlock->isUnlocked()); });
     connect(m_job.get(), &BackgroundJob::failed, this, &PasscodeDlg::onFailed);
+    connect(m_job.get(), &BackgroundJob::progressed, this,
+            [this](const QString &status, int percent, const QString &detail) {
+                m_busy->setRange(0, 100);
+                m_busy->setValue(percent);
+                m_message->setText(detail.isEmpty() ? status : detail);
+            });
     setBusy(true);
     m_job->start();
 }
@@ -128,6 +134,7 @@ void PasscodeDlg::showMessage(const QString &text)
 
 void PasscodeDlg::setBusy(bool busy)
 {
+    m_busy->setRange(0, 0); // until it is known how long it takes
     m_busy->setVisible(busy);
     m_ok->setEnabled(!busy);
     m_password->setEnabled(!busy);

@@ -1,5 +1,7 @@
 #include "work/attachment_extract_thread.h"
 
+#include "base/app_folders.h"
+#include "base/source_guard.h"
 #include "base/texts.h"
 #include "export/attachment_copies.h"
 #include "work/summary_text.h"
@@ -25,6 +27,7 @@ std::vector<const _MsgAttachment *> attachmentsOf(const std::vector<MessageRef> 
 MessageExportSummary extractAttachments(const std::vector<MessageRef> &messages, const MessageFiles &files,
                                         const QString &folder, Progress &progress)
 {
+    const SourceGuard localDatabases({localDatabasesFolder().path()}, SourceGuard::Reach::ThisThread);
     MessageExportSummary summary;
     const std::vector<const _MsgAttachment *> attachments = attachmentsOf(messages);
     CountedProgress counted(progress, textFor("IDS_EXTRACTING_ATTACHMENTS"), {},

@@ -8,7 +8,7 @@ UnlockThread::UnlockThread(OpenBackupPtr backup, QString password)
 QString UnlockThread::work(Progress &progress)
 {
     const BackupUse use(*m_backup, progress);
-    m_unlocked = m_backup->manifest().openEncrypted(m_password);
+    m_unlocked = m_backup->manifest().openEncrypted(m_password, progress);
     m_password.fill(QChar(0));
     return {};
 }

@@ -3,7 +3,7 @@
 #include "work/open_backup.h"
 #include "work/worker_thread.h"
 
-/// Tries a password on an encrypted backup. Deriving the key takes seconds and cannot be interrupted.
+/// Tries a password on an encrypted backup. Deriving the key takes seconds, or minutes.
 class UnlockThread : public WorkerThread
 {
     Q_OBJECT

@@ -111,6 +111,8 @@ void TestBadCatalogues::rows_data()
     row("path of no UTF-8", "'1','HomeDomain',cast(x'ff00fe' as text),2,null", 1, 0);
     row("longest path", "'1','HomeDomain',printf('%.4086c','x'),1,null", 1, 0);
     row("path too long", "'1','HomeDomain',printf('%.4087c','x'),1,null", 0, 1);
+    row("as deep as can be", "'1','HomeDomain',replace(printf('%.256c','x'),'x','x/')||'y',1,null", 1, 0);
+    row("too deep", "'1','HomeDomain',replace(printf('%.257c','x'),'x','x/')||'y',1,null", 0, 1);
     row("same file twice", "'1','HomeDomain','a',1,null),('2','HomeDomain','a',1,null", 1, 0);
     row("wrong id", "'ffff','HomeDomain','a',1,null", 1, 0);
 }

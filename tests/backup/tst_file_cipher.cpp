@@ -206,11 +206,11 @@ void TestFileCipher::badContent()
     decryptFile(key, place.source(), place.target(), {}, Padding::KeepIfBroken);
     QVERIFY(place.result() == plain);
 
-    for (const Padding padding : {Padding::Required, Padding::KeepIfBroken}) {
-        place.write(cipher + 'x');
-        QCOMPARE(errorOf([&] { decryptFile(key, place.source(), place.target(), {}, padding); }),
-                 place.source() + QStringLiteral(", POLARSSL_ERR_AES_INVALID_INPUT_LENGTH (rd%16 != 0)."));
-    }
+    place.write(cipher + 'x');
+    QCOMPARE(errorOf([&] { run(Job::Decrypt, place); }),
+             place.source() + QStringLiteral(", POLARSSL_ERR_AES_INVALID_INPUT_LENGTH (rd%16 != 0)."));
+    decryptFile(key, place.source(), place.target(), {}, Padding::KeepIfBroken);
+    QVERIFY(place.result() == plain);
     QCOMPARE(place.leftovers(), QStringList());
 }
 

@@ -53,6 +53,7 @@ private slots:
     void placesOfTags();
     void unlocks_data();
     void unlocks();
+    void derivationCanBeStopped();
     void lockedClassStaysLocked();
     void fileKeys_data();
     void fileKeys();
@@ -204,6 +205,29 @@ void TestKeybag::unlocks()
         QCOMPARE(keybag.classes().value(entry.number).value("KEY"), entry.key);
     QVERIFY(!keybag.unlock("wrong"));
     QVERIFY(keybag.isUnlocked());
+}
+
+void TestKeybag::derivationCanBeStopped()
+{
+    Options options = quick();
+    options.iter = 400'000;
+    Keybag keybag = Keybag::parse(build(options));
+    std::uint64_t last = 0;
+    QVERIFY(keybag.unlock(options.password, [&](std::uint64_t done, std::uint64_t total) {
+        QVERIFY(done > last && done <= total && total >= 800'000);
+        last = done;
+    }));
+    QVERIFY(last >= 700'000);
+    Keybag stopped = Keybag::parse(build(options));
+    int told = 0;
+    QVERIFY_EXCEPTION_THROWN(stopped.unlock(options.password,
+                                            [&](std::uint64_t, std::uint64_t) {
+                                                ++told;
+                                                throw Cancelled();
+                                            }),
+                             Cancelled);
+    QCOMPARE(told, 1);
+    QVERIFY(!stopped.isUnlocked());
 }
 
 void TestKeybag::lockedClassStaysLocked()

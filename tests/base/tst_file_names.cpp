@@ -5,6 +5,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 class TestFileNames : public QObject
 {
     Q_OBJECT
@@ -15,6 +17,10 @@ private slots:
     void freeName();
     void contained_data();
     void contained();
+    void landings_data();
+    void landings();
+    void below_data();
+    void below();
     void linkLeadsOutside();
 };
 
@@ -102,6 +108,61 @@ void TestFileNames::contained()
     QTEST(containedPath(QStringLiteral("/t"), relative, &why).value_or(QString()), "expected");
     QFETCH(QString, expected);
     QCOMPARE(why.isEmpty(), !expected.isEmpty());
+}
+
+void TestFileNames::landings_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("onUnix");
+    QTest::addColumn<QString>("onWindows");
+    const auto row = [](const char *situation, const QString &name, const QString &onUnix,
+                        const QString &onWindows) {
+        QTest::newRow(situation) << name << onUnix << onWindows;
+    };
+    row("plain", u"sms.db"_s, u"sms.db"_s, u"sms.db"_s);
+    row("blank at the end", u"Notes "_s, u"Notes "_s, u"Notes_"_s);
+    row("dot at the end", u"a."_s, u"a."_s, u"a_"_s);
+    row("what a desktop forbids", u"a:b\\c?\n"_s, u"a:b\\c?\n"_s, u"a_b_c__"_s);
+    row("device", u"con.tar.gz"_s, u"con.tar.gz"_s, u"$$con$$.tar.gz"_s);
+    row("NUL", u"a"_s + QChar(0), u"a_"_s, u"a_"_s);
+    row("255 bytes", QString(255, u'x'), QString(255, u'x'), QString(255, u'x'));
+    row("256 bytes", QString(252, u'x') + u".jpg"_s, QString(251, u'x') + u".jpg"_s, QString(251, u'x') + u".jpg"_s);
+    row("characters of several bytes", QString(100, QChar(0x20AC)), QString(85, QChar(0x20AC)),
+        QString(85, QChar(0x20AC)));
+}
+
+void TestFileNames::landings()
+{
+    QFETCH(QString, name);
+    QTEST(landingName(name, NameRules::Unix), "onUnix");
+    QTEST(landingName(name, NameRules::Windows), "onWindows");
+}
+
+void TestFileNames::below_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<bool>("onUnix");
+    QTest::addColumn<bool>("onWindows");
+    const auto row = [](const QString &path, bool onUnix, bool onWindows) {
+        QTest::addRow("\"%s\"", qPrintable(path)) << path << onUnix << onWindows;
+    };
+    row(u"a/b"_s, true, true);
+    row(u""_s, false, false);
+    row(u"/a"_s, false, false);
+    row(u"a/../b"_s, false, false);
+    row(u"a//b"_s, false, false);
+    row(u"a/."_s, false, false);
+    row(u"..\\b"_s, true, false);
+    row(u"\\b"_s, true, false);
+    row(u"C:/b"_s, true, false);
+    row(u"aux/NUL"_s, true, true);
+}
+
+void TestFileNames::below()
+{
+    QFETCH(QString, path);
+    QTEST(whyNotBelow(path, NameRules::Unix).isEmpty(), "onUnix");
+    QTEST(whyNotBelow(path, NameRules::Windows).isEmpty(), "onWindows");
 }
 
 void TestFileNames::linkLeadsOutside()
