@@ -37,8 +37,7 @@ RecordSelection selectRecords(const RecordExport &request, PersonalSource &recor
     case DataClass::Calls:
         return within(records.calls(request.scope, report), range, [](const CallEntry &call) { return call.date; });
     case DataClass::Calendar:
-        return within(records.calendar(request.scope, report), range,
-                       [](const CalendarEvent &event) { return event.start_date; });
+        return within(records.calendar(request.scope, report), range, startHere);
     case DataClass::Notes:
         return within(records.notes(request.scope, report), range,
                        [](const NoteEntry &note) { return note.modified_date; });
@@ -143,10 +142,8 @@ ExitStatus exportRecords(const RecordExport &request, const PasswordOption &pass
     requireTarget(request.dataClass, target);
     Report report = reportOf(open.backup.get());
     const RecordSelection selection = selectRecords(request, *open.records, report);
-    const SimpleExportSummary summary = exportRecords(selection, request.format, target, context.progress);
+    report.merge(exportRecords(selection, request.format, target, context.progress));
     context.progress.clear();
-    context.tell(QStringLiteral("%1 %2 written").arg(summary.written).arg(dataClassName(request.dataClass)));
-    for (const QString &remark : summary.skipped + summary.remarks)
-        context.tell(remark);
+    context.tell(QStringLiteral("%1 %2 written").arg(report.done).arg(dataClassName(request.dataClass)));
     return context.report(report);
 }

@@ -66,7 +66,7 @@ void writeText(const QList<ContactRecord> &contacts, TextFile &file, CountedProg
 }
 
 void writeHtml(const QList<ContactRecord> &contacts, const QString &path, TextFile &file,
-               CountedProgress &progress)
+               CountedProgress &progress, Report &report)
 {
     ContactsHtml page(path);
     file.write(page.head());
@@ -81,15 +81,20 @@ void writeHtml(const QList<ContactRecord> &contacts, const QString &path, TextFi
         throw;
     }
     close();
+    if (page.unreadablePictures() > 0)
+        report.add({.kind = IssueKind::Damaged,
+                    .what = "IDS_ISSUE_PICTURES_OF_CONTACTS_UNREADABLE",
+                    .count = page.unreadablePictures()});
 }
 } // namespace
 
-SimpleExportSummary exportContacts(const QList<ContactRecord> &contacts, ContactFormat format,
-                                   const QString &path, Progress &progress)
+Report exportContacts(const QList<ContactRecord> &contacts, ContactFormat format, const QString &path,
+                      Progress &progress)
 {
     TextFile file(path);
     CountedProgress counted(progress, textFor("IDS_EXPORTING_CONTACTS_TO_FILE"),
                             QStringLiteral("Contacts:%1/%2"), contacts.size());
+    Report report;
     file.keepWhenCancelled([&] {
         switch (format) {
         case ContactFormat::VCard:
@@ -99,8 +104,9 @@ SimpleExportSummary exportContacts(const QList<ContactRecord> &contacts, Contact
         case ContactFormat::Text:
             return writeText(contacts, file, counted);
         case ContactFormat::Html:
-            return writeHtml(contacts, path, file, counted);
+            return writeHtml(contacts, path, file, counted, report);
         }
     });
-    return {contacts.size(), {}, {}};
+    report.done = contacts.size();
+    return report;
 }

@@ -6,7 +6,7 @@
 
 enum class ContactFormat { VCard = 1, Csv = 2, Text = 3, Html = 4 };
 
-/// Writes contacts to one file; HTML puts the pictures into a folder "photos" beside it. A cancelled export
-/// keeps what it has written. Throws Error and Cancelled.
-SimpleExportSummary exportContacts(const QList<ContactRecord> &contacts, ContactFormat format,
-                                   const QString &path, Progress &progress);
+/// Writes contacts to one file; HTML puts the pictures into a folder "photos" beside it, and names those that
+/// are no pictures. A cancelled export keeps what it has written. Throws Error and Cancelled.
+Report exportContacts(const QList<ContactRecord> &contacts, ContactFormat format, const QString &path,
+                      Progress &progress);

@@ -4,6 +4,7 @@
 #include "base/own_file.h"
 #include "base/texts.h"
 #include "export/output_file.h"
+#include "export/page_policy.h"
 #include "personal/contact_words.h"
 
 #include <QBuffer>
@@ -116,6 +117,7 @@ QString ContactsHtml::head() const
     html += line(QStringLiteral("<html xmlns=\"http://www.w3.org/1999/xhtml\">"));
     html += line(QStringLiteral("<head>"));
     html += line(QStringLiteral("<meta http-equiv=\"Content-Type\" content=\"text/html; charset=utf-8\" />"));
+    html += line(QLatin1String(pageWithFiles));
     html += line(QStringLiteral("<title>%1</title>").arg(textFor("IDS_PRODUCT_NAME")));
     html += line(QStringLiteral("<style type=\"text/css\">"));
     html += line(QStringLiteral(".photo{float:left;margin:5px;border:1px solid #A9A9A9;}"));
@@ -132,7 +134,10 @@ QString ContactsHtml::photoElement(const ContactRecord &contact)
 {
     QString name = QLatin1String(placeholder);
     const auto photos = contact.rows.value(ContactDataKind::Photo);
-    if (const QImage image = photos.isEmpty() ? QImage() : decode(photos.first().data15); !image.isNull()) {
+    const QByteArray stored = photos.isEmpty() ? QByteArray() : photos.first().data15;
+    const QImage image = decode(stored);
+    m_unreadablePictures += image.isNull() && !stored.isEmpty() ? 1 : 0;
+    if (!image.isNull()) {
         // Contacts of several sources may share an identifier, and must not share a picture.
         const QString identifier =
             contact.id != 0 ? QString::number(contact.id) : QString::number(contact.src_id.toLongLong());

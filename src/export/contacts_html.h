@@ -18,9 +18,13 @@ public:
     QString card(const ContactRecord &contact);
     QString tail() const;
 
+    /// How many pictures were neither JPEG nor PNG.
+    qint64 unreadablePictures() const { return m_unreadablePictures; }
+
 private:
     QString m_photoFolder;
     QHash<QString, int> m_photos; // how many there are of an identifier
+    qint64 m_unreadablePictures = 0;
 
     QString photoElement(const ContactRecord &contact);
 };

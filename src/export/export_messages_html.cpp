@@ -2,6 +2,7 @@
 
 #include "base/texts.h"
 #include "export/files_folder.h"
+#include "export/page_policy.h"
 
 namespace {
 // A conversation begins without a date line before it.
@@ -29,8 +30,9 @@ void ExportMessagesHtml::begin()
     out += "<!DOCTYPE html PUBLIC \"-//W3C//DTD XHTML 1.0 Transitional//EN\" "
            "\"http://www.w3.org/TR/xhtml1/DTD/xhtml1-transitional.dtd\">\n"
            "<html xmlns=\"http://www.w3.org/1999/xhtml\">\n"
-           "<head><meta http-equiv=\"Content-Type\" content=\"text/html; charset=utf-8\" />\n"
-           "<title>";
+           "<head><meta http-equiv=\"Content-Type\" content=\"text/html; charset=utf-8\" />\n";
+    out += pageWithFiles;
+    out += "\n<title>";
     m_markup.text().append(out, textFor("IDS_PRODUCT_NAME"));
     out += "</title>\n"
            "<link href=\"files/style.css\" type=\"text/css\" rel=\"stylesheet\"/></head><body>\n";

@@ -24,7 +24,7 @@ struct Writer
             refuse(format);
     }
 
-    SimpleExportSummary operator()(const QList<ContactRecord> &contacts) const
+    Report operator()(const QList<ContactRecord> &contacts) const
     {
         const ContactFormat chosen = is("vcard")  ? ContactFormat::VCard
                                      : is("csv")  ? ContactFormat::Csv
@@ -34,14 +34,14 @@ struct Writer
         return exportContacts(contacts, chosen, target, progress);
     }
 
-    SimpleExportSummary operator()(const QList<CallEntry> &calls) const
+    Report operator()(const QList<CallEntry> &calls) const
     {
         if (!is("csv"))
             require("text");
         return exportCalls(calls, is("csv") ? CallFormat::Csv : CallFormat::Text, target, progress);
     }
 
-    SimpleExportSummary operator()(const QList<CalendarEvent> &events) const
+    Report operator()(const QList<CalendarEvent> &events) const
     {
         if (!is("csv"))
             require("ical");
@@ -49,13 +49,13 @@ struct Writer
                               QDate::currentDate(), progress);
     }
 
-    SimpleExportSummary operator()(const QList<NoteEntry> &notes) const
+    Report operator()(const QList<NoteEntry> &notes) const
     {
         require("html");
         return exportNotes(notes, target, progress);
     }
 
-    SimpleExportSummary operator()(const std::shared_ptr<const BookmarkTree> &tree) const
+    Report operator()(const std::shared_ptr<const BookmarkTree> &tree) const
     {
         require("html");
         return exportBookmarks(*tree, target, progress);
@@ -63,8 +63,8 @@ struct Writer
 };
 } // namespace
 
-SimpleExportSummary exportRecords(const RecordSelection &selection, const QString &format,
-                                  const QString &target, Progress &progress)
+Report exportRecords(const RecordSelection &selection, const QString &format, const QString &target,
+                     Progress &progress)
 {
     const SourceGuard localDatabases({localDatabasesFolder().path()}, SourceGuard::Reach::ThisThread);
     return std::visit(Writer{format, target, progress}, selection);

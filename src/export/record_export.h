@@ -3,8 +3,6 @@
 #include "export/simple_exports.h"
 #include "personal/contact_record.h"
 
-#include <QStringList>
-
 #include <variant>
 
 /// Records of one class that are to be written. A bookmark tree is pointed to, since it cannot be copied; it
@@ -15,5 +13,5 @@ using RecordSelection = std::variant<QList<ContactRecord>, QList<CallEntry>, QLi
 /// Writes them in a format of their class: contacts "vcard", "csv", "text", "html"; calls "text", "csv";
 /// notes "html"; calendar "ical", "csv"; bookmarks "html". The target is a file, for notes a folder. Throws
 /// Error, also for a format that the class lacks, and Cancelled.
-SimpleExportSummary exportRecords(const RecordSelection &selection, const QString &format,
-                                  const QString &target, Progress &progress);
+Report exportRecords(const RecordSelection &selection, const QString &format, const QString &target,
+                     Progress &progress);

@@ -3,6 +3,7 @@
 #include "base/error.h"
 #include "base/texts.h"
 #include "export/attachment_copies.h"
+#include "export/page_policy.h"
 #include "export/text_file.h"
 #include "personal/plain_text.h"
 
@@ -17,12 +18,12 @@
 namespace {
 QString dayText(const CalendarEvent &event, const QDateTime &date)
 {
-    return (isDayAsStored(event) ? date.toUTC() : date.toLocalTime()).toString(QStringLiteral("yyyyMMdd"));
+    return shownDate(event, date).toString(QStringLiteral("yyyyMMdd"));
 }
 
-QString localText(const QDateTime &date)
+QString timeText(const QDateTime &date)
 {
-    return date.isValid() ? date.toLocalTime().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss")) : QString();
+    return date.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss"));
 }
 
 QString freshUid()
@@ -116,13 +117,20 @@ QString noteFileName(const NoteEntry &note)
 
 QString notePage(const NoteEntry &note)
 {
-    return QStringLiteral("<!DOCTYPE html PUBLIC \"-//W3C//DTD XHTML 1.0 Transitional//EN\" "
-                          "\"http://www.w3.org/TR/xhtml1/DTD/xhtml1-transitional.dtd\">\n"
-                          "<html xmlns=\"http://www.w3.org/1999/xhtml\">\n"
-                          "<head><meta http-equiv=\"Content-Type\" content=\"text/html; charset=utf-8\" />\n"
-                          "<title>") +
-           note.title.toHtmlEscaped() + QStringLiteral("</title></head><body>\n") + note.content +
-           QStringLiteral("\n</body></html>\n");
+    return QStringLiteral(
+               "<!DOCTYPE html PUBLIC \"-//W3C//DTD XHTML 1.0 Transitional//EN\" "
+               "\"http://www.w3.org/TR/xhtml1/DTD/xhtml1-transitional.dtd\">\n"
+               "<html xmlns=\"http://www.w3.org/1999/xhtml\">\n"
+               "<head><meta http-equiv=\"Content-Type\" content=\"text/html; charset=utf-8\" />\n") +
+           QLatin1String(inertPage) + QStringLiteral("\n<title>") + note.title.toHtmlEscaped() +
+           QStringLiteral("</title></head><body>\n") + note.content + QStringLiteral("\n</body></html>\n");
+}
+
+Report written(qint64 records)
+{
+    Report report;
+    report.done = records;
+    return report;
 }
 
 bool refersToServer(const QString &html)
@@ -135,8 +143,8 @@ bool refersToServer(const QString &html)
 }
 } // namespace
 
-SimpleExportSummary exportCalendar(const QList<CalendarEvent> &events, CalendarFormat format,
-                                   const QString &path, const QDate &day, Progress &progress)
+Report exportCalendar(const QList<CalendarEvent> &events, CalendarFormat format, const QString &path,
+                      const QDate &day, Progress &progress)
 {
     TextFile file(path);
     CountedProgress counted(progress, textFor("IDS_EXPORTING_CALENDAR_ITEMS"), QStringLiteral("%1 / %2"),
@@ -151,8 +159,9 @@ SimpleExportSummary exportCalendar(const QList<CalendarEvent> &events, CalendarF
         for (const CalendarEvent &event : events) {
             counted.item();
             if (format == CalendarFormat::Csv)
-                file.writeLine(QStringList{event.summary, localText(event.start_date),
-                                           localText(event.end_date), event.rrule, event.description}
+                file.writeLine(QStringList{event.summary, timeText(shownDate(event, event.start_date)),
+                                           timeText(shownDate(event, event.end_date)), event.rrule,
+                                           event.description}
                                    .join(QLatin1Char(',')));
             else
                 writeICalendarEvent(file, event, day);
@@ -160,11 +169,10 @@ SimpleExportSummary exportCalendar(const QList<CalendarEvent> &events, CalendarF
         if (format == CalendarFormat::ICalendar)
             file.writeLine(QStringLiteral("END:VCALENDAR"));
     });
-    return {events.size(), {}, {}};
+    return written(events.size());
 }
 
-SimpleExportSummary exportCalls(const QList<CallEntry> &calls, CallFormat format, const QString &path,
-                                Progress &progress)
+Report exportCalls(const QList<CallEntry> &calls, CallFormat format, const QString &path, Progress &progress)
 {
     TextFile file(path);
     CountedProgress counted(progress, {}, QStringLiteral("%1 / %2"), calls.size());
@@ -174,15 +182,15 @@ SimpleExportSummary exportCalls(const QList<CallEntry> &calls, CallFormat format
                                 format));
         for (const CallEntry &call : calls) {
             counted.item();
-            file.writeLine(callLine({flagOf(call), call.address, call.person, localText(call.date),
-                                     QString::number(call.duration)},
+            file.writeLine(callLine({flagOf(call), call.address, call.person,
+                                     timeText(call.date.toLocalTime()), QString::number(call.duration)},
                                     format));
         }
     });
-    return {calls.size(), {}, {}};
+    return written(calls.size());
 }
 
-SimpleExportSummary exportBookmarks(const BookmarkTree &tree, const QString &path, Progress &progress)
+Report exportBookmarks(const BookmarkTree &tree, const QString &path, Progress &progress)
 {
     TextFile file(path);
     CountedProgress counted(progress, textFor("IDS_EXPORTING_BOOKMARKS"), QStringLiteral("%1 / %2"),
@@ -191,18 +199,20 @@ SimpleExportSummary exportBookmarks(const BookmarkTree &tree, const QString &pat
         file.writeLine(
             QStringLiteral("<META HTTP-EQUIV=\"Content-Type\" CONTENT=\"text/html; charset=UTF-8\">"));
         file.writeLine(QStringLiteral("<TITLE>Bookmarks</TITLE>"));
+        // A bookmark may be a script, which a click on the page would run.
+        file.writeLine(QLatin1String(inertPage));
         file.writeLine(QStringLiteral("<DL>"));
         for (const auto &node : tree)
             writeBookmark(file, *node, counted);
         file.writeLine(QStringLiteral("</DL>"));
     });
-    return {counted.done(), {}, {}};
+    return written(counted.done());
 }
 
-SimpleExportSummary exportNotes(const QList<NoteEntry> &notes, const QString &folder, Progress &progress)
+Report exportNotes(const QList<NoteEntry> &notes, const QString &folder, Progress &progress)
 {
     makeFolder(folder);
-    SimpleExportSummary summary;
+    Report report;
     CountedProgress counted(progress, textFor("IDS_EXPORTING_NOTES"), QStringLiteral("Notes:%1 / %2"),
                             notes.size());
     QHash<QString, QString> written; // wanted name and content -> the name that it got
@@ -221,10 +231,9 @@ SimpleExportSummary exportNotes(const QList<NoteEntry> &notes, const QString &fo
             taken.insert(name);
         }
         writeWholeFile(QDir(folder).filePath(name), page.toUtf8());
-        ++summary.written;
+        ++report.done;
         if (refersToServer(note.content))
-            summary.remarks.append(
-                QStringLiteral("%1: refers to pictures on a server, which were not fetched").arg(name));
+            report.add({.kind = IssueKind::Remark, .what = "IDS_ISSUE_NOTES_REFER_TO_SERVER", .where = name});
     }
-    return summary;
+    return report;
 }

@@ -38,3 +38,18 @@ inline bool isDayAsStored(const CalendarEvent &event)
 {
     return event.all_day != 0 || event.tz == QLatin1String("_float");
 }
+
+/// A date of an event as it is shown and written: of an all-day or floating event as stored, else in local
+/// time.
+inline QDateTime shownDate(const CalendarEvent &event, const QDateTime &date)
+{
+    return isDayAsStored(event) ? date.toUTC() : date.toLocalTime();
+}
+
+/// The instant that tells whether an event is in a range of local days: when the date that is shown as its
+/// start comes here.
+inline QDateTime startHere(const CalendarEvent &event)
+{
+    const QDateTime shown = shownDate(event, event.start_date);
+    return shown.isValid() ? QDateTime(shown.date(), shown.time(), Qt::LocalTime) : QDateTime();
+}

@@ -1640,10 +1640,6 @@
         <translation>Select what to delete first.</translation>
     </message>
     <message>
-        <source>IDS_REMARKS_%1</source>
-        <translation>%1 remarks:</translation>
-    </message>
-    <message>
         <source>IDS_ACC_DETAIL</source>
         <translation>The selected record</translation>
     </message>
@@ -1684,6 +1680,83 @@
         <translation>
             <numerusform>(--everything brings it in)</numerusform>
             <numerusform>(--everything brings them in)</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_CARDS_EMPTY</source>
+        <translation>
+            <numerusform>%n card is empty and is left out: %1</numerusform>
+            <numerusform>%n cards are empty and are left out: %1</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_CARDS_WITHOUT_END</source>
+        <translation>
+            <numerusform>%n card has no end and is left out: %1</numerusform>
+            <numerusform>%n cards have no end and are left out: %1</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_CARD_LINES</source>
+        <translation>
+            <numerusform>%n line of the cards could not be read: %1</numerusform>
+            <numerusform>%n lines of the cards could not be read: %1</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_CARD_PICTURES</source>
+        <translation>
+            <numerusform>%n picture of the cards is not whole and is left out: %1</numerusform>
+            <numerusform>%n pictures of the cards are not whole and are left out: %1</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_CARD_PICTURES_ELSEWHERE</source>
+        <translation>
+            <numerusform>%n picture of the cards lies on a server and was not fetched: %1</numerusform>
+            <numerusform>%n pictures of the cards lie on a server and were not fetched: %1</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_CARD_PROPERTIES</source>
+        <translation>
+            <numerusform>%n entry of the cards has no place in a contact and is left out: %1</numerusform>
+            <numerusform>%n entries of the cards have no place in a contact and are left out: %1</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_CARD_VALUES_JOINED</source>
+        <translation>
+            <numerusform>%n repeated entry of the cards was joined with the first of its kind: %1</numerusform>
+            <numerusform>%n repeated entries of the cards were joined with the first of their kind: %1</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_NAMES_OF_NUMBERS</source>
+        <translation>
+            <numerusform>%n address book could not be read whole, and numbers are without names: %1: %2</numerusform>
+            <numerusform>%n address books could not be read whole, and numbers are without names: %1: %2</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_PICTURES_OF_NUMBERS</source>
+        <translation>
+            <numerusform>%n time the pictures of contacts could not be read: %1: %2</numerusform>
+            <numerusform>%n times the pictures of contacts could not be read: %1: %2</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_NOTES_REFER_TO_SERVER</source>
+        <translation>
+            <numerusform>%n note refers to pictures on a server, which were not fetched: %1</numerusform>
+            <numerusform>%n notes refer to pictures on a server, which were not fetched: %1</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_PICTURES_OF_CONTACTS_UNREADABLE</source>
+        <translation>
+            <numerusform>%n picture of a contact is neither JPEG nor PNG and is left out</numerusform>
+            <numerusform>%n pictures of contacts are neither JPEG nor PNG and are left out</numerusform>
         </translation>
     </message>
     <message numerus="yes">
@@ -1810,13 +1883,6 @@
         <translation>
             <numerusform>%n bookmark or folder is left out because its folder is hidden, missing or came later</numerusform>
             <numerusform>%n bookmarks or folders are left out because their folder is hidden, missing or came later</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>IDS_ISSUE_CARDS_DAMAGED</source>
-        <translation>
-            <numerusform>%n card or property of %1 cannot be read: %2</numerusform>
-            <numerusform>%n cards or properties of %1 cannot be read: %2</numerusform>
         </translation>
     </message>
     <message numerus="yes">

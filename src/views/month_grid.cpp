@@ -20,8 +20,7 @@ MonthGrid::MonthGrid(QWidget *parent) : QCalendarWidget(parent)
 
 QDate MonthGrid::dayOf(const CalendarEvent &event)
 {
-    const bool asStored = isDayAsStored(event);
-    return (asStored ? event.start_date.toUTC() : event.start_date.toLocalTime()).date();
+    return shownDate(event, event.start_date).date();
 }
 
 void MonthGrid::setEvents(const QList<CalendarEvent> &events)

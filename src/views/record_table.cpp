@@ -25,7 +25,7 @@ QString dateText(const QDateTime &date)
 
 QString dayText(const CalendarEvent &event, const QDateTime &date)
 {
-    const QDateTime shown = isDayAsStored(event) ? date.toUTC() : date.toLocalTime();
+    const QDateTime shown = shownDate(event, date);
     if (event.all_day != 0)
         return QLocale::system().toString(shown.date(), QLocale::ShortFormat);
     return QLocale::system().toString(shown, QLocale::ShortFormat);

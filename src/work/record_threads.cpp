@@ -76,9 +76,8 @@ ExportRecordsThread::ExportRecordsThread(RecordSelection selection, QString form
 
 QString ExportRecordsThread::work(Progress &progress)
 {
-    const SimpleExportSummary summary = exportRecords(m_selection, m_format, m_target, progress);
-    return textFor(exportTextKey(m_selection)).arg(summary.written) +
-           listedProblems("IDS_REMARKS_%1", summary.skipped + summary.remarks);
+    const Report report = exportRecords(m_selection, m_format, m_target, progress);
+    return textFor(exportTextKey(m_selection)).arg(report.done) + reportText(report);
 }
 
 std::unique_ptr<WorkerThread> makeExportThread(RecordSelection selection, QString format, QString target)

@@ -1,5 +1,6 @@
 #include "base/error.h"
 #include "base/texts.h"
+#include "export/page_policy.h"
 #include "export/simple_exports.h"
 #include "resources/resources.h"
 
@@ -54,9 +55,9 @@ void TestSimpleExports::calendarIsReadElsewhere()
     wholeDay.rrule.clear();
     CalendarEvent floating = timed;
     floating.tz = "_float";
-    const auto summary = exportCalendar({timed, wholeDay, floating}, CalendarFormat::ICalendar,
+    const Report report = exportCalendar({timed, wholeDay, floating}, CalendarFormat::ICalendar,
                                         m_folder.filePath("c.ics"), QDate(2026, 3, 4), m_progress);
-    QCOMPARE(summary.written, 3);
+    QCOMPARE(report.done, 3);
     QVERIFY(content("c.ics").startsWith(
         "BEGIN:VCALENDAR\nPRODID:-//Quillbarrow Ltd//Quillbarrow//EN\nVERSION:2.0\n"
         "CALSCALE:GREGORIAN\nMETHOD:PUBLISH\nBEGIN:VEVENT\nDTSTART;VALUE=DATE:20260201\n"));
@@ -82,9 +83,24 @@ void TestSimpleExports::calendarCsv()
     CalendarEvent event;
     event.summary = "S,x";
     event.start_date = utc("2026-07-01T10:00:00Z");
-    exportCalendar({event}, CalendarFormat::Csv, m_folder.filePath("c.csv"), QDate(2026, 3, 4), m_progress);
-    QCOMPARE(content("c.csv"),
-             QByteArray("Summary,Start Date,End Date,RRule,Description\nS,x,2026-07-01 12:00:00,,,\n"));
+    CalendarEvent wholeDay;
+    wholeDay.summary = "D";
+    wholeDay.all_day = 1;
+    wholeDay.start_date = utc("2026-07-01T00:00:00Z");
+    wholeDay.end_date = utc("2026-07-01T23:59:59Z");
+    CalendarEvent floating = wholeDay;
+    floating.all_day = 0;
+    floating.tz = "_float";
+    floating.start_date = utc("2026-03-29T02:30:00Z"); // no time of the local zone
+    exportCalendar({event, wholeDay, floating}, CalendarFormat::Csv, m_folder.filePath("c.csv"),
+                   QDate(2026, 3, 4), m_progress);
+    QCOMPARE(content("c.csv"), QByteArray("Summary,Start Date,End Date,RRule,Description\n"
+                                          "S,x,2026-07-01 12:00:00,,,\n"
+                                          "D,2026-07-01 00:00:00,2026-07-01 23:59:59,,\n"
+                                          "D,2026-03-29 02:30:00,2026-07-01 23:59:59,,\n"));
+    QCOMPARE(startHere(event), utc("2026-07-01T10:00:00Z"));
+    QCOMPARE(startHere(wholeDay), utc("2026-06-30T22:00:00Z"));
+    QVERIFY(!startHere(CalendarEvent()).isValid());
 }
 
 void TestSimpleExports::calls()
@@ -126,10 +142,12 @@ void TestSimpleExports::bookmarks()
     tree.front()->children.push_back(node(BookmarkNode::bookmark, "second", "http://2", 2));
     tree.front()->children.push_back(node(BookmarkNode::bookmark, "first\r\n<b>", "http://1/?a=\"&b", 1));
     tree.push_back(node(BookmarkNode::folder, "Empty", "", 1));
-    QCOMPARE(exportBookmarks(tree, m_folder.filePath("b.html"), m_progress).written, 2);
+    QCOMPARE(exportBookmarks(tree, m_folder.filePath("b.html"), m_progress).done, 2);
     QCOMPARE(content("b.html"),
              QByteArray("<META HTTP-EQUIV=\"Content-Type\" CONTENT=\"text/html; charset=UTF-8\">\n"
-                        "<TITLE>Bookmarks</TITLE>\n<DL>\n<DT><H3>F</H3>\n<DL>\n"
+                        "<TITLE>Bookmarks</TITLE>\n" +
+                        QByteArray(inertPage) +
+                        "\n<DL>\n<DT><H3>F</H3>\n<DL>\n"
                         "<DT><A HREF=\"http://1/?a=&quot;&amp;b\">first &lt;b&gt;</A></DT>\n"
                         "<DT><A HREF=\"http://2\">second</A></DT>\n</DL>\n</DT>\n"
                         "<DT><H3>Empty</H3>\n<DL>\n</DL>\n</DT>\n</DL>\n"));
@@ -147,9 +165,9 @@ void TestSimpleExports::notes()
     NoteEntry other = note;
     other.content = "<div>y</div>";
     NoteEntry same = note;
-    const auto summary = exportNotes({note, other, same, forbidden}, m_folder.filePath("notes"), m_progress);
-    QCOMPARE(summary.written, 4);
-    QCOMPARE(summary.remarks.size(), 3);
+    const Report report = exportNotes({note, other, same, forbidden}, m_folder.filePath("notes"), m_progress);
+    QCOMPARE(report.done, 4);
+    QCOMPARE(report.count(IssueKind::Remark), 3);
     const QStringList names = QDir(m_folder.filePath("notes")).entryList(QDir::Files, QDir::Name);
     QCOMPARE(names, (QStringList{"20260102-040405-.html", "20260102-040405-Abc d and a title th(1).html",
                                  "20260102-040405-Abc d and a title th.html"}));
@@ -157,6 +175,7 @@ void TestSimpleExports::notes()
     QVERIFY(page.contains(
         "<title>A/b:c &lt;d&gt; and a title that goes on</title></head><body>\n<div>x</div><img src="));
     QVERIFY(page.endsWith("\n</body></html>\n"));
+    QVERIFY(page.indexOf(inertPage) > 0 && page.indexOf(inertPage) < page.indexOf("<title>"));
 }
 
 void TestSimpleExports::unwritableTargets()

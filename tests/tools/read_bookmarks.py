@@ -7,7 +7,9 @@ import html.parser
 import json
 import sys
 
-HEAD = ('<META HTTP-EQUIV="Content-Type" CONTENT="text/html; charset=UTF-8">', "<TITLE>Bookmarks</TITLE>", "<DL>")
+HEAD = ('<META HTTP-EQUIV="Content-Type" CONTENT="text/html; charset=UTF-8">', "<TITLE>Bookmarks</TITLE>",
+        '<meta http-equiv="Content-Security-Policy" content="default-src \'none\'; style-src \'unsafe-inline\'; '
+        'img-src data:; base-uri \'none\'; form-action \'none\'" />', "<DL>")
 
 
 class Page(html.parser.HTMLParser):
@@ -64,7 +66,7 @@ class Page(html.parser.HTMLParser):
 
 with open(sys.argv[1], encoding="utf-8", newline="") as source:
     text = source.read()
-if text.split("\n")[:3] != list(HEAD):
+if text.split("\n")[:len(HEAD)] != list(HEAD):
     raise SystemExit("the head is another one")
 page = Page()
 page.feed(text)

@@ -178,7 +178,7 @@ void TestRecordThreads::exportingTells()
         *records);
     reports = {};
     QTemporaryDir folder;
-    const qint64 written = exportRecords(all, format, folder.filePath(QStringLiteral("a")), reports).written;
+    const qint64 written = exportRecords(all, format, folder.filePath(QStringLiteral("a")), reports).done;
     QVERIFY(written > 1);
     QCOMPARE(reports.statuses, QSet<QString>{status});
     QVERIFY2(reports.details.first().startsWith(counter), qPrintable(reports.details.first()));
