@@ -13,7 +13,9 @@ bool isPicture(const QByteArray &bytes)
 QByteArray vCardPhoto(const QByteArray &vCard)
 {
     for (const VCardLine &line : splitVCardLines(vCard)) {
-        const QByteArray picture = line.name == "PHOTO" ? line.embeddedBytes() : QByteArray();
+        const QByteArray picture = line.name == "PHOTO" && line.carriesBytes()
+                                       ? line.embeddedBytes().value_or(QByteArray())
+                                       : QByteArray();
         if (isPicture(picture))
             return picture;
     }

@@ -1,11 +1,11 @@
 #include "personal/card_file.h"
 
 #include "base/error.h"
-#include "base/report.h"
 #include "base/source_guard.h"
 #include "personal/vcard_reader.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 namespace {
 constexpr qint64 largestCardFile = qint64(1) << 30;
@@ -13,18 +13,11 @@ constexpr qint64 largestCardFile = qint64(1) << 30;
 class CardFile : public PersonalSource
 {
 public:
-    CardFile(VCardContacts cards, QString path)
-        : m_cards(std::move(cards)), m_path(std::move(path)), m_guard({m_path})
-    {
-    }
+    CardFile(VCardContacts cards, const QString &path) : m_cards(std::move(cards)), m_guard({path}) {}
 
     QList<ContactRecord> contacts(Scope, Report &report) override
     {
-        for (const QString &problem : std::as_const(m_cards.problems))
-            report.add({.kind = IssueKind::Damaged,
-                        .what = "IDS_ISSUE_CARDS_DAMAGED",
-                        .where = m_path,
-                        .reason = problem});
+        report.merge(m_cards.report);
         return m_cards.contacts;
     }
     QList<CallEntry> calls(Scope, Report &) override { return {}; }
@@ -35,7 +28,6 @@ public:
 
 private:
     VCardContacts m_cards;
-    QString m_path;
     SourceGuard m_guard;
 };
 } // namespace
@@ -47,8 +39,8 @@ std::unique_ptr<PersonalSource> openCardFile(const QString &path)
         throw Error(QStringLiteral("can not open %1. %2").arg(path, file.errorString()));
     if (file.size() > largestCardFile)
         throw Error(QStringLiteral("%1: too large for a file of cards").arg(path));
-    VCardContacts cards = readVCards(file.readAll());
-    if (cards.contacts.isEmpty() && cards.problems.isEmpty())
+    VCardContacts cards = readVCards(file.readAll(), QFileInfo(path).fileName());
+    if (cards.contacts.isEmpty() && cards.report.isEmpty())
         throw Error(QStringLiteral("%1: there is no card in it").arg(path));
-    return std::make_unique<CardFile>(std::move(cards), path);
+    return std::make_unique<CardFile>(std::move(cards));
 }

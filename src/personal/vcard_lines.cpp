@@ -2,23 +2,47 @@
 
 #include <QStringDecoder>
 
+#include <algorithm>
+
 namespace {
+// No property has a head that is as long: what has is text without a colon.
+constexpr qsizetype longestHead = 4096;
+
+bool isHexDigit(char c)
+{
+    return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f');
+}
+
 QByteArray decodeQuotedPrintable(const QByteArray &value)
 {
     QByteArray bytes;
     bytes.reserve(value.size());
     for (qsizetype i = 0; i < value.size(); ++i) {
-        bool isHex = false;
-        const int byte =
-            value.at(i) == '=' && i + 2 < value.size() ? value.mid(i + 1, 2).toInt(&isHex, 16) : 0;
-        if (isHex) {
-            bytes.append(static_cast<char>(byte));
+        if (value.at(i) == '=' && i + 2 < value.size() && isHexDigit(value.at(i + 1)) &&
+            isHexDigit(value.at(i + 2))) {
+            bytes.append(static_cast<char>(value.mid(i + 1, 2).toInt(nullptr, 16)));
             i += 2;
         } else {
             bytes.append(value.at(i));
         }
     }
     return bytes;
+}
+
+/// Nothing where a character is none of Base64, or the last ones are missing.
+std::optional<QByteArray> decodeBase64(QByteArray value)
+{
+    value.removeIf([](char c) { return c == ' ' || c == '\t'; });
+    const auto decoded = QByteArray::fromBase64Encoding(
+        std::move(value), QByteArray::Base64Encoding | QByteArray::AbortOnBase64DecodingErrors);
+    return decoded ? std::optional(*decoded) : std::nullopt;
+}
+
+/// Length of what stands before the bytes in "data:image/jpeg;base64,/9j/4A...", 0 for any other value.
+qsizetype dataAddressHead(const QByteArray &value)
+{
+    const QByteArray head = value.left(std::min(value.indexOf(','), longestHead)).toLower();
+    return head.startsWith("data:") && head.endsWith(";base64") ? head.size() + 1 : 0;
 }
 
 QByteArray unquoted(QByteArray value)
@@ -92,6 +116,7 @@ public:
     bool atEnd() const { return m_position >= m_text.size(); }
     char peek() const { return atEnd() ? '\n' : m_text[m_position]; }
 
+    // A copy in text mode makes "\r\r\n" of "\r\n": however many CRs there are, they are one line end.
     QByteArrayView next()
     {
         qsizetype end = m_position;
@@ -99,7 +124,7 @@ public:
             ++end;
         const QByteArrayView line = m_text.sliced(m_position, end - m_position);
         m_position = end;
-        if (m_position < m_text.size() && m_text[m_position] == '\r')
+        while (m_position < m_text.size() && m_text[m_position] == '\r')
             ++m_position;
         if (m_position < m_text.size() && m_text[m_position] == '\n')
             ++m_position;
@@ -116,17 +141,80 @@ bool startsFold(char c)
     return c == ' ' || c == '\t';
 }
 
-// A quoted-printable value goes on after a "=" at the end of its line; some writers begin the next with a
-// blank.
+bool endsInSoftBreak(const QByteArray &text)
+{
+    VCardLine line;
+    return text.endsWith('=') &&
+           parseLine(QByteArrayView(text).first(std::min(text.size(), longestHead)), line) &&
+           line.isQuotedPrintable();
+}
+
+// After a soft break the next line goes on as it stands, a blank at its beginning being one of the text.
+// Writers that write every blank as "=20" may fold there as well, and then that blank is none.
+QByteArray softBreaksJoined(const QList<QByteArray> &pieces)
+{
+    const auto blankWithin = [](const QByteArray &piece) { return piece.lastIndexOf(' ') > 0; };
+    const auto beginsWithBlank = [](const QByteArray &piece) {
+        return !piece.isEmpty() && startsFold(piece.front());
+    };
+    const bool isFolded =
+        std::all_of(pieces.begin() + 1, pieces.end(), beginsWithBlank) &&
+        std::none_of(pieces.begin(), pieces.end(), blankWithin) &&
+        std::any_of(pieces.begin(), pieces.end(), [](const auto &piece) { return piece.contains("=20"); });
+    QByteArray value = pieces.first();
+    for (const QByteArray &piece : pieces.mid(1))
+        value += isFolded ? piece.mid(1) : piece;
+    return value;
+}
+
 void joinSoftBreaks(VCardLine &line, LineCursor &cursor)
 {
-    while (line.value.endsWith('=') && !cursor.atEnd()) {
-        line.value.chop(1);
-        QByteArrayView next = cursor.next();
-        if (!next.isEmpty() && startsFold(next.front()))
-            next = next.sliced(1);
+    QList<QByteArray> pieces{line.value};
+    while (pieces.last().endsWith('=') && !cursor.atEnd()) {
+        LineCursor ahead = cursor;
+        const QByteArray next = ahead.next().toByteArray();
+        if (next.trimmed().compare("END:VCARD", Qt::CaseInsensitive) == 0)
+            break; // the "=" is a character that its writer has left as it is
+        pieces.last().chop(1);
+        pieces.append(next);
+        cursor = ahead;
+        while (!pieces.last().endsWith('=') && startsFold(cursor.peek()) && !cursor.atEnd())
+            pieces.last().append(cursor.next().sliced(1).toByteArray());
+    }
+    line.value = softBreaksJoined(pieces);
+}
+
+// Bytes go on behind an empty line and on lines that nobody has folded, up to the next property: what is no
+// Base64 among them is damage of the bytes, and not the end of a whole value.
+void joinBytes(VCardLine &line, LineCursor &cursor)
+{
+    for (LineCursor ahead = cursor; !ahead.atEnd(); cursor = ahead) {
+        const bool isFold = startsFold(ahead.peek());
+        const QByteArrayView next = ahead.next().trimmed();
+        if (!isFold && next.contains(':'))
+            return;
         line.value.append(next.data(), next.size());
     }
+}
+
+/// A property with all of its physical lines; nameless where they are none.
+VCardLine nextProperty(LineCursor &cursor)
+{
+    QByteArray whole = cursor.next().toByteArray();
+    while (startsFold(cursor.peek()) && !cursor.atEnd() && !endsInSoftBreak(whole)) {
+        const QByteArrayView more = cursor.next();
+        whole.append(more.data() + 1, more.size() - 1);
+    }
+    VCardLine line;
+    if (!parseLine(whole, line)) {
+        line = {};
+        line.value = whole.trimmed();
+    } else if (line.isQuotedPrintable()) {
+        joinSoftBreaks(line, cursor);
+    } else if (line.carriesBytes()) {
+        joinBytes(line, cursor);
+    }
+    return line;
 }
 } // namespace
 
@@ -150,26 +238,21 @@ bool VCardLine::isBase64() const
     return encoding == "B" || encoding == "BASE64";
 }
 
-QByteArray VCardLine::bytes() const
+bool VCardLine::carriesBytes() const
 {
-    if (isQuotedPrintable())
-        return decodeQuotedPrintable(value);
-    return isBase64() ? QByteArray::fromBase64(value) : value;
+    return isBase64() || dataAddressHead(value) > 0;
 }
 
-QByteArray VCardLine::embeddedBytes() const
+std::optional<QByteArray> VCardLine::embeddedBytes() const
 {
-    if (isBase64())
-        return bytes();
-    const QByteArray head = value.left(value.indexOf(',')).toLower();
-    if (head.startsWith("data:") && head.endsWith(";base64"))
-        return QByteArray::fromBase64(value.mid(head.size() + 1));
-    return {};
+    return decodeBase64(isBase64() ? value : value.mid(dataAddressHead(value)));
 }
 
 QString VCardLine::text() const
 {
-    const QByteArray raw = bytes();
+    const QByteArray raw = isQuotedPrintable() ? decodeQuotedPrintable(value)
+                           : isBase64()        ? QByteArray::fromBase64(value)
+                                               : value;
     if (const QByteArray charset = param("CHARSET"); !charset.isEmpty()) {
         QStringDecoder decoder(charset.constData());
         if (decoder.isValid())
@@ -190,19 +273,9 @@ QList<VCardLine> splitVCardLines(QByteArrayView text)
     QList<VCardLine> lines;
     LineCursor cursor(text.startsWith("\xef\xbb\xbf") ? text.sliced(3) : text);
     while (!cursor.atEnd()) {
-        QByteArray whole = cursor.next().toByteArray();
-        while (startsFold(cursor.peek()) && !cursor.atEnd()) {
-            const QByteArrayView more = cursor.next();
-            whole.append(more.data() + 1, more.size() - 1);
-        }
-        if (whole.trimmed().isEmpty())
-            continue;
-        VCardLine line;
-        if (!parseLine(whole, line))
-            line = {};
-        if (line.isQuotedPrintable())
-            joinSoftBreaks(line, cursor);
-        lines.append(std::move(line));
+        VCardLine line = nextProperty(cursor);
+        if (!line.name.isEmpty() || !line.value.isEmpty())
+            lines.append(std::move(line));
     }
     return lines;
 }

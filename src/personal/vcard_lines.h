@@ -7,6 +7,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
+
 /// One property of a vCard as it stands: name without its group, parameters, undecoded value.
 struct VCardLine
 {
@@ -20,18 +22,17 @@ struct VCardLine
     bool isQuotedPrintable() const;
     bool isBase64() const;
 
-    /// The value's bytes, with quoted-printable or Base64 undone.
-    QByteArray bytes() const;
-    /// The bytes that a value carries within itself, by Base64 or a "data:" address; empty for one that lies
-    /// elsewhere.
-    QByteArray embeddedBytes() const;
+    /// True for a value that carries bytes within itself, by Base64 or a "data:" address.
+    bool carriesBytes() const;
+    /// Those bytes; nothing when they cannot be read whole.
+    std::optional<QByteArray> embeddedBytes() const;
     /// The value as text: by its CHARSET, else UTF-8 where the bytes are that, else the local 8-bit code
     /// page. Escapes stay.
     QString text() const;
 };
 
-/// The properties of a text, in order. Folded lines and soft breaks of quoted-printable are joined. A line
-/// that is no property has an empty name.
+/// The properties of a text, in order. Folded lines, soft breaks of quoted-printable and the lines of Base64
+/// are joined, whatever the line ends. A line that is no property has an empty name.
 QList<VCardLine> splitVCardLines(QByteArrayView text);
 
 /// The parts of a structured value, split at unescaped ";", with escapes undone.

@@ -4,6 +4,7 @@
 #include "personal/vcard_lines.h"
 
 #include <QHash>
+#include <QSet>
 #include <QStringDecoder>
 
 #include <memory>
@@ -46,10 +47,21 @@ QString part(const QStringList &parts, qsizetype index)
     return index < parts.size() ? parts.at(index) : QString();
 }
 
-/// Reads one card; the name rows are put together at its end, when FN and N are both known.
+/// What the program writes of its own: FN and N of version 3.0 with CHARSET=UTF-8 and nothing else, which
+/// that version does not know.
+bool hasOwnMark(const VCardLine &line)
+{
+    return line.params.size() == 1 && line.param("CHARSET") == "UTF-8";
+}
+
+/// Reads one card, and tells what it does not bring over; the name row is put together at the end, when all
+/// of it is known.
 class CardReader
 {
 public:
+    /// `where` says which card of which file this is.
+    explicit CardReader(QString where) : m_where(std::move(where)) {}
+
     void read(const VCardLine &line)
     {
         static const QHash<QByteArray, void (CardReader::*)(const VCardLine &)> readers{
@@ -74,8 +86,16 @@ public:
             {"RELATED", &CardReader::relation},
             {"CATEGORIES", &CardReader::groups},
         };
-        if (const auto reader = readers.value(line.name))
+        // About the card, not about the person.
+        static const QSet<QByteArray> ofTheCard{"VERSION", "PRODID", "REV", "UID"};
+        if (line.name.isEmpty())
+            tell(IssueKind::Damaged, "IDS_ISSUE_CARD_LINES");
+        else if (const auto reader = readers.value(line.name))
             (this->*reader)(line);
+        else if (!ofTheCard.contains(line.name))
+            tell(IssueKind::LeftOut, "IDS_ISSUE_CARD_PROPERTIES", line.name);
+        if (line.name == "VERSION")
+            m_isOfVersion3 = line.value.trimmed() == "3.0";
     }
 
     ContactRecord finish()
@@ -87,34 +107,91 @@ public:
         return std::move(m_record);
     }
 
-    QString fullName() const { return m_fullName; }
+    void tell(IssueKind kind, const char *what, const QByteArray &property = {})
+    {
+        m_told.append({kind, what, property});
+    }
+
+    /// Names the card by its full name, which may stand behind what is told.
+    Report report() const
+    {
+        const QString card =
+            m_fullName.isEmpty() ? m_where : QStringLiteral("%1 (%2)").arg(m_where, m_fullName);
+        Report report;
+        for (const Told &told : m_told)
+            report.add({.kind = told.kind,
+                        .what = told.what,
+                        .where = (card + QLatin1Char(' ') + QString::fromUtf8(told.property)).trimmed()});
+        return report;
+    }
 
 private:
+    struct Told
+    {
+        IssueKind kind;
+        const char *what;
+        QByteArray property;
+    };
+
+    QString m_where;
+    QList<Told> m_told;
     ContactRecord m_record;
     ContactDataRow m_name;
     ContactDataRow m_work;
     QString m_fullName;
     QStringList m_nameParts;
+    bool m_isOfVersion3 = false;
+    bool m_isFullNameMarked = false;
+    bool m_isNameMarked = false;
 
     static QString plain(const VCardLine &line) { return vCardUnescaped(line.text()); }
     static QStringList parts(const VCardLine &line) { return vCardParts(line.text()); }
     void add(Kind kind, const ContactDataRow &row) { m_record.rows[kind].append(row); }
 
-    void fullName(const VCardLine &line) { m_fullName = plain(line).trimmed(); }
+    // A contact has one note, one nickname and one place of work, so what a card has more of is joined with
+    // it.
+    void join(QString &text, const QString &more, const char *separator, const VCardLine &line)
+    {
+        if (more.isEmpty() || text == more)
+            return;
+        if (!text.isEmpty()) {
+            tell(IssueKind::Remark, "IDS_ISSUE_CARD_VALUES_JOINED", line.name);
+            text += QLatin1String(separator);
+        }
+        text += more;
+    }
 
-    void name(const VCardLine &line) { m_nameParts = parts(line); }
+    void joinRow(Kind kind, const VCardLine &line, const char *separator)
+    {
+        QList<ContactDataRow> &rows = m_record.rows[kind];
+        if (rows.isEmpty())
+            rows.append(ContactDataRow());
+        join(rows.first().data(1), plain(line), separator, line);
+    }
 
-    // The standard puts the family name first, the writer of this program the given name. The full name tells
-    // which of the two a card follows.
+    void fullName(const VCardLine &line)
+    {
+        if (!m_fullName.isEmpty())
+            return tell(IssueKind::LeftOut, "IDS_ISSUE_CARD_PROPERTIES", line.name);
+        m_fullName = plain(line).trimmed();
+        m_isFullNameMarked = hasOwnMark(line);
+    }
+
+    void name(const VCardLine &line)
+    {
+        if (!m_nameParts.isEmpty())
+            return tell(IssueKind::LeftOut, "IDS_ISSUE_CARD_PROPERTIES", line.name);
+        m_nameParts = parts(line);
+        m_isNameMarked = hasOwnMark(line);
+    }
+
+    // The standard puts the family name first; the writer of this program the given name, which its mark
+    // tells.
     void fillName()
     {
-        const QString first = part(m_nameParts, 0);
-        const QString second = part(m_nameParts, 1);
-        const qsizetype secondAt = second.isEmpty() ? -1 : m_fullName.indexOf(second);
-        const bool familyFirst =
-            secondAt >= 0 && m_fullName.lastIndexOf(first) > secondAt && !first.isEmpty();
-        m_name.data(2) = familyFirst ? second : first;
-        m_name.data(3) = familyFirst ? first : second;
+        const bool givenFirst = m_isOfVersion3 && m_isFullNameMarked && m_isNameMarked;
+        m_name.data(2) = part(m_nameParts, givenFirst ? 0 : 1);
+        m_name.data(3) = part(m_nameParts, givenFirst ? 1 : 0);
         m_name.data(4) = part(m_nameParts, 2);
         m_name.data(5) = part(m_nameParts, 3);
         m_name.data(6) = part(m_nameParts, 4);
@@ -134,12 +211,8 @@ private:
         add(Kind::Email, typedRow(plain(line), typeOf(line, {{"home", 1}, {"work", 2}, {"cell", 4}})));
     }
 
-    void nickname(const VCardLine &line)
-    {
-        ContactDataRow row;
-        row.data(1) = plain(line);
-        add(Kind::Nickname, row);
-    }
+    void nickname(const VCardLine &line) { joinRow(Kind::Nickname, line, ", "); }
+    void note(const VCardLine &line) { joinRow(Kind::Note, line, "\n\n"); }
 
     void birthday(const VCardLine &line) { add(Kind::Event, typedRow(plain(line), 3)); }
     void anniversary(const VCardLine &line) { add(Kind::Event, typedRow(plain(line), 1)); }
@@ -148,21 +221,16 @@ private:
         add(Kind::Event, typedRow(plain(line), line.hasType("anniversary") ? 1 : 0));
     }
 
-    void note(const VCardLine &line)
-    {
-        ContactDataRow row;
-        row.data(1) = plain(line);
-        add(Kind::Note, row);
-    }
-
     void organization(const VCardLine &line)
     {
-        const QStringList value = parts(line);
-        m_work.data(1) = part(value, 0);
-        m_work.data(5) = part(value, 1);
+        QStringList units = parts(line);
+        const QString company = units.takeFirst();
+        units.removeAll(QString());
+        join(m_work.data(1), company, "; ", line);
+        join(m_work.data(5), units.join(QStringLiteral(", ")), "; ", line);
     }
 
-    void title(const VCardLine &line) { m_work.data(4) = plain(line); }
+    void title(const VCardLine &line) { join(m_work.data(4), plain(line), "; ", line); }
 
     void address(const VCardLine &line)
     {
@@ -192,10 +260,14 @@ private:
 
     void photo(const VCardLine &line)
     {
+        if (!line.carriesBytes())
+            return tell(IssueKind::LeftOut, "IDS_ISSUE_CARD_PICTURES_ELSEWHERE");
+        const std::optional<QByteArray> bytes = line.embeddedBytes();
+        if (!bytes)
+            return tell(IssueKind::Damaged, "IDS_ISSUE_CARD_PICTURES");
         ContactDataRow row;
-        row.data15 = line.embeddedBytes();
-        // A picture that lies on a server is left there.
-        if (!row.data15.isEmpty())
+        row.data15 = *bytes;
+        if (!bytes->isEmpty())
             add(Kind::Photo, row);
     }
 
@@ -272,47 +344,35 @@ QByteArray asUtf8(QByteArrayView text)
 }
 } // namespace
 
-VCardContacts readVCards(QByteArrayView text)
+VCardContacts readVCards(QByteArrayView text, const QString &file)
 {
     VCardContacts result;
     std::unique_ptr<CardReader> card;
     int number = 0;
-    int unreadable = 0;
-    const auto name = [&](const QString &problem) {
-        const QString name = card->fullName();
-        result.problems.append(QStringLiteral("card %1%2: %3")
-                                   .arg(QString::number(number),
-                                        name.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(name),
-                                        problem));
-    };
-    const auto skipUnfinished = [&] {
-        if (card)
-            name(QStringLiteral("it has no end, and is left out"));
+    const auto finish = [&](bool isWhole) {
+        if (!card)
+            return;
+        ContactRecord contact = card->finish();
+        if (!isWhole)
+            card->tell(IssueKind::Damaged, "IDS_ISSUE_CARDS_WITHOUT_END");
+        else if (!saysSomething(contact))
+            card->tell(IssueKind::LeftOut, "IDS_ISSUE_CARDS_EMPTY");
+        else
+            result.contacts.append(std::move(contact));
+        result.report.merge(card->report());
         card.reset();
     };
     for (const VCardLine &line : splitVCardLines(asUtf8(text))) {
         const bool isVCard = line.value.trimmed().compare("VCARD", Qt::CaseInsensitive) == 0;
         if (line.name == "BEGIN" && isVCard) {
-            skipUnfinished();
-            ++number;
-            unreadable = 0;
-            card = std::make_unique<CardReader>();
-        } else if (!card) {
-            continue;
+            finish(false);
+            card = std::make_unique<CardReader>(QStringLiteral("%1 card %2").arg(file).arg(++number));
         } else if (line.name == "END" && isVCard) {
-            if (unreadable > 0)
-                name(QStringLiteral("%1 of its lines could not be read").arg(unreadable));
-            if (ContactRecord contact = card->finish(); saysSomething(contact))
-                result.contacts.append(std::move(contact));
-            else
-                name(QStringLiteral("it is empty, and is left out"));
-            card.reset();
-        } else if (line.name.isEmpty()) {
-            ++unreadable;
-        } else {
+            finish(true);
+        } else if (card) {
             card->read(line);
         }
     }
-    skipUnfinished();
+    finish(false);
     return result;
 }

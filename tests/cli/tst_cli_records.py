@@ -243,8 +243,8 @@ class Records(Case):
             self.assertEqual(json.loads(ended.stdout), {"class": "contacts", "handled": 2, "added": added,
                                                         "merged": 2 - added})
             complaint = ended.stderr.decode()
-            self.assertRegex(complaint, r"cards\.vcf cannot be read: card 1 \(Ada König\): 1 of its lines could not")
-            self.assertRegex(complaint, r"cards\.vcf cannot be read: card 2 \(Lost\): it has no end, and is left out")
+            self.assertRegex(complaint, r"1 line of the cards could not be read: cards\.vcf card 1 \(Ada König\)\n")
+            self.assertRegex(complaint, r"1 card has no end and is left out: cards\.vcf card 2 \(Lost\)\n")
         shown = self.lines("show", "contacts", "local:Friends", home=self.home)
         self.assertEqual([row["display_name"] for row in shown], ["Ada König", "Grace"])
         cards.write_bytes(b"nothing of the kind")

@@ -101,6 +101,24 @@ void addRecords(const Corpus &corpus)
     writer.add(link());
     writer.finish();
 }
+
+void addCards(const Corpus &corpus)
+{
+    corpus.add(
+        "vcard", "old",
+        "BEGIN:VCARD\r\nVERSION:2.1\r\nN;CHARSET=ISO-8859-1:K\xf6nig;Ada;;Dr.;\r\nTEL;WORK;FAX:+49 30 1\r\n"
+        "NOTE;ENCODING=QUOTED-PRINTABLE;CHARSET=UTF-8:Gr=C3=BC=C3=9Fe =\r\n aus=0D=0A=\r\nRom\r\n"
+        "PHOTO;JPEG;ENCODING=BASE64:\r\n /9j/4AAQSkZJRgABAQ\r\n AAAQABAAD/\r\n\r\nEND:VCARD\r\n");
+    corpus.add("vcard", "usual",
+               "BEGIN:VCARD\nVERSION:3.0\nFN:Ada King\nN:King;Ada;Byron\\;x;;\nORG:Engine\\, Ltd;Looms;East\n"
+               "item1.EMAIL;type=INTERNET;type=WORK:a@\n b.c\nADR;TYPE=home:;;1 Main;London;;N1;UK\n"
+               "IMPP;X-SERVICE-TYPE=Skype:skype:ada\nCATEGORIES:one,two\nX-REL;TYPE=sister:Al\nEND:VCARD\n");
+    corpus.add("vcard", "new",
+               "BEGIN:VCARD\r\nVERSION:4.0\r\nFN:Grace\r\nTEL;VALUE=uri;TYPE=\"cell,voice\":tel:+1-2\r\n"
+               "PHOTO:data:image/png;base64,iVBORw0K\r\r\n "
+               "GgoA\r\nBDAY:19061209\r\nURL;X-LABEL=\"a:b;c\":http://x\r\n"
+               "END:VCARD\r\nBEGIN:VCARD\r\nFN:cut");
+}
 } // namespace
 
 int main(int argc, char **argv)
@@ -116,6 +134,7 @@ int main(int argc, char **argv)
     corpus.add("manifest_plist", "binary", sample::binaryPlist(description()));
     corpus.add("manifest_plist", "xml", sample::xmlPlist(description()));
     corpus.add("typedstream", "plain", sample::typedstreamBody("Yes, see you there"));
+    addCards(corpus);
     corpus.add("typedstream", "mutable-with-long-text",
                sample::typedstreamBody(QByteArray(300, 'x'), {}, sample::StyledText::Mutable));
     return 0;
