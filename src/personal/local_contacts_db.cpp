@@ -108,6 +108,17 @@ QString asciiFolded(const QString &name)
     return folded;
 }
 
+/// What a row holds in some columns, as one text.
+QString valuesIn(const Columns &columns, const ContactDataRow &row)
+{
+    QString values;
+    for (const int column : columns) {
+        const QString value = column == 15 ? QString::fromLatin1(row.data15) : row.data(column);
+        values += QString::number(value.size()) + QLatin1Char(':') + value;
+    }
+    return values;
+}
+
 void rememberName(QHash<QString, qint64> &ids, const QString &key, qint64 id)
 {
     if (!key.isEmpty() && !ids.contains(key))
@@ -265,33 +276,27 @@ LocalContactsDb::Saved LocalContactsDb::save(const ContactRecord &record, const 
     if (found != 0)
         stored = read(found).value_or(ContactRecord());
     const Saved saved{found != 0 ? found : addContact(record), found != 0};
-    for (auto kind = record.rows.constBegin(); kind != record.rows.constEnd(); ++kind)
+    for (auto kind = record.rows.constBegin(); kind != record.rows.constEnd(); ++kind) {
+        StoredRows rows(stored.rows[kind.key()]);
         for (const ContactDataRow &row : kind.value())
-            mergeRow(saved.id, kind.key(), row, stored.rows[kind.key()], rule);
+            mergeRow(saved.id, kind.key(), row, rows, rule);
+    }
     saveGroups(saved.id, record, stored.rows[ContactDataKind::GroupMembership]);
     return saved;
 }
 
 void LocalContactsDb::mergeRow(qint64 contactId, ContactDataKind kind, const ContactDataRow &row,
-                               QList<ContactDataRow> &stored, const AbsContactCombineRule &rule)
+                               StoredRows &stored, const AbsContactCombineRule &rule)
 {
     const Columns match = rule.matchColumns(kind, row);
     if (match.isEmpty())
         return;
     const AbsContactCombineRule::Merge merge = rule.mergeColumns(kind);
-    auto target = stored.begin();
-    while (target != stored.end() && !merge.single && !equalIn(match, *target, row))
-        ++target;
-    const bool isFresh = target == stored.end();
-    if (isFresh) {
-        stored.append(ContactDataRow());
-        target = stored.end() - 1;
-    }
-    if (equalIn(merge.columns, *target, row)) {
-        if (isFresh)
-            stored.removeLast();
+    ContactDataRow fresh;
+    ContactDataRow *const known = merge.single ? stored.first() : stored.find(match, row);
+    ContactDataRow *const target = known ? known : &fresh;
+    if (equalIn(merge.columns, *target, row))
         return;
-    }
     for (const int column : merge.columns) {
         if (column == 15) {
             if (!row.data15.isEmpty())
@@ -300,22 +305,52 @@ void LocalContactsDb::mergeRow(qint64 contactId, ContactDataKind kind, const Con
             target->data(column) = row.data(column);
         }
     }
-    if (isFresh)
-        insertRow(contactId, kind, *target);
-    else
-        updateRow(kind, *target);
+    if (known)
+        return updateRow(kind, *target);
+    insertRow(contactId, kind, fresh);
+    stored.append(std::move(fresh));
+}
+
+ContactDataRow *LocalContactsDb::StoredRows::first()
+{
+    return m_rows.isEmpty() ? nullptr : &m_rows.first();
+}
+
+ContactDataRow *LocalContactsDb::StoredRows::find(const Columns &columns, const ContactDataRow &row)
+{
+    if (columns != m_columns) {
+        m_columns = columns;
+        m_places.clear();
+        for (qsizetype i = 0; i < m_rows.size(); ++i)
+            remember(i);
+    }
+    const auto place = m_places.constFind(valuesIn(columns, row));
+    return place == m_places.constEnd() ? nullptr : &m_rows[*place];
+}
+
+void LocalContactsDb::StoredRows::append(ContactDataRow row)
+{
+    m_rows.append(std::move(row));
+    remember(m_rows.size() - 1);
+}
+
+void LocalContactsDb::StoredRows::remember(qsizetype place)
+{
+    const QString values = valuesIn(m_columns, m_rows.at(place));
+    if (!m_places.contains(values))
+        m_places.insert(values, place);
 }
 
 // A membership has no columns that the rule could match: it is there once for each group.
 void LocalContactsDb::saveGroups(qint64 contactId, const ContactRecord &record, QList<ContactDataRow> &stored)
 {
+    StoredRows rows(stored);
     for (ContactDataRow row : record.rows.value(ContactDataKind::GroupMembership)) {
         row.data(1) = QString::number(groupId(row.data(2)));
-        const auto isSame = [&](const ContactDataRow &other) { return other.data(1) == row.data(1); };
-        if (std::any_of(stored.cbegin(), stored.cend(), isSame))
+        if (rows.find({1}, row))
             continue;
         insertRow(contactId, ContactDataKind::GroupMembership, row);
-        stored.append(row);
+        rows.append(std::move(row));
     }
 }
 

@@ -42,6 +42,27 @@ private:
     };
     Names m_names;
 
+    /// The stored rows of one kind of a contact, which may be hundreds of thousands: those of equal values
+    /// are found without walking over the others.
+    class StoredRows
+    {
+    public:
+        explicit StoredRows(QList<ContactDataRow> &rows) : m_rows(rows) {}
+
+        /// Null when there is none.
+        ContactDataRow *first();
+        /// The first that holds the same as `row` in these columns; null when none does.
+        ContactDataRow *find(const AbsContactCombineRule::Columns &columns, const ContactDataRow &row);
+        void append(ContactDataRow row);
+
+    private:
+        QList<ContactDataRow> &m_rows;
+        AbsContactCombineRule::Columns m_columns;
+        QHash<QString, qsizetype> m_places;
+
+        void remember(qsizetype place);
+    };
+
     void loadNames();
     qint64 findByName(const QString &fullName);
     qint64 findNameless(const ContactRecord &record);
@@ -49,7 +70,7 @@ private:
     qint64 groupId(const QString &name);
     void insertRow(qint64 contactId, ContactDataKind kind, ContactDataRow &row);
     void updateRow(ContactDataKind kind, const ContactDataRow &row);
-    void mergeRow(qint64 contactId, ContactDataKind kind, const ContactDataRow &row,
-                  QList<ContactDataRow> &stored, const AbsContactCombineRule &rule);
+    void mergeRow(qint64 contactId, ContactDataKind kind, const ContactDataRow &row, StoredRows &stored,
+                  const AbsContactCombineRule &rule);
     void saveGroups(qint64 contactId, const ContactRecord &record, QList<ContactDataRow> &stored);
 };

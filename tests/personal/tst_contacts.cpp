@@ -38,6 +38,7 @@ private slots:
     void namelessContactsStayApart();
     void wildcardsInAName();
     void groupsAreMadeOnce();
+    void numbersWithoutEnd();
     void removeLeavesNothing();
     void rollbackLeavesTheStore();
 
@@ -406,6 +407,24 @@ void TestContacts::groupsAreMadeOnce()
         QCOMPARE(contact.rows.value(Kind::GroupMembership).size(), 1);
         QCOMPARE(contact.rows.value(Kind::GroupMembership).first().data(1), QStringLiteral("1"));
     }
+}
+
+// What this takes grows with the numbers and not with their square, or the test does not end in time.
+void TestContacts::numbersWithoutEnd()
+{
+    constexpr int numbers = 150'000;
+    ContactRecord endless = person("A", Kind::Phone, row({{1, "0"}, {2, "2"}}));
+    for (int i = 1; i < numbers; ++i) {
+        ContactDataRow number = row({{2, "2"}});
+        number.data(1) = QString::number(i % (numbers - 1));
+        endless.rows[Kind::Phone].append(number);
+    }
+    QTemporaryDir folder;
+    LocalContactsDb db(folder.path());
+    db.open();
+    save(db, endless);
+    QVERIFY(save(db, endless).merged);
+    QCOMPARE(db.readAll().first().rows.value(Kind::Phone).size(), numbers - 1);
 }
 
 void TestContacts::removeLeavesNothing()
