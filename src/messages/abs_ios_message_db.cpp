@@ -4,9 +4,8 @@
 #include "messages/stored_attachments.h"
 #include "messages/typed_stream.h"
 #include "personal/country_lib_db.h"
+#include "personal/home_country.h"
 #include "personal/ios_contacts_mem_db.h"
-
-#include <QDebug>
 
 #include <algorithm>
 
@@ -104,11 +103,13 @@ void AbsIOSMessageDb::sortMessages(qint64 chatId)
             sortUnique(message.attachments);
 }
 
-std::unique_ptr<IOSContactsMemDb> AbsIOSMessageDb::openContacts() const
+std::unique_ptr<IOSContactsMemDb> AbsIOSMessageDb::openContacts()
 {
-    return m_source && m_names == ContactNames::FromAddressBook
-               ? std::make_unique<IOSContactsMemDb>(*m_source, m_normalise)
-               : nullptr;
+    if (!m_source || m_names != ContactNames::FromAddressBook)
+        return nullptr;
+    auto contacts = std::make_unique<IOSContactsMemDb>(*m_source, m_normalise, m_nameReport);
+    m_warnings.append(problemsOf(m_nameReport));
+    return contacts;
 }
 
 QString AbsIOSMessageDb::normalised(const QString &address, const QString &country) const
@@ -118,7 +119,9 @@ QString AbsIOSMessageDb::normalised(const QString &address, const QString &count
 
 void AbsIOSMessageDb::nameHandle(_MsgHandle &handle, const IOSContactsMemDb *contacts) const
 {
-    handle.id = m_normalise(handle.id, handle.country);
+    // An id without a digit is none that could be normalised, and is still the only name of its owner.
+    if (const QString id = m_normalise(handle.id, handle.country); !id.isEmpty())
+        handle.id = id;
     if (handle.country.isEmpty())
         handle.country = m_defaultCountry;
     const std::optional<ContactName> contact = contacts ? contacts->find(handle.id) : std::nullopt;
@@ -148,14 +151,6 @@ void AbsIOSMessageDb::placeAttachment(_MsgAttachment &attachment) const
 
 void useCountries(AbsIOSMessageDb &db)
 {
-    const auto countries = std::make_shared<CountryLibDb>();
-    try {
-        countries->open();
-    } catch (const Error &error) {
-        qWarning().noquote() << error.sentence();
-        return;
-    }
-    db.setNumbers([countries](const QString &number,
-                              const QString &isoCode) { return countries->normaliseFor(number, isoCode); },
-                  countries->defaultCountry().sn);
+    const SourceNumbers numbers = numbersOf(db.m_source, &db.m_db);
+    db.setNumbers(numbers.normalise, numbers.defaultCountry);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/error.h"
+#include "base/report.h"
 #include "messages/abs_message_db.h"
 #include "personal/number_normaliser.h"
 #include "sqlite/sqlite3_db.h"
@@ -43,6 +44,8 @@ protected:
         int m_rows = 0;
     };
 
+    friend void useCountries(AbsIOSMessageDb &db);
+
     /// Opens the database; throws Error. `source`, which may be null, must outlive this object.
     AbsIOSMessageDb(const DatabaseFile &file, FileSource *source, ContactNames names);
 
@@ -75,7 +78,7 @@ protected:
     void sortChats();
     void sortMessages(qint64 chatId);
     /// Null when the source has no address book that names are taken from.
-    std::unique_ptr<IOSContactsMemDb> openContacts() const;
+    std::unique_ptr<IOSContactsMemDb> openContacts();
     /// Normalises the address and gives it its name; `contacts` may be null.
     void nameHandle(_MsgHandle &handle, const IOSContactsMemDb *contacts) const;
     QString normalised(const QString &address, const QString &country) const;
@@ -92,6 +95,7 @@ protected:
 
 private:
     QStringList m_damageOfFile;
+    Report m_nameReport;
     NumberNormaliser m_normalise;
     QString m_defaultCountry;
     QHash<QString, QString> m_createTexts; // by table name in lower case

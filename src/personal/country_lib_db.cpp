@@ -146,6 +146,8 @@ QString CountryLibDb::normalise(const QString &number, const CountryInfo &countr
     QString digits;
     std::copy_if(number.begin(), number.end(), std::back_inserter(digits),
                  [](QChar c) { return c == u'+' || (c >= u'0' && c <= u'9'); });
+    if (std::none_of(digits.begin(), digits.end(), [](QChar c) { return c.isDigit(); }))
+        return {};
     if (digits.startsWith(u'+'))
         return digits;
     const qsizetype length = digits.size();

@@ -42,6 +42,8 @@ public:
     void open();
 
     const CountryInfo &defaultCountry() const { return m_default; }
+    /// The same for a country that is known by other means.
+    void setDefault(const CountryInfo &country) { m_default = country; }
     Lookup byMobileCountryCode(const QString &mmc);
     /// In either case of letters.
     Lookup byIsoCode(const QString &isoCode);
@@ -50,8 +52,8 @@ public:
     static bool validLength(const CountryInfo &country, qsizetype length);
 
     /// The number with "+" and the dialling code in front where the country's rules tell that they are
-    /// missing, else its digits (and "+") alone. Text with a letter or "@" is an address and comes back in
-    /// lower case.
+    /// missing, else its digits (and "+") alone; empty without a digit. Text with a letter or "@" is an
+    /// address and comes back in lower case.
     static QString normalise(const QString &number, const CountryInfo &country);
     /// By the country of an ISO code; the default country for an empty or unknown one.
     QString normaliseFor(const QString &number, const QString &isoCode);

@@ -6,6 +6,7 @@
 #include "base/error.h"
 #include "base/report.h"
 #include "personal/contact_functions.h"
+#include "personal/home_country.h"
 #include "personal/number_names.h"
 
 #include <QHash>
@@ -228,7 +229,7 @@ QList<CallEntry> IOSCallHistoryDb::readAll(Report &report)
     } else {
         calls = older ? std::move(*older) : std::move(*newer);
     }
-    const NumberNames names(m_source);
+    const NumberNames names(m_source, numbersOf(&m_source).normalise, report);
     for (CallEntry &call : calls)
         call.person = names.nameOfNumber(call.address);
     return calls;

@@ -1,15 +1,9 @@
 #pragma once
 
-#include "personal/number_normaliser.h"
+#include "personal/number_names.h"
 #include "sqlite/sqlite3_db.h"
 
 #include <QByteArray>
-#include <QHash>
-#include <QTemporaryDir>
-
-#include <optional>
-
-class FileSource;
 
 /// A person's name and picture as the conversation list shows them.
 struct ContactName
@@ -18,28 +12,24 @@ struct ContactName
     QByteArray photo; // as stored, empty when there is none
 };
 
-/// Puts names to phone numbers: an index of a device's address book, kept in a private temporary folder that
-/// goes with the object. Used by one thread at a time.
+/// Puts names and pictures to the phone numbers of messages. The names are held in memory, so that a run that
+/// is killed leaves none of them behind. Used by one thread at a time.
 class IOSContactsMemDb
 {
 public:
-    /// Builds the index from the address book and its pictures. A failure is logged, and every number is then
-    /// without a name; it never throws for what the address book holds.
-    IOSContactsMemDb(FileSource &source, const NumberNormaliser &normalise);
+    /// Reads the address book, and finds its pictures. What fails costs names or pictures, and is told in the
+    /// report, which must outlive the object.
+    IOSContactsMemDb(FileSource &source, const NumberNormaliser &normalise, Report &report);
 
-    /// The owner of a normalised number: of exactly this number, else the first person by row id one of whose
-    /// numbers ends in the same nine digits (numbers of at least seven).
-    std::optional<ContactName> find(const QString &normalisedNumber) const;
+    /// The owner of a number, as NumberNames finds it.
+    std::optional<ContactName> find(const QString &number) const;
 
 private:
-    void build(FileSource &source, const NumberNormaliser &normalise);
-    void createIndex();
-    void addPersons(const Sqlite3DB &addressBook);
-    void addNumbers(const Sqlite3DB &addressBook, const NumberNormaliser &normalise);
-    void addPhotos(FileSource &source);
-    std::optional<ContactName> first(const Sqlite3Sql &sql) const;
+    void findPhotos(FileSource &source);
+    QByteArray photoOf(qint64 person) const;
 
-    QTemporaryDir m_folder;
-    Sqlite3DB m_db;
-    QHash<QString, qint64> m_personBySuffix;
+    Report &m_report;
+    NumberNames m_names;
+    Sqlite3DB m_images;
+    QHash<qint64, qint64> m_imageOf; // row id of the picture, by person
 };

@@ -7,6 +7,10 @@
 
 namespace {
 constexpr qsizetype valuesOfAPerson = 5; // a guess that saves growing step by step
+constexpr int phoneProperty = 3;
+
+const SourceFile addressBook{QStringLiteral("HomeDomain"),
+                             QStringLiteral("Library/AddressBook/AddressBook.sqlitedb")};
 
 QHash<qint64, QString> readPersonNames(const Sqlite3DB &db)
 {
@@ -16,34 +20,84 @@ QHash<qint64, QString> readPersonNames(const Sqlite3DB &db)
         names.insert(row.getInt64(0), personName(row.getText(1), row.getText(2), row.getText(3)));
     return names;
 }
+
+Error damageOf(const Sqlite3DB &db)
+{
+    return Error(db.damage(), ErrorKind::Damaged, FileAccess::Reading).at(db.name());
+}
+
+bool isNumber(const QString &suffix)
+{
+    return !suffix.isEmpty() && suffix.front().isDigit() && suffix.back().isDigit();
+}
+
+std::optional<qint64> ownerIn(const QHash<QString, qint64> &owners, const QString &key)
+{
+    const auto found = owners.constFind(key);
+    return found == owners.constEnd() ? std::nullopt : std::optional(*found);
+}
 } // namespace
 
-NumberNames::NumberNames(FileSource &source)
+NumberNames::NumberNames(FileSource &source, const NumberNormaliser &normalise, Report &report)
+    : m_normalise(normalise)
 {
-    // Calls without names are better than no calls.
+    // Calls and messages without names are better than none.
     try {
         Sqlite3DB db;
-        if (!openDeviceDatabase(db, source,
-                                {QStringLiteral("HomeDomain"),
-                                 QStringLiteral("Library/AddressBook/AddressBook.sqlitedb")}))
+        if (!openDeviceDatabase(db, source, addressBook))
             return;
-        const QHash<qint64, QString> persons = readPersonNames(db);
-        m_names.reserve(persons.size() * valuesOfAPerson);
-        Sqlite3Cursor row =
-            db.queryThrow(QStringLiteral("select record_id, value from ABMultiValue order by rowid"));
-        while (row.moveNext()) {
-            const auto person = persons.constFind(row.getInt64(0));
-            if (person != persons.constEnd())
-                m_names.insert(numberSuffix(row.getText(1)), *person);
-        }
+        if (!db.damage().isEmpty())
+            report.add("IDS_ISSUE_NAMES_OF_NUMBERS", damageOf(db));
+        readAddressBook(db);
     } catch (const Error &error) {
-        qWarning("no names for the calls: %s", error.what());
+        report.add("IDS_ISSUE_NAMES_OF_NUMBERS", error);
     }
+}
+
+void NumberNames::readAddressBook(const Sqlite3DB &db)
+{
+    m_names = readPersonNames(db);
+    m_ownerOfNumber.reserve(m_names.size());
+    m_ownerOfSuffix.reserve(m_names.size());
+    m_ownerOfOther.reserve(m_names.size() * valuesOfAPerson);
+    Sqlite3Cursor row =
+        db.queryThrow(QStringLiteral("select record_id, property, value from ABMultiValue order by rowid"));
+    while (row.moveNext()) {
+        const qint64 person = row.getInt64(0);
+        const QString value = row.getText(2);
+        const QString suffix = numberSuffix(value);
+        if (suffix.isEmpty() || !m_names.contains(person))
+            continue;
+        if (row.getInt(1) != phoneProperty) {
+            m_ownerOfOther.insert(suffix, person);
+            continue;
+        }
+        m_ownerOfNumber.insert(m_normalise(value, {}), person);
+        m_ownerOfSuffix.insert(suffix, person);
+    }
+}
+
+std::optional<NumberNames::Person> NumberNames::person(std::optional<qint64> rowid) const
+{
+    return rowid ? std::optional(Person{*rowid, m_names.value(*rowid)}) : std::nullopt;
+}
+
+std::optional<NumberNames::Person> NumberNames::ownerOfNumber(const QString &number) const
+{
+    const QString suffix = numberSuffix(number);
+    if (suffix.isEmpty())
+        return std::nullopt;
+    if (const auto exact = ownerIn(m_ownerOfNumber, m_normalise(number, {})))
+        return person(exact);
+    return isNumber(suffix) ? person(ownerIn(m_ownerOfSuffix, suffix)) : std::nullopt;
 }
 
 QString NumberNames::nameOfNumber(const QString &address) const
 {
-    // Values of every kind have an entry, so what has no suffix would be named after somebody at random.
+    if (const auto owner = ownerOfNumber(address))
+        return owner->name;
+    // What has no suffix would be named after somebody at random.
     const QString suffix = numberSuffix(address);
-    return suffix.isEmpty() ? QString() : m_names.value(suffix);
+    const auto owner = suffix.isEmpty() ? std::nullopt : ownerIn(m_ownerOfOther, suffix);
+    return owner ? m_names.value(*owner) : QString();
 }

@@ -1,8 +1,11 @@
 #include "address_book.h"
 #include "personal/contact_functions.h"
 #include "personal/country_lib_db.h"
+#include "personal/home_country.h"
 #include "personal/ios_contacts_mem_db.h"
+#include "resources/resources.h"
 
+#include <QLocale>
 #include <QTest>
 
 namespace {
@@ -28,7 +31,8 @@ void putPeople(const ScratchSource &source)
                            "insert into ABMultiValue(record_id, property, value) values"
                            "(7, 3, '(0171) 123-4567'), (3, 3, '+49 171 1234567'), (3, 3, '+49 171 1234567'),"
                            "(7, 3, '22000'), (9, 3, '+1 (415) 555-0132'), (3, 4, 'ada@example.org'),"
-                           "(7, 3, NULL), (404, 3, '+1 212 555 0100');"));
+                           "(7, 3, NULL), (404, 3, '+1 212 555 0100'), (3, 3, '+44 7700 900123'),"
+                           "(9, 13, '7700900123'), (7, 3, '07700 900123'), (3, 3, '0800-FLOWERS');"));
 }
 } // namespace
 
@@ -37,6 +41,7 @@ class TestContactNames : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase();
     void personNames_data();
     void personNames();
     void suffixes_data();
@@ -44,6 +49,10 @@ private slots:
     void missingValuesInStatements();
     void lookUps_data();
     void lookUps();
+    void oneNumberHasOneName_data() { lookUps_data(); }
+    void oneNumberHasOneName();
+    void homeCountry_data();
+    void homeCountry();
     void pictures();
     void brokenPicturesLeaveTheNames();
     void numbersAreNormalisedForTheDefaultCountry();
@@ -51,6 +60,11 @@ private slots:
     void failures_data();
     void failures();
 };
+
+void TestContactNames::initTestCase()
+{
+    initResources();
+}
 
 void TestContactNames::personNames_data()
 {
@@ -153,7 +167,10 @@ void TestContactNames::lookUps_data()
     QTest::addColumn<QString>("expected");
     QTest::newRow("exactly as kept") << QByteArray("+491711234567") << "Ada Augusta King";
     QTest::newRow("exact match before a like ending") << QByteArray("01711234567") << "Grace Hopper";
-    QTest::newRow("like ending, first person") << QByteArray("00491711234567") << "Ada Augusta King";
+    QTest::newRow("like ending, of several the one stored last")
+        << QByteArray("00491711234567") << "Ada Augusta King";
+    QTest::newRow("like ending, no other kind of value") << QByteArray("00447700900123") << "Grace Hopper";
+    QTest::newRow("letters") << QByteArray("0800-flowers") << "Ada Augusta King";
     QTest::newRow("short number") << QByteArray("22000") << "Grace Hopper";
     QTest::newRow("short numbers are not alike") << QByteArray("+4922000") << "-";
     QTest::newRow("person without a name") << QByteArray("+14155550132") << "";
@@ -168,8 +185,70 @@ void TestContactNames::lookUps()
     QFETCH(QByteArray, number);
     ScratchSource source;
     putPeople(source);
-    const IOSContactsMemDb names(source, withoutCountry);
+    Report report;
+    const IOSContactsMemDb names(source, withoutCountry, report);
     QTEST(nameOf(names, number.constData()), "expected");
+    QVERIFY(report.isEmpty());
+}
+
+// Calls and messages show the same person for the same number.
+void TestContactNames::oneNumberHasOneName()
+{
+    QFETCH(QByteArray, number);
+    QFETCH(QString, expected);
+    ScratchSource source;
+    putPeople(source);
+    Report report;
+    const NumberNames names(source, withoutCountry, report);
+    const QString text = QString::fromLatin1(number);
+    if (text.contains(QLatin1Char('@')))
+        expected = QStringLiteral("Ada Augusta King"); // an address is a name of calls alone
+    QCOMPARE(names.nameOfNumber(text), expected == QLatin1String("-") ? QString() : expected);
+}
+
+void TestContactNames::homeCountry_data()
+{
+    QTest::addColumn<QByteArray>("sim");
+    QTest::addColumn<QString>("messages");
+    QTest::addColumn<QString>("expected");
+    const QByteArray german =
+        "<plist version=\"1.0\"><dict><key>PersonalWallet</key><dict><key>8949</key><dict>"
+        "<key>CarrierEntitlements</key><dict><key>lastGoodImsi</key><string>262011234567890</string></dict></"
+        "dict>"
+        "</dict></dict></plist>";
+    const QString handles = QStringLiteral(
+        "create table handle(country); insert into handle values('fr'), ('GB'), (''), (null), ('gb')");
+    QTest::newRow("SIM card before messages") << german << handles << "DE";
+    QTest::newRow("most handles") << QByteArray() << handles << "GB";
+    QTest::newRow("most members of older conversations")
+        << QByteArray() << "create table group_member(country); insert into group_member values('it')"
+        << "IT";
+    QTest::newRow("damaged SIM file") << QByteArray("bplist00") << handles << "GB";
+    QTest::newRow("nothing in the backup: this computer") << QByteArray() << ""
+                                                          << "CH";
+    QTest::newRow("no country that there is")
+        << QByteArray() << "create table handle(country); insert into handle values('zz')"
+        << "CH";
+}
+
+void TestContactNames::homeCountry()
+{
+    QFETCH(QByteArray, sim);
+    QFETCH(QString, messages);
+    ScratchSource source;
+    if (!sim.isEmpty())
+        source.put({QStringLiteral("WirelessDomain"),
+                    QStringLiteral("Library/Preferences/com.apple.commcenter.plist")},
+                   sim);
+    if (!messages.isEmpty())
+        source.putDatabase({QStringLiteral("HomeDomain"), QStringLiteral("Library/SMS/sms.db")}, messages);
+    const QLocale before;
+    QLocale::setDefault(QLocale(QLocale::German, QLocale::Switzerland));
+    const SourceNumbers numbers = numbersOf(&source);
+    QLocale::setDefault(before);
+    QTEST(numbers.defaultCountry, "expected");
+    if (numbers.defaultCountry == QLatin1String("DE"))
+        QCOMPARE(numbers.normalise(QStringLiteral("0171 1234567"), {}), QStringLiteral("+491711234567"));
 }
 
 void TestContactNames::pictures()
@@ -179,7 +258,8 @@ void TestContactNames::pictures()
     source.putDatabase(AddressBook::images,
                        QStringLiteral("create table ABThumbnailImage(record_id, format, data);"
                                       "insert into ABThumbnailImage values(3, 0, x'01'), (3, 5, x'0203')"));
-    const IOSContactsMemDb names(source, withoutCountry);
+    Report report;
+    const IOSContactsMemDb names(source, withoutCountry, report);
     QCOMPARE(names.find(QStringLiteral("+491711234567"))->photo, QByteArray("\x02\x03"));
     QCOMPARE(names.find(QStringLiteral("22000"))->photo, QByteArray());
 }
@@ -189,10 +269,22 @@ void TestContactNames::brokenPicturesLeaveTheNames()
     ScratchSource source;
     putPeople(source);
     source.put(AddressBook::images, QByteArray(4096, 'x'));
-    QTest::ignoreMessage(QtWarningMsg,
-                         QRegularExpression(QStringLiteral("^create IOSContactsMemDb error\\. ")));
-    const IOSContactsMemDb names(source, withoutCountry);
+    Report report;
+    const IOSContactsMemDb names(source, withoutCountry, report);
     QCOMPARE(nameOf(names, "22000"), QStringLiteral("Grace Hopper"));
+    QCOMPARE(report.count(IssueKind::Damaged), 1);
+    QCOMPARE(report.issues().first().where, AddressBook::images.display());
+
+    source.putDatabase(AddressBook::images,
+                       QStringLiteral("create table ABThumbnailImage(record_id, format, data);"
+                                      "insert into ABThumbnailImage values(7, 0, zeroblob(9000))"));
+    QFile images(source.pathOf(AddressBook::images));
+    QVERIFY(images.open(QIODevice::ReadWrite) && images.resize(2 * 4096));
+    images.close();
+    Report ofOne;
+    const IOSContactsMemDb cut(source, withoutCountry, ofOne);
+    QCOMPARE(nameOf(cut, "22000"), QStringLiteral("Grace Hopper"));
+    QVERIFY(ofOne.isFailure());
 }
 
 void TestContactNames::numbersAreNormalisedForTheDefaultCountry()
@@ -204,10 +296,12 @@ void TestContactNames::numbersAreNormalisedForTheDefaultCountry()
                                           "insert into ABMultiValue(record_id, property, value) "
                                           "values(1, 3, '020-7946')"));
     QStringList countries;
-    const IOSContactsMemDb names(source, [&](const QString &number, const QString &iso) {
+    Report report;
+    const auto normalise = [&](const QString &number, const QString &iso) {
         countries.append(iso);
         return QStringLiteral("+44") + number.right(4);
-    });
+    };
+    const IOSContactsMemDb names(source, normalise, report);
     QCOMPARE(countries, QStringList(QString()));
     QCOMPARE(nameOf(names, "+447946"), QStringLiteral("Ada"));
 }
@@ -229,16 +323,18 @@ void TestContactNames::tokenizerThatIsUnknown()
     db.openThrow(source.pathOf(AddressBook::file));
     QVERIFY_EXCEPTION_THROWN(db.queryThrow(QStringLiteral("select * from Search")), Error);
     db.close();
-    const IOSContactsMemDb names(source, withoutCountry);
+    Report report;
+    const IOSContactsMemDb names(source, withoutCountry, report);
     QCOMPARE(nameOf(names, "22000"), QStringLiteral("Grace Hopper"));
 }
 
 void TestContactNames::failures_data()
 {
     QTest::addColumn<QByteArray>("content");
-    QTest::newRow("missing") << QByteArray();
-    QTest::newRow("no database") << QByteArray(4096, 'x');
-    QTest::newRow("without tables") << QByteArray("SQLite format 3\0", 16);
+    QTest::addColumn<bool>("isFailure");
+    QTest::newRow("missing") << QByteArray() << false;
+    QTest::newRow("no database") << QByteArray(4096, 'x') << true;
+    QTest::newRow("without tables") << QByteArray("SQLite format 3\0", 16) << true;
 }
 
 void TestContactNames::failures()
@@ -247,10 +343,12 @@ void TestContactNames::failures()
     ScratchSource source;
     if (!content.isEmpty())
         source.put(AddressBook::file, content);
-    QTest::ignoreMessage(QtWarningMsg,
-                         QRegularExpression(QStringLiteral("^create IOSContactsMemDb error\\. .")));
-    const IOSContactsMemDb names(source, withoutCountry);
+    Report report;
+    const IOSContactsMemDb names(source, withoutCountry, report);
     QCOMPARE(nameOf(names, "+491711234567"), QStringLiteral("-"));
+    QTEST(report.isFailure(), "isFailure");
+    for (const Issue &issue : report.issues())
+        QCOMPARE(issue.where, AddressBook::file.display());
 }
 
 QTEST_GUILESS_MAIN(TestContactNames)

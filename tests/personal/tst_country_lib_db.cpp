@@ -194,6 +194,9 @@ void TestCountryLibDb::rulesOfOneCountry_data()
     QTest::newRow("nothing left") << "^7\\d{4}$"
                                   << "(-)"
                                   << "";
+    QTest::newRow("plus without a digit") << "^7\\d{4}$"
+                                          << "+ (+)"
+                                          << "";
     QTest::newRow("plus in the middle stays") << "^7\\d{4}$"
                                               << "7+123"
                                               << "7+123";
