@@ -42,5 +42,5 @@ std::unique_ptr<PersonalSource> openCardFile(const QString &path)
     VCardContacts cards = readVCards(file.readAll(), QFileInfo(path).fileName());
     if (cards.contacts.isEmpty() && cards.report.isEmpty())
         throw Error(QStringLiteral("%1: there is no card in it").arg(path));
-    return std::make_unique<CardFile>(std::move(cards));
+    return std::make_unique<CardFile>(std::move(cards), path);
 }
