@@ -38,10 +38,10 @@ void benchFormat(const char *name, double limit, const QString &database, Messag
         const QTemporaryDir target;
         exports.push_back(bench::milliseconds([&] {
             NoProgress progress;
-            const MessageExportSummary summary =
+            const ExportedMessages summary =
                 exportMessages(db->select({}, INT_MIN, INT_MAX), format,
                                target.filePath(QStringLiteral("out")), nullptr, progress);
-            if (summary.written < qint64(db->messageCount()))
+            if (summary.report.done < qint64(db->messageCount()))
                 std::abort();
         }));
     }

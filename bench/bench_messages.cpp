@@ -65,7 +65,7 @@ std::unique_ptr<AbsMessageDb> load(const QString &path)
     NoProgress progress;
     db->loadChats();
     db->loadMessages(0, progress);
-    if (db->messageCount() < messages * 9 / 10 || !db->warnings().isEmpty())
+    if (db->messageCount() < messages * 9 / 10 || db->report().isFailure())
         std::abort();
     return db;
 }

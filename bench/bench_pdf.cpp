@@ -97,7 +97,7 @@ int main(int argc, char **argv)
         [&] {
             const QTemporaryDir target;
             const auto summary = exportMessages(refs, MessageFormat::Pdf, target.path(), nullptr, progress);
-            if (static_cast<std::size_t>(summary.written) != refs.size())
+            if (static_cast<std::size_t>(summary.report.done) != refs.size())
                 std::abort();
         },
         [&] { paintLines(lines, folder.filePath(QStringLiteral("lines.pdf"))); });

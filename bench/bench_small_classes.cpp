@@ -80,9 +80,10 @@ const DeviceClass classes[] = {
 void read(DataClass dataClass, FileSource &device)
 {
     const auto source = openDeviceRecords(device, QStringLiteral("device"));
-    const bool whole = dataClass == DataClass::Notes      ? source->notes(Scope::Usual, report).size() == records
-                       : dataClass == DataClass::Calendar ? source->calendar(Scope::Usual, report).size() == records
-                                                          : source->bookmarks(Scope::Usual, report).size() == 100;
+    const bool whole = dataClass == DataClass::Notes ? source->notes(Scope::Usual, report).size() == records
+                       : dataClass == DataClass::Calendar
+                           ? source->calendar(Scope::Usual, report).size() == records
+                           : source->bookmarks(Scope::Usual, report).size() == 100;
     if (!whole)
         std::abort();
 }
@@ -90,8 +91,8 @@ void read(DataClass dataClass, FileSource &device)
 void save(DataClass dataClass, PersonalSource &source, const QString &folder, qint64 expectedAdded)
 {
     NoProgress progress;
-    const SaveResult result = saveRecords(dataClass, source, Scope::Usual, folder, progress);
-    if (result.handled != records || result.added != expectedAdded)
+    const SaveReport result = saveRecords(dataClass, source, Scope::Usual, folder, progress);
+    if (result.handled() != records || result.added != expectedAdded)
         std::abort();
 }
 

@@ -128,7 +128,7 @@ double save(const std::vector<MessageRef> &refs, const QString &folder, qint64 a
 {
     return bench::milliseconds([&] {
         NoProgress progress;
-        const MessageSaveSummary summary = saveMessages(refs, nullptr, folder, QString(), progress);
+        const SavedMessages summary = saveMessages(refs, nullptr, folder, QString(), progress);
         if (summary.handled() < messages * 9 / 10 || (summary.added > 0) != (added > 0))
             std::abort();
     });

@@ -341,3 +341,8 @@ QString BackupManifest::fetchForViewing(const SourceFile &file)
 {
     return d->copies.forViewing(d->findOrThrow(file));
 }
+
+qint64 BackupManifest::takenAt() const
+{
+    return m_info.backupDate.isValid() ? m_info.backupDate.toSecsSinceEpoch() : 0;
+}

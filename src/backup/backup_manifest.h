@@ -54,9 +54,9 @@ enum class CacheOutcome {
 };
 
 /// An opened backup. Reading never changes anything in the backup folder, but for "Manifest-decrypted.db",
-/// which is there from the password to the end of buildIndex() when the folder can be written. Owned by shared
-/// pointer; close() or the destructor removes what it put on the disk. Index and catalogue may be read from several threads once
-/// they are built.
+/// which is there from the password to the end of buildIndex() when the folder can be written. Owned by
+/// shared pointer; close() or the destructor removes what it put on the disk. Index and catalogue may be read
+/// from several threads once they are built.
 class BackupManifest : public FileSource
 {
 public:
@@ -125,6 +125,7 @@ public:
     bool isLocked(const SourceFile &file) const override;
     SourceFile fileOfDevicePath(const QString &devicePath) const override;
     QString fetchForViewing(const SourceFile &file) override;
+    qint64 takenAt() const override;
 
 private:
     struct Opened;

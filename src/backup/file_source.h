@@ -38,8 +38,8 @@ public:
     virtual void fetchTo(const SourceFile &file, const QString &destination,
                          const CopyProgress &progress = {}) = 0;
 
-    /// True when fetchTo gives the file as it is stored, unreadable: it is of a class that the password does not
-    /// unlock.
+    /// True when fetchTo gives the file as it is stored, unreadable: it is of a class that the password does
+    /// not unlock.
     virtual bool isLocked(const SourceFile &) const { return false; }
 
     /// The file that a path of the device means, such as "var/mobile/Library/SMS/Attachments/00/x.jpg":
@@ -49,4 +49,7 @@ public:
 
     /// A local copy for looking at, made once and kept while the source lives. Throws as fetchTo does.
     virtual QString fetchForViewing(const SourceFile &file) = 0;
+
+    /// When its files were taken off the device, in Unix seconds; 0 where nobody knows.
+    virtual qint64 takenAt() const { return 0; }
 };

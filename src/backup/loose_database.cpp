@@ -3,7 +3,10 @@
 #include "backup/file_cipher.h"
 #include "sqlite/sqlite3_db.h"
 
+#include <QDateTime>
 #include <QFileInfo>
+
+#include <algorithm>
 
 namespace {
 // What has not reached the database yet, or has to be taken back from it.
@@ -24,6 +27,7 @@ QString LooseDatabaseSource::copyOf(const QString &database)
     const QString copy = QStringLiteral("%1/%2").arg(m_scratch.withRoomFor(static_cast<std::uint64_t>(size)),
                                                      QFileInfo(database).fileName());
     copyFile(database, copy);
+    m_takenAt = std::max(m_takenAt, QFileInfo(database).lastModified().toSecsSinceEpoch());
     bool hasCompanion = false;
     for (const char *companion : companions) {
         const QString path = database + QLatin1String(companion);

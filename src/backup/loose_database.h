@@ -18,9 +18,12 @@ public:
     /// while this object lives. Throws Error.
     QString copyOf(const QString &database);
     SourceFile fileOfDevicePath(const QString &devicePath) const override;
+    /// When the newest of the databases that were copied was last written.
+    qint64 takenAt() const override { return m_takenAt; }
 
 private:
     QString m_deviceFolder;
     ScratchFolder m_scratch;
     std::optional<SourceGuard> m_guard;
+    qint64 m_takenAt = 0;
 };

@@ -98,19 +98,6 @@ void prepareTarget(MessageFormat format, const QString &target)
         throw Error(QStringLiteral("can not create %1.").arg(folder));
 }
 
-void tellSummary(const MessageExportSummary &summary, CommandContext &context)
-{
-    context.tell(QStringLiteral("%1 messages written, %2 files, %3 attachments")
-                     .arg(summary.written)
-                     .arg(summary.files.size())
-                     .arg(summary.attachmentsCopied));
-    tellMissing(summary.missingAttachments, context);
-    tellLines(QStringLiteral("%1 messages could not be written:"), summary.refused, summary.refused.size(),
-              context);
-    tellLines(QStringLiteral("%1 files are copied still encrypted, the password does not unlock them:"),
-              summary.lockedFiles, summary.lockedFiles.size(), context);
-}
-
 ExitStatus exportMessagesOf(const ExportRequest &request, const PasswordOption &password,
                             CommandContext &context)
 {
@@ -118,16 +105,21 @@ ExitStatus exportMessagesOf(const ExportRequest &request, const PasswordOption &
     if (!format)
         throw Error(
             QStringLiteral("messages can not be written as %1 by this version yet").arg(request.format));
-    MessageSource messages = openMessages(request.source, password, context.progress);
+    OpenMessages messages = openMessages(request.source, request.scope, password, context.progress);
     loadMessagesOf(*messages.database, request.chats, request.source, context.progress);
     const QString target = QDir(request.target).absolutePath();
     prepareTarget(*format, target);
     const std::vector<MessageRef> selected =
         messages.database->select(request.chats, request.dates.from, request.dates.to);
-    const MessageExportSummary summary =
+    const ExportedMessages exported =
         exportMessages(selected, *format, target, messages.files.get(), context.progress);
-    tellSummary(summary, context);
-    return tellWhatWasLost(*messages.database, request.source, context);
+    context.tell(QStringLiteral("%1 messages written, %2 files, %3 attachments")
+                     .arg(exported.report.done)
+                     .arg(exported.files.size())
+                     .arg(exported.attachmentsCopied));
+    Report report = messages.report();
+    report.merge(exported.report);
+    return context.report(report);
 }
 
 struct ExportArguments
@@ -179,8 +171,8 @@ void addExportCommand(CLI::App &app, Job &job)
             "messages: text, csv, pdf, html or db; contacts: vcard, csv, text or html; calls: text or csv; "
             "calendar: ical or csv; notes and bookmarks: html; the others are "
             "copied and have none"),
-        .target =
-            addValue(command, "-o,--output", "the file, or for pdf, html and db the folder, to write")->required(),
+        .target = addValue(command, "-o,--output", "the file, or for pdf, html and db the folder, to write")
+                      ->required(),
         .chats = addValues(command, "--chat", "only this conversation; may be given again"),
         .from = addValue(command, "--from", "only from this date on: yyyy-MM-dd or yyyy-MM-ddThh:mm:ss"),
         .to = addValue(command, "--to", "only up to this date, which counts"),

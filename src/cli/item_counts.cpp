@@ -22,7 +22,11 @@ std::optional<qint64> countClass(BackupManifest &backup, PersonalSource &records
     if (isMediaClass(dataClass))
         return countMedia(backup, dataClass, report);
     const bool hasMessages = backup.wellKnown(WellKnown::MessageDatabase) != FileCatalogue::none;
-    return hasMessages ? openMessageDb(backup)->countMessages() : 0;
+    if (!hasMessages)
+        return 0;
+    const std::unique_ptr<AbsMessageDb> messages = openMessageDb(backup);
+    report.merge(messages->report());
+    return messages->countMessages();
 }
 
 template <typename Count>

@@ -2,6 +2,7 @@
 
 #include "base/apple_time.h"
 #include "cli/json_writer.h"
+#include "export/message_text.h"
 #include "messages/attachment_content.h"
 
 namespace {
@@ -81,11 +82,15 @@ void appendMessageLine(QByteArray &to, const MessageRef &ref, const FileSource &
     json.beginObject();
     json.field("rowid", message.rowid);
     json.field("guid", message.guid);
-    json.field("chat", ref.chat ? ref.chat->rowid : 0);
-    json.field("chat_name", ref.chat ? chatName(*ref.chat, Addresses::With) : conversationTitle(ref));
+    json.key("chat");
+    if (ref.chat)
+        json.number(ref.chat->rowid);
+    else
+        json.null();
+    json.field("chat_name", ref.chat ? chatName(*ref.chat, Addresses::With) : QString());
     json.field("title", conversationTitle(ref));
     textOrNull(json, "sender", message.handle != nullptr ? message.handle->id : QString());
-    json.field("text", message.text);
+    json.field("text", message.item_type == 0 ? message.text : systemText(message));
     json.field("subject", message.subject);
     json.field("service", message.service);
     json.field("is_from_me", message.is_from_me);

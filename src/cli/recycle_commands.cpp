@@ -22,9 +22,9 @@ ExitStatus undelete(const QString &name, const QStringList &ids, CommandContext 
     return ExitStatus::Done;
 }
 
-ExitStatus purge(const QString &name)
+ExitStatus purge(const QString &name, CommandContext &context)
 {
-    emptyRecycleStore(requireDatabaseFolder(name));
+    emptyRecycleStore(requireDatabaseFolder(name), context.progress);
     return ExitStatus::Done;
 }
 } // namespace
@@ -52,6 +52,8 @@ void addPurgeCommand(CLI::App &app, Job &job)
     const CLI::Option *from = addValue(command, "--from", "the local database")->required();
     command.callback([&job, className, from] {
         requireMessages(className);
-        job.run = [name = requireDatabaseName(from)](CommandContext &) { return purge(name); };
+        job.run = [name = requireDatabaseName(from)](CommandContext &context) {
+            return purge(name, context);
+        };
     });
 }

@@ -24,18 +24,19 @@ struct SaveRequest
     QString source;
     QString name; // of the local database
     Scope scope = Scope::Usual;
+    ChangedMessages changed = ChangedMessages::Keep;
 
     QString folder() const { return localDatabasesFolder().filePath(name); }
 };
 
-ExitStatus writeSaveLine(DataClass dataClass, const SaveResult &result, CommandContext &context)
+ExitStatus writeSaveLine(DataClass dataClass, const SaveReport &result, CommandContext &context)
 {
     context.progress.clear();
     QByteArray line;
     JsonWriter json(line);
     json.beginObject();
     json.field("class", dataClassName(dataClass));
-    json.field("handled", result.handled);
+    json.field("handled", result.handled());
     json.field("added", result.added);
     json.field("merged", result.merged);
     json.endObject();
@@ -45,24 +46,21 @@ ExitStatus writeSaveLine(DataClass dataClass, const SaveResult &result, CommandC
 
 /// `database` has its conversations loaded.
 ExitStatus saveLoaded(AbsMessageDb &database, FileSource &files, const SaveRequest &request,
-                      CommandContext &context)
+                      CommandContext &context, const Report &catalogue = {})
 {
     database.loadMessages(0, context.progress);
-    const MessageSaveSummary summary =
-        saveMessages(database.select({}, INT64_MIN, INT64_MAX), &files, request.folder(),
-                     textFor("IDS_BACKUPING_MESSAGES"), context.progress);
-    writeSaveLine(DataClass::Messages, {summary.handled(), summary.added, summary.merged, {}}, context);
-    for (const QString &refused : summary.refused)
-        context.tell(refused);
-    tellMissing(summary.missingAttachments, context);
-    return tellWhatWasLost(database, request.source, context);
+    SaveReport saved = saveMessages(database.select({}, INT64_MIN, INT64_MAX), &files, request.folder(),
+                                    textFor("IDS_BACKUPING_MESSAGES"), context.progress, request.changed);
+    saved.report.merge(database.report());
+    saved.report.merge(catalogue);
+    return writeSaveLine(DataClass::Messages, saved, context);
 }
 
 ExitStatus saveMessagesAlone(const SaveRequest &request, const PasswordOption &password,
                              CommandContext &context)
 {
-    const MessageSource messages = openMessages(request.source, password, context.progress);
-    return saveLoaded(*messages.database, *messages.files, request, context);
+    const OpenMessages messages = openMessages(request.source, request.scope, password, context.progress);
+    return saveLoaded(*messages.database, *messages.files, request, context, messages.catalogue);
 }
 
 /// The messages among all classes of a source that is open.
@@ -70,11 +68,13 @@ ExitStatus saveMessagesOf(const OpenRecords &open, const SaveRequest &request, C
 {
     if (open.backup && open.backup->wellKnown(WellKnown::MessageDatabase) != FileCatalogue::none) {
         const std::unique_ptr<AbsMessageDb> database = openMessageDb(*open.backup);
+        database->setScope(request.scope);
         database->loadChats();
         return saveLoaded(*database, *open.backup, request, context);
     }
     if (const auto folder = localDatabaseOf(request.source); folder && hasLocalMessages(*folder)) {
         const MessageSource messages = openLocalMessages(*folder);
+        messages.database->setScope(request.scope);
         messages.database->loadChats();
         return saveLoaded(*messages.database, *messages.files, request, context);
     }
@@ -84,7 +84,7 @@ ExitStatus saveMessagesOf(const OpenRecords &open, const SaveRequest &request, C
 ExitStatus saveRecordsOf(DataClass dataClass, const OpenRecords &open, const SaveRequest &request,
                          CommandContext &context)
 {
-    const SaveResult result =
+    const SaveReport result =
         saveRecords(dataClass, *open.records, request.scope, request.folder(), context.progress);
     return writeSaveLine(dataClass, result, context);
 }
@@ -147,10 +147,13 @@ void addSaveCommand(CLI::App &app, Job &job)
     const CLI::Option *into =
         addValue(command, "--into", "the local database; made when there is none")->required();
     const CLI::Option *everything = addEverything(command);
+    const CLI::Option *update =
+        addSwitch(command, "--update", "let the newer version of a message win; its former text is kept");
     const PasswordOption password(command);
-    command.callback([&job, className, source, into, everything, password] {
+    command.callback([&job, className, source, into, everything, update, password] {
         const std::optional<DataClass> dataClass = classToSave(className);
-        const SaveRequest request{requireSource(source), requireDatabaseName(into), scopeOf(everything)};
+        const SaveRequest request{requireSource(source), requireDatabaseName(into), scopeOf(everything),
+                                  isGiven(update) ? ChangedMessages::Update : ChangedMessages::Keep};
         job.run = [=](CommandContext &context) {
             return dataClass ? saveClass(*dataClass, request, password, context)
                              : saveAll(request, password, context);

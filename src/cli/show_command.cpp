@@ -21,7 +21,7 @@ struct ShowRequest
 
 ExitStatus showChats(const ShowRequest &request, const PasswordOption &password, CommandContext &context)
 {
-    const MessageSource messages = openMessages(request.source, password, context.progress);
+    const OpenMessages messages = openMessages(request.source, request.scope, password, context.progress);
     const std::unordered_map<qint64, qint64> counts = messages.database->countMessagesByChat();
     context.progress.clear();
     QByteArray line;
@@ -32,12 +32,12 @@ ExitStatus showChats(const ShowRequest &request, const PasswordOption &password,
         appendChatLine(line, *chat, count == counts.end() ? 0 : count->second);
         context.out.write(line);
     }
-    return tellWhatWasLost(*messages.database, request.source, context);
+    return context.report(messages.report());
 }
 
 ExitStatus showMessages(const ShowRequest &request, const PasswordOption &password, CommandContext &context)
 {
-    MessageSource messages = openMessages(request.source, password, context.progress);
+    OpenMessages messages = openMessages(request.source, request.scope, password, context.progress);
     loadMessagesOf(*messages.database, request.chats, request.source, context.progress);
     context.progress.clear();
     QByteArray line;
@@ -47,7 +47,7 @@ ExitStatus showMessages(const ShowRequest &request, const PasswordOption &passwo
         appendMessageLine(line, ref, *messages.files);
         context.out.write(line);
     }
-    return tellWhatWasLost(*messages.database, request.source, context);
+    return context.report(messages.report());
 }
 } // namespace
 

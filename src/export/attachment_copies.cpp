@@ -24,19 +24,22 @@ void makeFolder(const QString &path)
 }
 
 AttachmentCopies::AttachmentCopies(const QString &folder, FileSource *source, Progress &progress,
-                                   MessageExportSummary &summary)
+                                   ExportedMessages &exported)
     : m_folder(folder),
       m_source(source),
       m_progress(progress),
-      m_summary(summary),
+      m_exported(exported),
       m_names((makeFolder(folder), folder))
 {
 }
 
 QString AttachmentCopies::copy(const _MsgAttachment &attachment)
 {
-    if (const QString reason = whyMissing(attachment, m_source); !reason.isEmpty())
-        return missing(attachment, reason);
+    const std::optional<Issue> loss = lossOf(attachment, m_source);
+    if (loss)
+        m_exported.report.add(*loss);
+    if (loss && loss->kind != IssueKind::Locked)
+        return {};
 
     const QString name = m_names.take(attachmentFileName(attachment));
     const QString target = pathOf(name);
@@ -45,21 +48,15 @@ QString AttachmentCopies::copy(const _MsgAttachment &attachment)
         fetchContent(attachment, m_source, target, stopWhenAsked);
     } catch (const Error &error) {
         m_names.release(name);
-        // The sentence names the file that could not be written or the one that could not be read.
-        if (error.sentence().contains(target))
+        if (error.kind() == ErrorKind::NoSpace)
+            throw;
+        if (error.isWriting())
             requireTargetWorks(attachment.total_bytes);
-        return missing(attachment, error.sentence());
+        addFailure(m_exported.report, attachment, error);
+        return {};
     }
-    if (isLocked(attachment, m_source))
-        m_summary.lockedFiles += name;
-    ++m_summary.attachmentsCopied;
+    ++m_exported.attachmentsCopied;
     return name;
-}
-
-QString AttachmentCopies::missing(const _MsgAttachment &attachment, const QString &reason)
-{
-    m_summary.missingAttachments += missingAttachmentText(attachment, reason);
-    return {};
 }
 
 /// A file could not be written. When that lies in the folder and not in the file, every other one would fail
@@ -71,5 +68,6 @@ void AttachmentCopies::requireTargetWorks(qint64 neededBytes) const
     QFile::remove(probe);
     const QStorageInfo disk(m_folder);
     if (disk.isValid() && disk.bytesAvailable() < std::max(neededBytes, probeBytes))
-        throw Error(QStringLiteral("There is no room left on the disk of %1.").arg(m_folder));
+        throw Error(QStringLiteral("There is no room left on the disk of %1.").arg(m_folder),
+                    ErrorKind::NoSpace, FileAccess::Writing);
 }

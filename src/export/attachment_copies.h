@@ -7,14 +7,14 @@
 class FileSource;
 
 /// Copies attachments into a folder, each under a name that is free there; what lies in it already is never
-/// touched. Every copy is complete or absent. One that cannot be had is noted in the summary, and the work
-/// goes on; a folder that cannot be written ends it.
+/// touched. Every copy is complete or absent. One that cannot be had or written is reported, and the work
+/// goes on; a folder that cannot be written, or a full disk, ends it.
 class AttachmentCopies
 {
 public:
     /// Makes the folder. `source` may be null. Throws Error.
     AttachmentCopies(const QString &folder, FileSource *source, Progress &progress,
-                     MessageExportSummary &summary);
+                     ExportedMessages &exported);
 
     /// The name of the copy in the folder; empty when the attachment cannot be had. Throws Error and
     /// Cancelled.
@@ -27,10 +27,9 @@ private:
     QString m_folder;
     FileSource *m_source;
     Progress &m_progress;
-    MessageExportSummary &m_summary;
+    ExportedMessages &m_exported;
     FreeNames m_names;
 
-    QString missing(const _MsgAttachment &attachment, const QString &reason);
     void requireTargetWorks(qint64 neededBytes) const;
 };
 

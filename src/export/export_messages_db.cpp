@@ -17,7 +17,7 @@ void ExportMessagesDb::begin()
     if (QFileInfo(path()).isSymLink())
         throw Error(QStringLiteral("can not write %1. It is a link, and leads elsewhere.").arg(path()),
                     ErrorKind::Denied, FileAccess::Writing);
-    m_saving.emplace(m_folder, m_source, m_messages);
+    m_saving.emplace(m_folder, m_source, m_messages, ChangedMessages::Keep);
 }
 
 void ExportMessagesDb::write(const MessageRef &ref)
@@ -27,6 +27,6 @@ void ExportMessagesDb::write(const MessageRef &ref)
 
 void ExportMessagesDb::end()
 {
-    m_summary = m_saving->finish();
+    m_saved = m_saving->finish();
     m_saving.reset();
 }

@@ -18,12 +18,12 @@ public:
 
     QString path() const { return LocalMessageStore::pathIn(m_folder); }
     /// To be read after end().
-    const MessageSaveSummary &summary() const { return m_summary; }
+    const SavedMessages &saved() const { return m_saved; }
 
 private:
     QString m_folder;
     FileSource *m_source;
     const std::vector<MessageRef> &m_messages;
     std::optional<MessageSaving> m_saving;
-    MessageSaveSummary m_summary;
+    SavedMessages m_saved;
 };

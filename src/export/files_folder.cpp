@@ -24,9 +24,9 @@ QByteArray contentOf(const QString &path)
 } // namespace
 
 FilesFolder::FilesFolder(const QString &outputFolder, FileSource *source, Progress &progress,
-                         MessageExportSummary &summary)
+                         ExportedMessages &exported)
     : m_folder(makeOwnFolder(outputFolder, QStringLiteral("files"))),
-      m_copies(m_folder, source, progress, summary)
+      m_copies(m_folder, source, progress, exported)
 {
     copyBubblePieces();
 }

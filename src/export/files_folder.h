@@ -7,14 +7,14 @@
 
 /// The folder "files" of one HTML export: what the pages need to look right, the attachments, and the small
 /// pictures of both. Everything in it is complete or absent; what lies there already is never touched.
-/// Attachments are fetched when a page asks for them, each once. One that cannot be had is noted in the
-/// summary, and the export goes on; a target that cannot be written ends it.
+/// Attachments are fetched when a page asks for them, each once. One that cannot be had is reported, and
+/// the export goes on; a target that cannot be written ends it.
 class FilesFolder : public AttachmentLinks
 {
 public:
     /// Makes the folder and copies the pieces of the bubbles into it. `source` may be null. Throws Error.
     FilesFolder(const QString &outputFolder, FileSource *source, Progress &progress,
-                MessageExportSummary &summary);
+                ExportedMessages &exported);
 
     /// Throws Error and Cancelled.
     QByteArray link(const _MsgAttachment &attachment) override;

@@ -80,7 +80,7 @@ public:
     void toPages(const std::vector<MessageRef> &messages)
     {
         makeFolder(m_target);
-        FilesFolder files(m_target, m_source, m_progress, m_summary);
+        FilesFolder files(m_target, m_source, m_progress, m_exported);
         DateText dates = ExportMessagesHtml::dateLines();
         forEachConversation(messages, QStringLiteral(".html"),
                             [&](const _MsgChat *, const QString &path) -> std::unique_ptr<Writer> {
@@ -91,7 +91,7 @@ public:
     void toPdf(const std::vector<MessageRef> &messages)
     {
         makeFolder(m_target);
-        FetchedAttachments attachments(m_source, m_progress, m_summary);
+        FetchedAttachments attachments(m_source, m_progress, m_exported.report);
         forEachConversation(messages, QStringLiteral(".pdf"),
                             [&](const _MsgChat *chat, const QString &path) -> std::unique_ptr<Writer> {
                                 const QString title =
@@ -113,14 +113,17 @@ public:
         sortForExport(messages);
         ExportMessagesDb writer(m_target, m_source, messages);
         run(writer, messages, writer.path());
-        const MessageSaveSummary &saved = writer.summary();
-        m_summary.written = saved.handled(); // a message in two conversations is one
-        m_summary.attachmentsCopied = saved.attachmentsCopied;
-        m_summary.missingAttachments = saved.missingAttachments;
-        m_summary.refused = saved.refused;
+        const SavedMessages &saved = writer.saved();
+        m_exported.report = saved.report;
+        m_exported.report.done = saved.added; // a message in two conversations is one
+        const qint64 there = saved.merged - saved.report.count("IDS_ISSUE_EQUAL_MESSAGES");
+        if (there > 0)
+            m_exported.report.add(
+                {.kind = IssueKind::Remark, .what = "IDS_ISSUE_MESSAGES_THERE_ALREADY", .count = there});
+        m_exported.attachmentsCopied = saved.attachmentsCopied;
     }
 
-    const MessageExportSummary &summary() const { return m_summary; }
+    const ExportedMessages &exported() const { return m_exported; }
 
 private:
     using Writer = AbsFormatExport<MessageRef>;
@@ -129,7 +132,7 @@ private:
     FileSource *m_source;
     Progress &m_progress;
     CountedProgress m_counted;
-    MessageExportSummary m_summary;
+    ExportedMessages m_exported;
 
     template <typename MakeWriter>
     void forEachConversation(const std::vector<MessageRef> &messages, const QString &suffix,
@@ -151,14 +154,14 @@ private:
             writer.write(ref);
         }
         writer.end();
-        m_summary.written += static_cast<qint64>(messages.size());
-        m_summary.files += path;
+        m_exported.report.done += static_cast<qint64>(messages.size());
+        m_exported.files += path;
     }
 };
 } // namespace
 
-MessageExportSummary exportMessages(const std::vector<MessageRef> &messages, MessageFormat format,
-                                    const QString &target, FileSource *source, Progress &progress)
+ExportedMessages exportMessages(const std::vector<MessageRef> &messages, MessageFormat format,
+                                const QString &target, FileSource *source, Progress &progress)
 {
     const SourceGuard localDatabases({localDatabasesFolder().path()}, SourceGuard::Reach::ThisThread);
     MessageExport job(static_cast<qint64>(messages.size()), target, source, progress);
@@ -181,7 +184,7 @@ MessageExportSummary exportMessages(const std::vector<MessageRef> &messages, Mes
     default:
         throw Error(QStringLiteral("not support export format."));
     }
-    return job.summary();
+    return job.exported();
 }
 
 std::optional<MessageFormat> messageFormatOf(const QString &name)

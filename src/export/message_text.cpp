@@ -65,8 +65,11 @@ QString systemText(const _MsgMessage &message)
     const QString other = nameOr(message.otherHandle, you);
     const QString time = conversationDate(message.date);
     switch (message.item_type) {
-    case 1:
-        return textFor("IDS_SYS_ADDED_%1_%2_%3").arg(actor, other, time);
+    case 1: {
+        const bool isRemoval = message.group_action_type == 1;
+        return textFor(isRemoval ? "IDS_SYS_REMOVED_%1_%2_%3" : "IDS_SYS_ADDED_%1_%2_%3")
+            .arg(actor, other, time);
+    }
     case 2:
         return textFor("IDS_SYS_NAMED_%1_%2_%3").arg(actor, message.group_title, time);
     case 3:

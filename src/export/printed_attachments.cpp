@@ -8,8 +8,8 @@
 
 #include <QFile>
 
-FetchedAttachments::FetchedAttachments(FileSource *source, Progress &progress, MessageExportSummary &summary)
-    : m_source(source), m_progress(progress), m_summary(summary)
+FetchedAttachments::FetchedAttachments(FileSource *source, Progress &progress, Report &report)
+    : m_source(source), m_progress(progress), m_report(report)
 {
 }
 
@@ -37,19 +37,10 @@ PrintedAttachments::Text FetchedAttachments::text(const _MsgAttachment &attachme
 void FetchedAttachments::withFile(const _MsgAttachment &attachment,
                                   const std::function<void(const QString &path)> &read)
 {
-    const auto missing = [&](const QString &reason) {
-        m_summary.missingAttachments += missingAttachmentText(attachment, reason);
-    };
-    if (const QString reason = whyMissing(attachment, m_source); !reason.isEmpty()) {
-        missing(reason);
-        return;
-    }
+    if (const std::optional<Issue> loss = lossOf(attachment, m_source))
+        return m_report.add(*loss);
     if (isLocal(attachment)) {
         read(attachment.local_path);
-        return;
-    }
-    if (isLocked(attachment, m_source)) {
-        missing(QStringLiteral("The password does not unlock the file."));
         return;
     }
     const QString path = m_folder.filePath(QStringLiteral("attachment"));
@@ -57,8 +48,9 @@ void FetchedAttachments::withFile(const _MsgAttachment &attachment,
         m_source->fetchTo(attachment.source, path,
                           [this](std::uint64_t, std::uint64_t) { m_progress.check(); });
     } catch (const Error &error) {
-        missing(error.sentence());
-        return;
+        if (error.kind() == ErrorKind::NoSpace)
+            throw;
+        return addFailure(m_report, attachment, error);
     }
     read(path);
     QFile::remove(path);

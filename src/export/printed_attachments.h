@@ -1,7 +1,8 @@
 #pragma once
 
 #include "base/progress.h"
-#include "export/message_export.h"
+#include "base/report.h"
+#include "messages/msg_records.h"
 
 #include <QImage>
 #include <QTemporaryDir>
@@ -33,16 +34,16 @@ class FetchedAttachments : public PrintedAttachments
 {
 public:
     /// `source` may be null; the others must outlive this.
-    FetchedAttachments(FileSource *source, Progress &progress, MessageExportSummary &summary);
+    FetchedAttachments(FileSource *source, Progress &progress, Report &report);
 
-    /// Throws Cancelled.
+    /// Throws Cancelled, and Error when the disk is full.
     QImage picture(const _MsgAttachment &attachment) override;
     Text text(const _MsgAttachment &attachment) override;
 
 private:
     FileSource *m_source;
     Progress &m_progress;
-    MessageExportSummary &m_summary;
+    Report &m_report;
     QTemporaryDir m_folder;
 
     void withFile(const _MsgAttachment &attachment, const std::function<void(const QString &path)> &read);

@@ -43,8 +43,6 @@ AbsIOSMessageDb::AbsIOSMessageDb(const DatabaseFile &file, FileSource *source, C
       m_normalise([](const QString &number, const QString &) { return CountryLibDb::normalise(number, {}); })
 {
     m_db.openForeign(file);
-    if (!m_db.damage().isEmpty())
-        m_damageOfFile.append(m_db.damage());
     Sqlite3Cursor cursor = m_db.queryThrow(QStringLiteral("select * from sqlite_master where type='table'"));
     const int name = cursor.columnIndex(QStringLiteral("name"));
     const int sql = cursor.columnIndex(QStringLiteral("sql"));
@@ -81,9 +79,35 @@ void AbsIOSMessageDb::clear()
     m_handles.clear();
     m_messages.clear();
     m_attachments.clear();
-    m_skippedRows = 0;
-    m_unreadableTexts = 0;
-    m_warnings = m_damageOfFile;
+    m_report = {};
+    noteDamage();
+}
+
+void AbsIOSMessageDb::noteDamage()
+{
+    if (!m_db.damage().isEmpty())
+        addIssue("IDS_ISSUE_MESSAGE_DATABASE", m_db.damage());
+}
+
+void AbsIOSMessageDb::addIssue(const char *what, const QString &reason)
+{
+    m_report.add({.what = what, .where = m_db.name(), .reason = reason});
+}
+
+void AbsIOSMessageDb::requireColumns(
+    const std::vector<std::pair<const char *, std::vector<const char *>>> &tables)
+{
+    for (const auto &[name, columns] : tables) {
+        const QString table = QLatin1String(name);
+        if (!hasTable(table)) {
+            addIssue("IDS_ISSUE_MISSING_TABLE", table);
+            continue;
+        }
+        const QSet<QString> present = m_db.tbCols(table);
+        for (const char *column : columns)
+            if (!present.contains(QLatin1String(column)))
+                addIssue("IDS_ISSUE_MISSING_COLUMN", table + u'.' + QLatin1String(column));
+    }
 }
 
 void AbsIOSMessageDb::sortChats()
@@ -107,9 +131,7 @@ std::unique_ptr<IOSContactsMemDb> AbsIOSMessageDb::openContacts()
 {
     if (!m_source || m_names != ContactNames::FromAddressBook)
         return nullptr;
-    auto contacts = std::make_unique<IOSContactsMemDb>(*m_source, m_normalise, m_nameReport);
-    m_warnings.append(problemsOf(m_nameReport));
-    return contacts;
+    return std::make_unique<IOSContactsMemDb>(*m_source, m_normalise, m_report);
 }
 
 QString AbsIOSMessageDb::normalised(const QString &address, const QString &country) const
@@ -137,7 +159,8 @@ void AbsIOSMessageDb::takeTextOfBody(_MsgMessage &message)
         return;
     const std::optional<QString> text = typedStreamText(message.attributedBody);
     message.text = text.value_or(QString());
-    m_unreadableTexts += text ? 0 : 1;
+    if (!text)
+        addIssue("IDS_ISSUE_MESSAGE_BODIES");
 }
 
 void AbsIOSMessageDb::placeAttachment(_MsgAttachment &attachment) const

@@ -52,6 +52,14 @@ protected:
     bool hasTable(const QString &table) const;
     bool hasColumn(const QString &table, const QString &column) const;
 
+    /// Notes what is known of the database before anything is read: that it was cut off, what it lacks.
+    /// Called by the constructors of the readers, and by clear().
+    virtual void noteDamage();
+    /// Notes damage of the database.
+    void addIssue(const char *what, const QString &reason = {});
+    /// Notes which tables and columns are missing that every device of the generation has.
+    void requireColumns(const std::vector<std::pair<const char *, std::vector<const char *>>> &tables);
+
     /// Runs a listing. Damage ends it early and keeps what was read before; when nothing at all can be read,
     /// that is a failure of an Essential one. `prepare` resolves the columns and gives what is to be done for
     /// each row.
@@ -67,7 +75,7 @@ protected:
         } catch (const Error &error) {
             if (rows == 0 && listing == Listing::Essential)
                 throw;
-            m_warnings.append(error.sentence());
+            addIssue("IDS_ISSUE_MESSAGE_LISTINGS", error.sentence());
         }
     }
 
@@ -94,8 +102,6 @@ protected:
     QHash<qint64, _MsgAttachment *> m_attachmentById;
 
 private:
-    QStringList m_damageOfFile;
-    Report m_nameReport;
     NumberNormaliser m_normalise;
     QString m_defaultCountry;
     QHash<QString, QString> m_createTexts; // by table name in lower case

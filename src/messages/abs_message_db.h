@@ -1,9 +1,9 @@
 #pragma once
 
 #include "base/progress.h"
+#include "base/report.h"
 #include "messages/msg_records.h"
-
-#include <QStringList>
+#include "personal/scope.h"
 
 #include <deque>
 #include <memory>
@@ -19,9 +19,14 @@ class AbsMessageDb
 public:
     virtual ~AbsMessageDb();
 
+    /// Set before anything is counted or loaded: whether system items and messages of no conversation come
+    /// in. Otherwise the report of a loading says how many there are.
+    void setScope(Scope scope) { m_scope = scope; }
+
     /// 6 for iOS 6 and later.
     virtual int kind() const = 0;
-    /// The same filter as the listing has. 0 when nothing matches.
+    /// The number of messages that are listed: those of a conversation once for each that they are in, those
+    /// of none once.
     virtual qint64 countMessages() = 0;
     /// Messages of one conversation, by chat row id.
     virtual std::unordered_map<qint64, qint64> countMessagesByChat() = 0;
@@ -42,12 +47,9 @@ public:
     /// in the order of the exports.
     std::vector<MessageRef> select(const std::vector<qint64> &chatIds, qint64 from, qint64 to) const;
 
-    /// Rows that could not be read, for the summary.
-    qint64 skippedRows() const { return m_skippedRows; }
-    /// Messages whose text is stored in a form that could not be read; their text is empty.
-    qint64 unreadableTexts() const { return m_unreadableTexts; }
-    /// One sentence for each damage that the database turned out to have; what it left is loaded.
-    QStringList warnings() const { return m_warnings; }
+    /// What could not be read of what was loaded so far; the rest is loaded. The text of a message whose
+    /// stored form could not be read is empty.
+    const Report &report() const { return m_report; }
 
 protected:
     std::deque<_MsgChat> m_chats;
@@ -57,9 +59,8 @@ protected:
     std::vector<_MsgChat *> m_chatList;
     std::unordered_map<qint64, _MsgChat *> m_chatById;
     std::unordered_map<qint64, _MsgHandle *> m_handleById;
-    qint64 m_skippedRows = 0;
-    qint64 m_unreadableTexts = 0;
-    QStringList m_warnings;
+    Scope m_scope = Scope::Usual;
+    Report m_report;
 };
 
 /// Opens the message database of an opened backup with the reader that fits it. Throws

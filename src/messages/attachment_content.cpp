@@ -21,6 +21,34 @@ bool isLocked(const _MsgAttachment &attachment, const FileSource *source)
     return !isLocal(attachment) && source && source->isLocked(attachment.source);
 }
 
+QString placeOf(const _MsgAttachment &attachment)
+{
+    if (!attachment.source.domain.isEmpty())
+        return attachment.source.display();
+    return attachment.filename.isEmpty() ? attachment.displayName() : attachment.filename;
+}
+
+std::optional<Issue> lossOf(const _MsgAttachment &attachment, const FileSource *source)
+{
+    const auto loss = [&](IssueKind kind, const char *what) {
+        return Issue{.kind = kind, .what = what, .where = placeOf(attachment)};
+    };
+    if (hasContent(attachment, source)) {
+        if (isLocked(attachment, source))
+            return loss(IssueKind::Locked, "IDS_ISSUE_ATTACHMENTS_LOCKED");
+        return std::nullopt;
+    }
+    if (source && !attachment.source.isNull() && source->lists(attachment.source))
+        return loss(IssueKind::Damaged, "IDS_ISSUE_ATTACHMENTS_LOST");
+    return loss(IssueKind::Absent, "IDS_ISSUE_ATTACHMENTS_ABSENT");
+}
+
+void addFailure(Report &report, const _MsgAttachment &attachment, const Error &error)
+{
+    report.add(error.isWriting() ? "IDS_ISSUE_ATTACHMENTS_NOT_WRITTEN" : "IDS_ISSUE_ATTACHMENTS_NOT_READ",
+               error.at(placeOf(attachment)));
+}
+
 void fetchContent(const _MsgAttachment &attachment, FileSource *source, const QString &destination,
                   const CopyProgress &progress)
 {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "backup/file_cipher.h"
+#include "base/report.h"
 #include "messages/msg_records.h"
 
 #include <optional>
@@ -13,6 +14,16 @@ bool hasContent(const _MsgAttachment &attachment, const FileSource *source);
 
 /// True when what fetchContent() gives is unreadable: it is of a class that the password does not unlock.
 bool isLocked(const _MsgAttachment &attachment, const FileSource *source);
+
+/// The file of the backup that holds the content, or the name that the device gave it.
+QString placeOf(const _MsgAttachment &attachment);
+
+/// Why the content cannot be had, where that is known before anything is read: the backup does not list it,
+/// has lost it, or keeps it locked. Nothing when there is hope.
+std::optional<Issue> lossOf(const _MsgAttachment &attachment, const FileSource *source);
+
+/// Notes that the content could not be read, or could not be written where it was to go.
+void addFailure(Report &report, const _MsgAttachment &attachment, const Error &error);
 
 /// Writes the content, with its time, to `destination` (complete or absent). Throws Error; content that
 /// cannot be had is one. What `progress` throws ends it.

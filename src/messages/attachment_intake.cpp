@@ -66,37 +66,32 @@ void AttachmentIntake::note(const QString &guid, const SourceFile &place)
 {
     if (!m_journal.isOpen() &&
         (!QDir().mkpath(QFileInfo(m_journal).path()) || !m_journal.open(QIODevice::WriteOnly)))
-        throw Error(
-            QStringLiteral("can not write %1. %2").arg(m_journal.fileName(), m_journal.errorString()));
+        throw Error::ofFile(QStringLiteral("can not write %1. %2"), m_journal, FileAccess::Writing);
     m_journal.write(QUrl::toPercentEncoding(guid) + ' ' + QUrl::toPercentEncoding(place.relativePath) + '\n');
     if (!m_journal.flush())
-        throw Error(
-            QStringLiteral("can not write %1. %2").arg(m_journal.fileName(), m_journal.errorString()));
+        throw Error::ofFile(QStringLiteral("can not write %1. %2"), m_journal, FileAccess::Writing);
     m_taken.push_back(place);
 }
 
 void AttachmentIntake::take(const _MsgAttachment &attachment, const QString &guid, const SourceFile &place)
 {
-    if (attachment.filename.isEmpty() || m_store.hasContent(place))
+    if (m_store.hasContent(place))
         return;
-    const auto leaveOut = [&](const QString &reason) {
-        m_missing.append(QStringLiteral("%1: %2").arg(attachment.displayName(), reason));
-    };
-    if (!hasContent(attachment, m_source))
-        return leaveOut(QStringLiteral("its file is not in the source."));
-    if (isLocked(attachment, m_source))
-        return leaveOut(QStringLiteral("its file is of a class that the password does not unlock."));
+    if (const std::optional<Issue> loss = lossOf(attachment, m_source))
+        return m_report.add(*loss);
     const std::optional<QString> destination = containedPath(m_store.folder(), place.relativePath);
     if (!destination || !staysBelow(m_store.folder(), *destination))
-        return leaveOut(QStringLiteral("its file has no place in %1.").arg(m_store.folder()));
+        return addFailure(m_report, attachment,
+                          Error(QStringLiteral("There is no place for it in %1.").arg(m_store.folder()),
+                                ErrorKind::Denied, FileAccess::Writing));
     note(guid, place);
     try {
         fetchContent(attachment, m_source, *destination);
-        ++m_copied;
+        ++m_report.done;
     } catch (const Error &error) {
-        if (isDiskFull(m_store.folder(), attachment.total_bytes))
+        if (error.kind() == ErrorKind::NoSpace || isDiskFull(m_store.folder(), attachment.total_bytes))
             throw;
-        leaveOut(error.sentence());
+        addFailure(m_report, attachment, error);
     }
 }
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "base/report.h"
 #include "messages/stored_attachments.h"
 
 #include <QFile>
-#include <QStringList>
 
 #include <functional>
 #include <vector>
@@ -25,16 +25,15 @@ public:
                                 const std::function<bool(const QString &guid)> &isKnown);
 
     /// Brings the file of an attachment to its place, unless it is there. `guid` and `place` are those of the
-    /// store. A file that the source does not have or cannot read is noted and left out. Throws Error when it
-    /// cannot be written.
+    /// store. A file that cannot be had or written is reported and left out. Throws Error when the disk is
+    /// full.
     void take(const _MsgAttachment &attachment, const QString &guid, const SourceFile &place);
 
     /// The job has ended well.
     void keep();
 
-    qint64 copied() const { return m_copied; }
-    /// "name: reason", one for each file that was left out.
-    const QStringList &missing() const { return m_missing; }
+    /// What was left out; what was copied is what it has done.
+    const Report &report() const { return m_report; }
 
 private:
     void note(const QString &guid, const SourceFile &place);
@@ -45,6 +44,5 @@ private:
     FileSource *m_source;
     QFile m_journal;
     std::vector<SourceFile> m_taken;
-    qint64 m_copied = 0;
-    QStringList m_missing;
+    Report m_report;
 };

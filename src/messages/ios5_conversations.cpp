@@ -26,6 +26,19 @@ void IOS5Conversations::clear()
     m_members.clear();
 }
 
+void IOS5Conversations::noteDamage()
+{
+    AbsIOSMessageDb::noteDamage();
+    requireColumns({{"msg_group", {"newest_message"}},
+                    {"group_member", {"group_id", "address"}},
+                    {"message", {"text", "date", "flags", "group_id", "address"}}});
+    // The first systems had no multimedia messages, and before iOS 5 there was no iMessage.
+    if (hasColumn(QStringLiteral("message"), QStringLiteral("is_madrid")))
+        requireColumns({{"msg_pieces", {"message_id", "content_type", "data"}},
+                        {"madrid_chat", {"chat_identifier", "participants"}},
+                        {"madrid_attachment", {"attachment_guid", "filename"}}});
+}
+
 void IOS5Conversations::loadChats()
 {
     clear();
@@ -50,7 +63,7 @@ qint64 IOS5Conversations::shifted(qint64 iMessageRowid)
 bool IOS5Conversations::addChat(_MsgChat &&chat)
 {
     if (m_chatById.contains(chat.rowid)) {
-        ++m_skippedRows;
+        addIssue("IDS_ISSUE_MESSAGE_ROWS");
         return false;
     }
     _MsgChat &added = m_chats.emplace_back(std::move(chat));
@@ -78,7 +91,7 @@ void IOS5Conversations::readGroups()
             chat.account_login = QStringLiteral("E:");
             chat._last = recordDate(cursor.getInt64(last), DateUnit::Seconds);
             if (chat.rowid >= firstIMessageRowid)
-                ++m_skippedRows;
+                addIssue("IDS_ISSUE_MESSAGE_ROWS");
             else
                 addChat(std::move(chat));
         };
@@ -162,7 +175,8 @@ void IOS5Conversations::readParticipants(_MsgChat &chat, const QByteArray &parti
     if (participants.isEmpty())
         return;
     const std::optional<QStringList> addresses = listedTexts(participants);
-    m_skippedRows += addresses ? 0 : 1;
+    if (!addresses)
+        addIssue("IDS_ISSUE_PARTICIPANT_LISTS");
     for (const QString &address : addresses.value_or(QStringList()))
         addMember(chat, handleOf(Service::IMessage, address, {}));
 }

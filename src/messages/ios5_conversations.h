@@ -23,6 +23,7 @@ protected:
     using AbsIOSMessageDb::AbsIOSMessageDb;
 
     void clear() override;
+    void noteDamage() final;
 
     /// A row id of a table of iMessage as it is given out; 0 when it is none that a device writes.
     static qint64 shifted(qint64 iMessageRowid);

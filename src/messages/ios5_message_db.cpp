@@ -100,6 +100,7 @@ struct IOS5MessageDb::Columns
 IOS5MessageDb::IOS5MessageDb(const DatabaseFile &file, FileSource *source)
     : IOS5Conversations(file, source, ContactNames::FromAddressBook)
 {
+    noteDamage();
 }
 
 IOS5MessageDb::~IOS5MessageDb() = default;
@@ -108,7 +109,6 @@ void IOS5MessageDb::clear()
 {
     IOS5Conversations::clear();
     m_parts.clear();
-    m_partWasLost = false;
     m_takenParts.clear();
     m_awaiting.clear();
 }
@@ -247,7 +247,8 @@ void IOS5MessageDb::setSender(_MsgMessage &message, Service service, const QStri
 void IOS5MessageDb::awaitAttachments(_MsgMessage &message, const QByteArray &guids)
 {
     const std::optional<QStringList> listed = listedTexts(guids);
-    m_skippedRows += listed ? 0 : 1;
+    if (!listed)
+        addIssue("IDS_ISSUE_ATTACHMENT_LISTS");
     for (const QString &guid : listed.value_or(QStringList()))
         m_awaiting[guid].push_back(&message);
 }
@@ -280,7 +281,7 @@ void IOS5MessageDb::takeAttachment(_MsgAttachment &&read, const std::vector<_Msg
 {
     read.rowid = shifted(read.rowid);
     if (read.rowid == 0) {
-        ++m_skippedRows;
+        addIssue("IDS_ISSUE_MESSAGE_ROWS");
         return;
     }
     _MsgAttachment *&attachment = m_attachmentById[read.rowid];
@@ -336,8 +337,7 @@ void IOS5MessageDb::takePart(_MsgMessage &message, const MessagePart &part)
         m_parts.fill(attachment, part);
     } catch (const Error &error) {
         // On a full disk it is the same with every other one.
-        if (!std::exchange(m_partWasLost, true))
-            m_warnings.append(error.sentence());
+        m_report.add("IDS_ISSUE_PARTS_NOT_WRITTEN", error.at(m_db.name()));
     }
     if (m_source)
         attachment.source = m_source->fileOfDevicePath(part.devicePath());

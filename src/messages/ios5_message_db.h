@@ -40,7 +40,6 @@ private:
     void takePart(_MsgMessage &message, const MessagePart &part);
 
     MessageParts m_parts;
-    bool m_partWasLost = false;
     QSet<qint64> m_takenParts;
     QHash<QString, std::vector<_MsgMessage *>> m_awaiting; // by the GUID of an attachment
 };

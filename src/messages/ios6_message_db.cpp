@@ -11,11 +11,28 @@ QString onlyChat(const QString &column, qint64 chatId)
 {
     return chatId > 0 ? QStringLiteral(" and %1=%2").arg(column).arg(chatId) : QString();
 }
+
+// The messages m that stand in no conversation.
+const QString ofNoChat =
+    QStringLiteral("m.rowid not in (select message_id from chat_message_join where message_id is not null)");
 } // namespace
 
 IOS6MessageDb::IOS6MessageDb(const DatabaseFile &file, FileSource *source, ContactNames names)
     : AbsIOSMessageDb(file, source, names)
 {
+    noteDamage();
+}
+
+void IOS6MessageDb::noteDamage()
+{
+    AbsIOSMessageDb::noteDamage();
+    requireColumns({{"chat", {"guid", "style", "chat_identifier", "service_name"}},
+                    {"handle", {"id", "service"}},
+                    {"message", {"guid", "text", "handle_id", "date", "is_from_me", "service"}},
+                    {"attachment", {"guid", "filename", "mime_type"}},
+                    {"message_attachment_join", {"message_id", "attachment_id"}},
+                    {"chat_message_join", {"chat_id", "message_id"}},
+                    {"chat_handle_join", {"chat_id", "handle_id"}}});
 }
 
 // From iOS 11 on the dates of messages count nanoseconds.
@@ -25,26 +42,54 @@ DateUnit IOS6MessageDb::dateUnit() const
                                                                                 : DateUnit::Seconds;
 }
 
-// The joins that every listing and count of messages is made over.
+void IOS6MessageDb::clear()
+{
+    AbsIOSMessageDb::clear();
+    m_hiddenItems.clear();
+}
+
+// The joins that every count of messages is made over, each once, whatever a damaged table repeats.
 QString IOS6MessageDb::listedMessages() const
 {
-    QString sql = QStringLiteral("chat_message_join as j inner join message as m on j.message_id = m.rowid");
-    if (hasColumn(QStringLiteral("message"), QStringLiteral("item_type")))
-        sql += QStringLiteral(" and m.item_type <> 4");
+    const bool hasKey =
+        hasColumn(QStringLiteral("chat_message_join"), QStringLiteral("PRIMARY KEY (chat_id, message_id)"));
+    QString sql = QStringLiteral("select%1 ifnull(j.chat_id, 0) as chat_id, j.message_id from chat_message_join "
+                                 "as j inner join message as m on j.message_id = m.rowid")
+                      .arg(hasKey ? QString() : QStringLiteral(" distinct"));
+    if (m_scope == Scope::Usual && hasColumn(QStringLiteral("message"), QStringLiteral("item_type")))
+        sql += QStringLiteral(" and ifnull(m.item_type, 0) = 0");
     return sql;
+}
+
+qint64 IOS6MessageDb::number(const QString &sql) const
+{
+    Sqlite3Cursor cursor = m_db.queryThrow(sql);
+    return cursor.moveNext() ? cursor.getInt64(0) : 0;
 }
 
 qint64 IOS6MessageDb::countMessages()
 {
-    Sqlite3Cursor cursor = m_db.queryThrow(QStringLiteral("select count(*) from ") + listedMessages());
-    return cursor.moveNext() ? cursor.getInt64(0) : 0;
+    const QString listed = listedMessages();
+    qint64 count = number(QStringLiteral("select count(*) from (%1)").arg(listed));
+    // A conversation that is not there is none, like that of a message in no conversation at all.
+    const QString isMissing = QStringLiteral("chat_id not in (select rowid from chat)");
+    if (number(QStringLiteral("select exists (select 1 from chat_message_join where ifnull(chat_id, 0) not in "
+                              "(select rowid from chat))")) != 0)
+        count += number(QStringLiteral("select count(distinct message_id) from (%1) where %2 and message_id not in "
+                                       "(select message_id from chat_message_join where message_id is not null "
+                                       "and chat_id in (select rowid from chat))")
+                            .arg(listed, isMissing)) -
+                 number(QStringLiteral("select count(*) from (%1) where %2").arg(listed, isMissing));
+    if (m_scope == Scope::Everything)
+        count += number(QStringLiteral("select count(*) from message as m where ") + ofNoChat);
+    return count;
 }
 
 std::unordered_map<qint64, qint64> IOS6MessageDb::countMessagesByChat()
 {
     std::unordered_map<qint64, qint64> counts;
     Sqlite3Cursor cursor = m_db.queryThrow(
-        QStringLiteral("select j.chat_id, count(*) from %1 group by j.chat_id").arg(listedMessages()));
+        QStringLiteral("select chat_id, count(*) from (%1) group by chat_id").arg(listedMessages()));
     while (cursor.moveNext())
         counts[cursor.getInt64(0)] = cursor.getInt64(1);
     return counts;
@@ -106,22 +151,21 @@ void IOS6MessageDb::readHandles()
                 known->handles.push_back(handle);
         };
     });
-    if (m_names == ContactNames::AsStored)
-        readSenders();
+    readSenders(contacts.get());
 }
 
-// A store may hold the messages of somebody who has left the conversation, without any conversation of
-// theirs.
-void IOS6MessageDb::readSenders()
+// Somebody who has left every conversation still is the sender of messages.
+void IOS6MessageDb::readSenders(const IOSContactsMemDb *contacts)
 {
-    forEachRow(Listing::Extra, QStringLiteral("select * from handle"), [this](const Sqlite3Cursor &cursor) {
-        return [this, &cursor, columns = handleColumns(cursor),
+    forEachRow(Listing::Extra, QStringLiteral("select * from handle"), [&](const Sqlite3Cursor &cursor) {
+        return [&, columns = handleColumns(cursor),
                 rowid = cursor.columnIndex(QStringLiteral("rowid"))]() mutable {
             _MsgHandle *&handle = m_handleById[cursor.getInt64(rowid)];
             if (handle)
                 return;
             handle = &m_handles.emplace_back();
             columns.fill(*handle);
+            nameHandle(*handle, contacts);
         };
     });
 }
@@ -130,30 +174,57 @@ void IOS6MessageDb::loadMessages(qint64 chatId, Progress &progress)
 {
     // A load that is stopped half way leaves lists that are in order as far as they go.
     const auto inOrder = qScopeGuard([&] { sortMessages(chatId); });
-    readMessages(chatId, progress);
+    const qsizetype hiddenBefore = m_hiddenItems.size();
+    readMessages(
+        QStringLiteral("select j.chat_id, m.* from chat_message_join as j inner join message as m on "
+                       "j.message_id = m.rowid") +
+            onlyChat(QStringLiteral("j.chat_id"), chatId),
+        Join::Chat, progress);
+    if (chatId <= 0 && m_scope == Scope::Everything)
+        readMessages(QStringLiteral("select 0, m.* from message as m where ") + ofNoChat, Join::None,
+                     progress);
     if (hasTable(QStringLiteral("attachment")) && hasTable(QStringLiteral("message_attachment_join")))
         readAttachments(chatId, progress);
+    tellHidden(hiddenBefore, chatId);
 }
 
-void IOS6MessageDb::readMessages(qint64 chatId, Progress &progress)
+// Of a table that could not be read to its end nobody knows in which conversation the rest stands.
+void IOS6MessageDb::tellHidden(qsizetype itemsBefore, qint64 chatId)
 {
-    const QString sql = QStringLiteral("select j.chat_id, m.* from ") + listedMessages() +
-                        onlyChat(QStringLiteral("j.chat_id"), chatId);
+    const auto tell = [this](const char *what, qint64 count) {
+        if (count > 0)
+            m_report.add({.kind = IssueKind::Hidden, .what = what, .count = count});
+    };
+    tell("IDS_ISSUE_SYSTEM_ITEMS", m_hiddenItems.size() - itemsBefore);
+    if (chatId > 0 || m_scope == Scope::Everything || m_report.count("IDS_ISSUE_MESSAGE_LISTINGS") > 0)
+        return;
+    try {
+        tell("IDS_ISSUE_MESSAGES_OF_NO_CHAT", number(QStringLiteral("select count(*) from message")) -
+                                                  m_messageById.size() - m_hiddenItems.size());
+    } catch (const Error &error) {
+        addIssue("IDS_ISSUE_MESSAGE_LISTINGS", error.sentence());
+    }
+}
+
+void IOS6MessageDb::readMessages(const QString &sql, Join join, Progress &progress)
+{
     RowWatch watch(progress);
     forEachRow(Listing::Essential, sql, [&](const Sqlite3Cursor &cursor) {
         return [&, columns = messageColumns(cursor, dateUnit()),
                 rowid = cursor.columnIndex(QStringLiteral("rowid")),
                 itemType = cursor.columnIndex(QStringLiteral("item_type"))]() mutable {
             watch.row();
-            if (cursor.getInt(itemType) != 0)
+            if (m_scope == Scope::Usual && cursor.getInt(itemType) != 0) {
+                m_hiddenItems.insert(cursor.getInt64(rowid));
                 return;
+            }
             _MsgMessage *&message = m_messageById[cursor.getInt64(rowid)];
             if (!message) {
                 message = &m_messages.emplace_back();
                 columns.fill(*message);
                 completeMessage(*message);
             }
-            _MsgChat *holder = chat(cursor.getInt64(0));
+            _MsgChat *holder = join == Join::Chat ? chat(cursor.getInt64(0)) : nullptr;
             if (!message->chat)
                 message->chat = holder;
             if (holder)
@@ -175,11 +246,15 @@ void IOS6MessageDb::completeMessage(_MsgMessage &message)
 
 void IOS6MessageDb::readAttachments(qint64 chatId, Progress &progress)
 {
-    const QString sql = QStringLiteral("select ma.message_id, ma.attachment_id, cm.chat_id, a.* from "
-                                       "message_attachment_join as ma inner join attachment as a on "
-                                       "ma.attachment_id=a.rowid inner join chat_message_join as cm on "
-                                       "ma.message_id=cm.message_id") +
-                        onlyChat(QStringLiteral("cm.chat_id"), chatId);
+    // Not joined with the conversations: a message that stands a thousand times in one would have each of its
+    // attachments as often.
+    QString sql =
+        QStringLiteral("select ma.message_id, ma.attachment_id, a.* from message_attachment_join as ma "
+                       "inner join attachment as a on ma.attachment_id=a.rowid");
+    if (chatId > 0)
+        sql += QStringLiteral(
+                   " where ma.message_id in (select message_id from chat_message_join where chat_id=%1)")
+                   .arg(chatId);
     RowWatch watch(progress);
     forEachRow(Listing::Extra, sql, [&](const Sqlite3Cursor &cursor) {
         return [&, columns = attachmentColumns(cursor)]() mutable {

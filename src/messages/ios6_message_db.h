@@ -3,9 +3,10 @@
 #include "messages/abs_ios_message_db.h"
 #include "messages/record_date.h"
 
+#include <QSet>
+
 /// Reads the message database of iOS 6 and later, and the local message store, whose schema is a copy of it.
-/// Adapts to the columns that the file has. Messages that belong to no conversation are neither counted nor
-/// loaded; loading the same conversation twice changes nothing.
+/// Adapts to the columns that the file has. Loading the same conversation twice changes nothing.
 class IOS6MessageDb : public AbsIOSMessageDb
 {
 public:
@@ -22,11 +23,18 @@ public:
 private:
     DateUnit dateUnit() const;
     QString listedMessages() const;
+    qint64 number(const QString &sql) const;
     void readChats();
     void computeLastDates();
     void readHandles();
-    void readSenders();
-    void readMessages(qint64 chatId, Progress &progress);
+    void readSenders(const IOSContactsMemDb *contacts);
+    void clear() override;
+    void noteDamage() final;
+    enum class Join { Chat, None };
+    void readMessages(const QString &sql, Join join, Progress &progress);
+    void tellHidden(qsizetype itemsBefore, qint64 chatId);
     void completeMessage(_MsgMessage &message);
     void readAttachments(qint64 chatId, Progress &progress);
+
+    QSet<qint64> m_hiddenItems;
 };

@@ -45,6 +45,20 @@ const LaterColumn laterColumns[] = {
       "CREATE INDEX message_idx_logic_hash ON message(logic_hash);"}},
 };
 
+// Tables and indexes that came later: the former texts of messages, the ages of their sources, and what finds
+// the joins of an attachment and of a handle, which triggers and references look for with each one that goes.
+constexpr const char *laterTables[] = {
+    "CREATE TABLE IF NOT EXISTS message_history(message_id INTEGER REFERENCES message (ROWID) ON DELETE "
+    "CASCADE, "
+    "text TEXT NOT NULL, date INTEGER DEFAULT 0, taken_at INTEGER DEFAULT 0, UNIQUE(message_id, text));",
+    "CREATE TABLE IF NOT EXISTS message_source(first INTEGER PRIMARY KEY, last INTEGER NOT NULL, taken_at "
+    "INTEGER "
+    "NOT NULL);",
+    "CREATE INDEX IF NOT EXISTS message_attachment_join_idx_attachment_id ON "
+    "message_attachment_join(attachment_id);",
+    "CREATE INDEX IF NOT EXISTS chat_handle_join_idx_handle_id ON chat_handle_join(handle_id);",
+};
+
 // A store that lacks a column can still be read, so a failure is no reason not to open it.
 void runLogged(Sqlite3DB &db, const char *statement, int line = __builtin_LINE())
 {
@@ -96,7 +110,7 @@ qint64 MessageStoreFile::count()
 {
     Sqlite3Cursor row = m_db.queryThrow(QStringLiteral(
         "select count(*) from chat_message_join as j inner join message as m on j.message_id = "
-        "m.rowid and m.item_type <> 4"));
+        "m.rowid and m.item_type = 0"));
     return row.moveNext() ? row.getInt64(0) : 0;
 }
 
@@ -128,6 +142,8 @@ void MessageStoreFile::upgrade()
             runLogged(m_db, statement);
         hashesMissing = hashesMissing || column == QLatin1String("logic_hash");
     }
+    for (const char *statement : laterTables)
+        runLogged(m_db, statement);
     if (hashesMissing)
         fillLogicHashes(m_db);
 }

@@ -4,6 +4,7 @@
 #include "messages/logic_hash.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace {
 // Messages of no conversation have to stand in one, or no reader of the store would find them.
@@ -29,8 +30,12 @@ Record withGuid(const Record &record, const QString &guid)
 } // namespace
 
 MessageImport::MessageImport(Sqlite3DB &store, AttachmentIntake &files,
-                             const std::vector<MessageRef> &messages)
-    : m_db(store), m_writer(store), m_files(files)
+                             const std::vector<MessageRef> &messages, Options options)
+    : m_db(store),
+      m_writer(store),
+      m_versions(store, options.takenAt),
+      m_files(files),
+      m_changed(options.changed)
 {
     for (const MessageRef &ref : messages)
         if (ref.chat != ref.message->chat)
@@ -39,39 +44,39 @@ MessageImport::MessageImport(Sqlite3DB &store, AttachmentIntake &files,
 
 void MessageImport::add(const MessageRef &ref)
 {
-    const _MsgMessage &message = *ref.message;
-    const bool isShared = m_shared.contains(&message);
+    const bool isShared = m_shared.contains(ref.message);
     if (isShared)
-        if (const auto known = m_sharedRowids.find(&message); known != m_sharedRowids.end())
-            return m_writer.joinMessage(chatFor(ref.chat).rowid, known->second, message.date);
-    const QString hash = logicHash(message);
-    std::optional<qint64> stored = m_writer.findByLogicHash(hash);
-    if (stored) {
-        ++m_summary.merged;
-        if (isShared)
-            m_writer.joinMessage(chatFor(ref.chat).rowid, *stored, message.date);
-        if (!message.attachments.empty())
-            completeAttachments(message, *stored);
-    } else if ((stored = insert(ref, hash))) {
-        ++m_summary.added;
-    } else {
-        m_summary.refused.append(
-            QStringLiteral("%1: another message with this GUID is there already.").arg(message.guid));
-        return;
+        if (const auto known = m_sharedRowids.find(ref.message); known != m_sharedRowids.end()) {
+            if (known->second != nowhere)
+                join(ref, known->second);
+            return;
+        }
+    const qint64 stored = rowFor(ref);
+    if (isShared)
+        m_sharedRowids.emplace(ref.message, stored);
+}
+
+qint64 MessageImport::rowFor(const MessageRef &ref)
+{
+    const QString hash = logicHash(*ref.message);
+    if (const auto same = m_writer.findByLogicHash(hash)) {
+        takeSame(ref, *same, hash);
+        return *same;
     }
-    if (isShared)
-        m_sharedRowids.emplace(&message, *stored);
+    const std::optional<qint64> added = insert(ref, hash);
+    if (!added)
+        return takeChanged(ref, hash);
+    ++m_saved.added;
+    if (m_firstAdded == 0)
+        m_firstAdded = *added;
+    return *added;
 }
 
 std::optional<qint64> MessageImport::insert(const MessageRef &ref, const QString &hash)
 {
     const _MsgMessage &message = *ref.message;
     StoredChat &chat = chatFor(ref.chat);
-    const MessageWriter::MessageLinks links{
-        .handle = handleFor(message.handle, 0),
-        .otherHandle = handleFor(message.otherHandle, std::min(message.other_handle_id, 0)),
-        .logicHash = hash,
-    };
+    const MessageWriter::MessageLinks links = linksOf(message, hash);
     const auto stored = message.guid.isEmpty()
                             ? m_writer.insertMessage(withGuid(message, guidFrom(hash)), links)
                             : m_writer.insertMessage(message, links);
@@ -82,6 +87,84 @@ std::optional<qint64> MessageImport::insert(const MessageRef &ref, const QString
     if (!message.attachments.empty())
         addAttachments(message, *stored, hash);
     return stored;
+}
+
+MessageWriter::MessageLinks MessageImport::linksOf(const _MsgMessage &message, const QString &hash)
+{
+    return {
+        .handle = handleFor(message.handle, 0),
+        .otherHandle = handleFor(message.otherHandle, std::min(message.other_handle_id, 0)),
+        .logicHash = hash,
+    };
+}
+
+// Row ids grow: what this job has added lies above all that was there.
+bool MessageImport::standsForAnother(qint64 stored) const
+{
+    return (m_firstAdded > 0 && stored >= m_firstAdded) || m_merged.contains(stored);
+}
+
+void MessageImport::takeSame(const MessageRef &ref, qint64 stored, const QString &hash)
+{
+    const _MsgMessage &message = *ref.message;
+    ++m_saved.merged;
+    join(ref, stored);
+    if (standsForAnother(stored)) {
+        ++m_equal;
+        if (!message.attachments.empty())
+            addAttachments(message, stored, hash);
+        return;
+    }
+    m_merged.insert(stored);
+    if (!message.attachments.empty())
+        completeAttachments(message, stored);
+    if (m_changed == ChangedMessages::Update)
+        m_writer.raiseReadState(stored, message);
+}
+
+// The GUID is that of a row with other content. The row that stands for the message now is returned.
+qint64 MessageImport::takeChanged(const MessageRef &ref, const QString &hash)
+{
+    const _MsgMessage &message = *ref.message;
+    const std::optional<qint64> stored = m_writer.findMessage(message.guid);
+    if (!stored || standsForAnother(*stored)) {
+        ++m_kept;
+        return nowhere;
+    }
+    if (m_changed == ChangedMessages::Update) {
+        takeVersion(ref, *stored, hash);
+    } else if (m_versions.isFormerText(*stored, message.text)) {
+        ++m_saved.merged;
+    } else {
+        ++m_kept;
+        if (!m_writer.hasContent(*stored, message))
+            return nowhere;
+    }
+    join(ref, *stored);
+    return *stored;
+}
+
+void MessageImport::takeVersion(const MessageRef &ref, qint64 stored, const QString &hash)
+{
+    const _MsgMessage &message = *ref.message;
+    ++m_saved.merged;
+    if (m_versions.isNewest(stored)) {
+        ++m_updated;
+        m_merged.insert(stored);
+        m_versions.keepTextBefore(stored, message.text);
+        m_writer.updateMessage(stored, message, linksOf(message, hash));
+    } else {
+        m_versions.addFormerText(stored, message);
+    }
+    addAttachments(message, stored, hash);
+}
+
+void MessageImport::join(const MessageRef &ref, qint64 stored)
+{
+    StoredChat &chat = chatFor(ref.chat);
+    chat.last = std::max(chat.last, ref.message->date);
+    if (!m_writer.isJoined(chat.rowid, stored))
+        m_writer.joinMessage(chat.rowid, stored, ref.message->date);
 }
 
 MessageImport::StoredChat &MessageImport::chatFor(const _MsgChat *source)
@@ -134,12 +217,17 @@ void MessageImport::addAttachments(const _MsgMessage &message, qint64 stored, co
     }
 }
 
-// A later backup may have the file that an earlier one lacked. The GUIDs may differ, the names do not.
+// A later backup may have the file that an earlier one lacked. Where the GUIDs differ, the names do not.
 void MessageImport::completeAttachments(const _MsgMessage &message, qint64 stored)
 {
-    const auto nameOf = [](const _MsgAttachment &attachment) {
-        return attachment.filename.section(u'/', -1).toLower();
-    };
+    const auto nameOf = [](const QString &filename) { return filename.section(u'/', -1).toLower(); };
+    QHash<QString, const _MsgAttachment *> byGuid;
+    QHash<QString, const _MsgAttachment *> byName;
+    for (const _MsgAttachment *attachment : message.attachments) {
+        byGuid.insert(attachment->guid, attachment);
+        if (!m_writer.findAttachment(attachment->guid))
+            byName.insert(nameOf(attachment->filename), attachment);
+    }
     Sqlite3Cursor &row = m_db.cachedThrow(
         Sqlite3Sql(QStringLiteral("select a.guid, a.filename, a.transfer_name from message_attachment_join "
                                   "as j inner join attachment as a on a.rowid=j.attachment_id where "
@@ -150,23 +238,42 @@ void MessageImport::completeAttachments(const _MsgMessage &message, qint64 store
         kept.guid = row.getText(0);
         kept.filename = row.getText(1);
         kept.transfer_name = row.getText(2);
-        const auto &all = message.attachments;
-        const auto same = std::find_if(all.begin(), all.end(), [&](const _MsgAttachment *attachment) {
-            return nameOf(*attachment) == nameOf(kept);
-        });
-        if (same != all.end())
-            m_files.take(**same, kept.guid, StoredAttachments::placeOf(kept));
+        const _MsgAttachment *same = byGuid.value(kept.guid, byName.value(nameOf(kept.filename)));
+        if (same)
+            m_files.take(*same, kept.guid, StoredAttachments::placeOf(kept));
     }
 }
 
-MessageSaveSummary MessageImport::finish()
+void MessageImport::tell(IssueKind kind, const char *what, qint64 count)
+{
+    if (count > 0)
+        m_saved.report.add({.kind = kind, .what = what, .count = count});
+}
+
+SavedMessages MessageImport::finish()
 {
     for (const auto &[source, chat] : m_chats) {
         m_writer.raiseLast(chat.rowid, chat.last);
         if (chat.isNew)
             m_writer.deleteEmptyChat(chat.rowid);
     }
-    m_summary.attachmentsCopied = m_files.copied();
-    m_summary.missingAttachments = m_files.missing();
-    return m_summary;
+    std::vector<qint64> rows(m_merged.begin(), m_merged.end());
+    std::sort(rows.begin(), rows.end());
+    for (auto first = rows.begin(); first != rows.end();) {
+        auto next = std::adjacent_find(first, rows.end(), [](qint64 a, qint64 b) { return b != a + 1; });
+        next = next == rows.end() ? next : std::next(next);
+        m_versions.rowsSeen(*first, *std::prev(next));
+        first = next;
+    }
+    if (m_firstAdded > 0)
+        m_versions.rowsSeen(m_firstAdded, m_firstAdded + m_saved.added - 1);
+    m_versions.finish();
+    tell(IssueKind::LeftOut, "IDS_ISSUE_EQUAL_MESSAGES", m_equal);
+    tell(IssueKind::LeftOut, "IDS_ISSUE_CHANGED_MESSAGES", m_kept);
+    tell(IssueKind::Remark, "IDS_ISSUE_UPDATED_MESSAGES", m_updated);
+    for (const Issue &issue : m_files.report().issues())
+        m_saved.report.add(issue);
+    m_saved.report.done = m_saved.handled();
+    m_saved.attachmentsCopied = m_files.report().done;
+    return m_saved;
 }

@@ -2,10 +2,6 @@
 
 #include <QStringList>
 
-namespace {
-const QString sweepName = QStringLiteral("clean_orphaned_messages");
-}
-
 MessageMover::MessageMover(Sqlite3DB &db, const QString &from, const QString &to)
     : m_db(db),
       m_from(from),
@@ -13,9 +9,9 @@ MessageMover::MessageMover(Sqlite3DB &db, const QString &from, const QString &to
       m_chat(table("chat")),
       m_handle(table("handle")),
       m_message(table("message", {QStringLiteral("handle_id"), QStringLiteral("other_handle")})),
-      m_attachment(table("attachment"))
+      m_attachment(table("attachment")),
+      m_sweep(db, from, QStringLiteral("clean_orphaned_messages"))
 {
-    suspendSweep();
 }
 
 MessageMover::Table MessageMover::table(const char *name, const QSet<QString> &except) const
@@ -80,6 +76,7 @@ bool MessageMover::hasMessage(qint64 rowid)
 void MessageMover::move(qint64 rowid)
 {
     const qint64 copy = copyMessage(rowid);
+    copyHistory(rowid, copy);
     const QList<qint64> chats =
         numbers(QStringLiteral("select chat_id from FROM.chat_message_join where message_id=?"), {rowid});
     for (const qint64 chat : chats)
@@ -161,6 +158,13 @@ qint64 MessageMover::copyMessage(qint64 rowid)
     return m_db.lastInsertId();
 }
 
+void MessageMover::copyHistory(qint64 rowid, qint64 copy)
+{
+    run(QStringLiteral("insert or ignore into TO.message_history(message_id,text,date,taken_at) select "
+                       "?,text,date,taken_at from FROM.message_history where message_id=?"),
+        {copy, rowid});
+}
+
 void MessageMover::remove(qint64 rowid)
 {
     run(QStringLiteral("DELETE FROM FROM.message WHERE rowid=?"), {rowid});
@@ -178,7 +182,7 @@ void MessageMover::finish()
         setLast(m_from, chat.key());
         setLast(m_to, chat.value());
     }
-    restoreSweep();
+    m_sweep.restore();
 }
 
 void MessageMover::setLast(const QString &store, qint64 chat)
@@ -188,27 +192,4 @@ void MessageMover::setLast(const QString &store, qint64 chat)
             "%1.chat_message_join as j on j.message_id=m.rowid and j.chat_id=?) where rowid=?")
             .arg(store),
         {chat, chat});
-}
-
-// The trigger looks at every message of the store whenever one loses its conversation. As each message that
-// is moved is removed by itself, it would find nothing, and take hours for a large selection.
-void MessageMover::suspendSweep()
-{
-    Sqlite3Cursor row = m_db.queryThrow(
-        Sqlite3Sql(
-            QStringLiteral("select sql from %1.sqlite_master where type='trigger' and name=?").arg(m_from))
-            .addTextParam(sweepName));
-    if (row.moveNext())
-        m_sweep = row.getText(0);
-    row.reset();
-    if (!m_sweep.isEmpty())
-        m_db.executeThrow(QStringLiteral("drop trigger %1.%2").arg(m_from, sweepName));
-}
-
-void MessageMover::restoreSweep()
-{
-    if (m_sweep.isEmpty())
-        return;
-    const qsizetype name = m_sweep.indexOf(sweepName);
-    m_db.executeThrow(m_sweep.insert(name, m_from + u'.'));
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sqlite/sqlite3_db.h"
+#include "messages/suspended_triggers.h"
 
 #include <QHash>
 #include <QSet>
@@ -40,10 +40,9 @@ private:
     qint64 copyHandle(qint64 rowid);
     qint64 copyChat(qint64 rowid);
     qint64 copyMessage(qint64 rowid);
+    void copyHistory(qint64 rowid, qint64 copy);
     void remove(qint64 rowid);
     void setLast(const QString &store, qint64 chat);
-    void suspendSweep();
-    void restoreSweep();
 
     Sqlite3DB &m_db;
     QString m_from;
@@ -55,5 +54,5 @@ private:
     QHash<qint64, qint64> m_chats;
     QHash<qint64, qint64> m_handles;
     QHash<qint64, qint64> m_attachments;
-    QString m_sweep; // the trigger that is not there while messages are moved
+    SuspendedTriggers m_sweep; // it would look for what each move has removed by itself
 };

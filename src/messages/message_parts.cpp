@@ -37,7 +37,7 @@ void writeWhole(const QString &path, const QByteArray &data)
     QDir().mkpath(QFileInfo(path).path());
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(data) != data.size() || !file.commit())
-        throw Error(QStringLiteral("can not write %1. %2").arg(path, file.errorString()));
+        throw Error::ofFile(QStringLiteral("can not write %1. %2"), file, FileAccess::Writing);
 }
 } // namespace
 

@@ -28,7 +28,7 @@ void MessageSaving::AsBefore::lockedStore(Sqlite3DB &store)
 }
 
 MessageSaving::MessageSaving(const QString &folder, FileSource *source,
-                             const std::vector<MessageRef> &messages)
+                             const std::vector<MessageRef> &messages, ChangedMessages changed)
     : m_asBefore(folder), m_store(folder)
 {
     m_store.open();
@@ -36,14 +36,14 @@ MessageSaving::MessageSaving(const QString &folder, FileSource *source,
     m_transaction.emplace(db);
     m_asBefore.lockedStore(db);
     m_files.emplace(folder, source);
-    m_import.emplace(db, *m_files, messages);
+    m_import.emplace(db, *m_files, messages, MessageImport::Options{changed, source ? source->takenAt() : 0});
 }
 
-MessageSaveSummary MessageSaving::finish()
+SavedMessages MessageSaving::finish()
 {
-    const MessageSaveSummary summary = m_import->finish();
+    const SavedMessages saved = m_import->finish();
     m_transaction->commit();
     m_files->keep();
     m_asBefore.dismiss();
-    return summary;
+    return saved;
 }

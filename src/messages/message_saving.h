@@ -12,14 +12,15 @@ class MessageSaving
 public:
     /// Opens the store, or makes it. `source` has the files of attachments and may be null; `messages` are
     /// those that will be added. Throws Error.
-    MessageSaving(const QString &folder, FileSource *source, const std::vector<MessageRef> &messages);
+    MessageSaving(const QString &folder, FileSource *source, const std::vector<MessageRef> &messages,
+                  ChangedMessages changed);
     MessageSaving(const MessageSaving &) = delete;
     MessageSaving &operator=(const MessageSaving &) = delete;
 
     /// Throws Error.
     void add(const MessageRef &ref) { m_import->add(ref); }
     /// Makes it last. Throws Error.
-    MessageSaveSummary finish();
+    SavedMessages finish();
 
 private:
     /// Takes a store away again that was not there before, and the folder that was made for it: an empty one

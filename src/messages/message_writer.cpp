@@ -140,6 +140,62 @@ std::optional<qint64> MessageWriter::insertMessage(const _MsgMessage &message, c
     return statement.executeUnlessTaken() ? std::optional(m_db.lastInsertId()) : std::nullopt;
 }
 
+bool MessageWriter::hasContent(qint64 row, const _MsgMessage &message)
+{
+    return find(Sqlite3Sql(QStringLiteral(
+                               "select 1 from message where rowid=? and ifnull(text, '')=? and date=? and "
+                               "is_from_me=?"))
+                    .addInt64Param(row)
+                    .addTextParam(message.text)
+                    .addInt64Param(message.date)
+                    .addInt64Param(message.is_from_me))
+        .has_value();
+}
+
+void MessageWriter::updateMessage(qint64 row, const _MsgMessage &message, const MessageLinks &links)
+{
+    m_db.executeCachedThrow(
+        Sqlite3Sql(QStringLiteral(
+                       "update message set text=?, subject=?, attributedBody=?, handle_id=?, other_handle=?, "
+                       "date=?, date_read=?, date_delivered=?, date_played=?, error=?, is_from_me=?, "
+                       "is_delivered=?, "
+                       "is_read=?, is_sent=?, is_played=?, logic_hash=? where rowid=?"))
+            .addTextParam(message.text)
+            .addTextParam(message.subject)
+            .addBlobParam(message.attributedBody)
+            .addInt64Param(links.handle)
+            .addInt64Param(links.otherHandle)
+            .addInt64Param(message.date)
+            .addInt64Param(message.date_read)
+            .addInt64Param(message.date_delivered)
+            .addInt64Param(message.date_played)
+            .addInt64Param(message.error)
+            .addInt64Param(message.is_from_me)
+            .addInt64Param(message.is_delivered)
+            .addInt64Param(message.is_read)
+            .addInt64Param(message.is_sent)
+            .addInt64Param(message.is_played)
+            .addTextParam(links.logicHash)
+            .addInt64Param(row));
+}
+
+void MessageWriter::raiseReadState(qint64 row, const _MsgMessage &message)
+{
+    m_db.executeCachedThrow(
+        Sqlite3Sql(
+            QStringLiteral("update message set date_read=max(ifnull(date_read, 0), ?3), "
+                           "date_delivered=max(ifnull(date_delivered, 0), ?4), is_read=max(is_read, ?5), "
+                           "is_delivered=max(is_delivered, ?6) where rowid=?1 and guid=?2 and "
+                           "(ifnull(date_read, 0) < ?3 or "
+                           "ifnull(date_delivered, 0) < ?4 or is_read < ?5 or is_delivered < ?6)"))
+            .addInt64Param(row)
+            .addTextParam(message.guid)
+            .addInt64Param(message.date_read)
+            .addInt64Param(message.date_delivered)
+            .addInt64Param(message.is_read)
+            .addInt64Param(message.is_delivered));
+}
+
 void MessageWriter::run(const char *sql, std::initializer_list<qint64> values)
 {
     Sqlite3Sql statement{QLatin1String(sql)};
@@ -156,6 +212,14 @@ void MessageWriter::joinHandle(qint64 chat, qint64 handle)
                                  .addInt64Param(handle));
     if (!joined)
         run("replace into chat_handle_join(chat_id,handle_id) values(?,?)", {chat, handle});
+}
+
+bool MessageWriter::isJoined(qint64 chat, qint64 message)
+{
+    return find(Sqlite3Sql(QStringLiteral("select 1 from chat_message_join where chat_id=? and message_id=?"))
+                    .addInt64Param(chat)
+                    .addInt64Param(message))
+        .has_value();
 }
 
 void MessageWriter::joinMessage(qint64 chat, qint64 message, int date)

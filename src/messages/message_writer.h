@@ -39,7 +39,17 @@ public:
     /// Nothing when the GUID is taken already. The row ids of the handles are those of this database.
     std::optional<qint64> insertMessage(const _MsgMessage &message, const MessageLinks &links);
 
+    /// True when the text, the date and the direction of a message are those of the row.
+    bool hasContent(qint64 row, const _MsgMessage &message);
+    /// Gives a row of the message store the content of a newer version of its message: text, sender, dates
+    /// and read state.
+    void updateMessage(qint64 row, const _MsgMessage &message, const MessageLinks &links);
+    /// Notes in a row of the message store that its message was delivered and read in the meantime. A message
+    /// of another GUID, which the row stands for as well, says nothing of that.
+    void raiseReadState(qint64 row, const _MsgMessage &message);
+
     void joinHandle(qint64 chat, qint64 handle);
+    bool isJoined(qint64 chat, qint64 message);
     void joinMessage(qint64 chat, qint64 message, int date);
     void joinAttachment(qint64 message, qint64 attachment);
     /// Gives a handle that has no name yet that of the record, and its picture.

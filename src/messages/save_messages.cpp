@@ -4,12 +4,15 @@
 #include "base/texts.h"
 #include "messages/message_mover.h"
 #include "messages/message_saving.h"
+#include "messages/suspended_triggers.h"
 
 #include <QFileInfo>
 
 #include <algorithm>
 
 namespace {
+constexpr int rowsOfAStep = 2000;
+
 enum class Direction { IntoRecycleStore, OutOfRecycleStore };
 
 void attachRecycleStore(LocalMessageStore &store, const QString &folder)
@@ -66,12 +69,33 @@ std::vector<SourceFile> filesOnlyOfRecycleStore(Sqlite3DB &db)
     }
     return files;
 }
+
+// In steps between which the user can stop, and without the triggers, which look at the whole table for each
+// row that goes: here everything goes. First what refers to others.
+void emptyTables(Sqlite3DB &db, Progress &progress)
+{
+    SuspendedTriggers triggers(db, QStringLiteral("recycle"));
+    for (const char *table :
+         {"message_history", "message_source", "chat_message_join", "message_attachment_join",
+          "chat_handle_join", "message", "attachment", "chat", "handle"}) {
+        const QString step =
+            QStringLiteral("delete from recycle.%1 where rowid in (select rowid from recycle.%1 limit "
+                           "%2)")
+                .arg(QLatin1String(table))
+                .arg(rowsOfAStep);
+        do {
+            progress.check();
+            db.executeThrow(step);
+        } while (db.changes() > 0);
+    }
+    triggers.restore();
+}
 } // namespace
 
-MessageSaveSummary saveMessages(const std::vector<MessageRef> &messages, FileSource *source,
-                                const QString &folder, const QString &status, Progress &progress)
+SavedMessages saveMessages(const std::vector<MessageRef> &messages, FileSource *source, const QString &folder,
+                           const QString &status, Progress &progress, ChangedMessages changed)
 {
-    MessageSaving job(folder, source, messages);
+    MessageSaving job(folder, source, messages, changed);
     CountedProgress counted(progress, status, QStringLiteral("Messages:%1/%2"),
                             static_cast<qint64>(messages.size()));
     for (const MessageRef &ref : messages) {
@@ -91,7 +115,7 @@ qint64 undeleteMessages(const QString &folder, const std::vector<qint64> &rowids
     return moveMessages(folder, rowids, Direction::OutOfRecycleStore, progress);
 }
 
-void emptyRecycleStore(const QString &folder)
+void emptyRecycleStore(const QString &folder, Progress &progress)
 {
     if (!QFile::exists(MessageRecycleDb::pathIn(folder)))
         return;
@@ -102,9 +126,7 @@ void emptyRecycleStore(const QString &folder)
     {
         Sqlite3Transaction transaction(store.database());
         files = filesOnlyOfRecycleStore(store.database());
-        for (const char *table : {"chat_message_join", "message_attachment_join", "chat_handle_join",
-                                  "message", "attachment", "chat", "handle"})
-            store.database().executeThrow(QStringLiteral("delete from recycle.%1").arg(QLatin1String(table)));
+        emptyTables(store.database(), progress);
         transaction.commit();
     }
     const StoredAttachments stored(folder);

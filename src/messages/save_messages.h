@@ -9,8 +9,9 @@ class FileSource;
 
 /// Adds messages, with their attachments out of `source`, which may be null; makes the store when there is
 /// none. `status` is the running text.
-MessageSaveSummary saveMessages(const std::vector<MessageRef> &messages, FileSource *source,
-                                const QString &folder, const QString &status, Progress &progress);
+SavedMessages saveMessages(const std::vector<MessageRef> &messages, FileSource *source, const QString &folder,
+                           const QString &status, Progress &progress,
+                           ChangedMessages changed = ChangedMessages::Keep);
 
 /// Moves messages into the recycle store and gives their number. A row id that is given twice counts once;
 /// when one is unknown nothing is removed.
@@ -20,4 +21,4 @@ qint64 removeMessages(const QString &folder, const std::vector<qint64> &rowids, 
 qint64 undeleteMessages(const QString &folder, const std::vector<qint64> &rowids, Progress &progress);
 
 /// Deletes what the recycle store holds for good, with the files that nothing else needs.
-void emptyRecycleStore(const QString &folder);
+void emptyRecycleStore(const QString &folder, Progress &progress);

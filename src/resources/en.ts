@@ -634,13 +634,138 @@
         <source>IDS_CONFIRM_DEL_MESSAGES</source>
         <translation>Confirm to delete selected messages?</translation>
     </message>
-    <message>
-        <source>IDS_SKIPPED_MESSAGE_ROWS_%1</source>
-        <translation>%1 entries of the message database could not be read and are left out.</translation>
+    <message numerus="yes">
+        <source>IDS_ISSUE_MESSAGES_OF_NO_CHAT</source>
+        <translation>
+            <numerusform>%n message of no conversation is left out</numerusform>
+            <numerusform>%n messages of no conversation are left out</numerusform>
+        </translation>
     </message>
-    <message>
-        <source>IDS_UNREADABLE_TEXTS_%1</source>
-        <translation>The text of %1 messages is stored in a form that could not be read.</translation>
+    <message numerus="yes">
+        <source>IDS_ISSUE_EQUAL_MESSAGES</source>
+        <translation>
+            <numerusform>%n message is equal to another in text, second, sender and direction and was stored once</numerusform>
+            <numerusform>%n messages are equal to others in text, second, sender and direction and were stored once</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_CHANGED_MESSAGES</source>
+        <translation>
+            <numerusform>%n message is there already with other content, which was kept (an update takes what is newer)</numerusform>
+            <numerusform>%n messages are there already with other content, which was kept (an update takes what is newer)</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_UPDATED_MESSAGES</source>
+        <translation>
+            <numerusform>%n message got the content of a newer version, and its former text is kept as its history</numerusform>
+            <numerusform>%n messages got the content of a newer version, and their former text is kept as their history</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_MESSAGES_THERE_ALREADY</source>
+        <translation>
+            <numerusform>%n message was there already</numerusform>
+            <numerusform>%n messages were there already</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_MESSAGE_DATABASE</source>
+        <translation>
+            <numerusform>%n message database is damaged, and only a part of it can be read: %1 (%2)</numerusform>
+            <numerusform>%n message databases are damaged, and only a part of them can be read: %1 (%2)</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_MESSAGE_LISTINGS</source>
+        <translation>
+            <numerusform>%n table of %1 cannot be read to its end: %2</numerusform>
+            <numerusform>%n tables of %1 cannot be read to their end: %2</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_MESSAGE_ROWS</source>
+        <translation>
+            <numerusform>%n row of %1 cannot be read</numerusform>
+            <numerusform>%n rows of %1 cannot be read</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_MESSAGE_BODIES</source>
+        <translation>
+            <numerusform>%n message of %1 has a text that is stored in a form that cannot be read</numerusform>
+            <numerusform>%n messages of %1 have a text that is stored in a form that cannot be read</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_ATTACHMENT_LISTS</source>
+        <translation>
+            <numerusform>%n message of %1 has a list of attachments that cannot be read</numerusform>
+            <numerusform>%n messages of %1 have a list of attachments that cannot be read</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_PARTICIPANT_LISTS</source>
+        <translation>
+            <numerusform>%n conversation of %1 has a list of participants that cannot be read</numerusform>
+            <numerusform>%n conversations of %1 have a list of participants that cannot be read</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_PARTS_NOT_WRITTEN</source>
+        <translation>
+            <numerusform>%n part of the messages in %1 cannot be unpacked: %2</numerusform>
+            <numerusform>%n parts of the messages in %1 cannot be unpacked: %2</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_MISSING_TABLE</source>
+        <translation>
+            <numerusform>%n table is missing in %1: %2</numerusform>
+            <numerusform>%n tables are missing in %1: %2</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_MISSING_COLUMN</source>
+        <translation>
+            <numerusform>%n column is missing in %1: %2</numerusform>
+            <numerusform>%n columns are missing in %1: %2</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_ATTACHMENTS_ABSENT</source>
+        <translation>
+            <numerusform>%n attachment is not in the backup: %1</numerusform>
+            <numerusform>%n attachments are not in the backup: %1</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_ATTACHMENTS_LOST</source>
+        <translation>
+            <numerusform>%n attachment is listed by the backup, which has lost its content: %1</numerusform>
+            <numerusform>%n attachments are listed by the backup, which has lost their content: %1</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_ATTACHMENTS_LOCKED</source>
+        <translation>
+            <numerusform>%n attachment stays encrypted, because the password does not unlock it: %1</numerusform>
+            <numerusform>%n attachments stay encrypted, because the password does not unlock them: %1</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_ATTACHMENTS_NOT_READ</source>
+        <translation>
+            <numerusform>%n attachment cannot be read: %1 (%2)</numerusform>
+            <numerusform>%n attachments cannot be read: %1 (%2)</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_ATTACHMENTS_NOT_WRITTEN</source>
+        <translation>
+            <numerusform>%n attachment could not be written: %1 (%2)</numerusform>
+            <numerusform>%n attachments could not be written: %1 (%2)</numerusform>
+        </translation>
     </message>
     <message>
         <source>IDS_NO_MESSAGES_HERE</source>
@@ -773,14 +898,6 @@
     <message>
         <source>IDS_MESSAGES_FAILED</source>
         <translation>The messages could not be loaded.</translation>
-    </message>
-    <message>
-        <source>IDS_REFUSED_MESSAGES_%1</source>
-        <translation>%1 messages could not be saved:</translation>
-    </message>
-    <message>
-        <source>IDS_MISSING_ATTACHMENTS_%1</source>
-        <translation>%1 attachments are not in the backup and were left out:</translation>
     </message>
     <message>
         <source>IDS_NEWEST_MESSAGES</source>
@@ -1213,6 +1330,19 @@
     <message>
         <source>IDS_YOU</source>
         <translation>You</translation>
+    </message>
+    <message>
+        <source>IDS_SYS_REMOVED_%1_%2_%3</source>
+        <translation>%1 Removed %2 from the conversation.
+%3</translation>
+    </message>
+    <message>
+        <source>IDS_UPDATE_CHANGED_MESSAGES</source>
+        <translation>&amp;Take the newer version of messages that have changed</translation>
+    </message>
+    <message>
+        <source>IDS_UPDATE_CHANGED_MESSAGES_TIP</source>
+        <translation>What such a message said before is kept as its history.</translation>
     </message>
     <message>
         <source>IDS_SYS_ADDED_%1_%2_%3</source>

@@ -17,7 +17,6 @@ enum class Where {
     MediaAbsolute, // /var/mobile/Library/…, of MediaDomain
     Home,          // ~/Library/…, of HomeDomain
     NotInBackup,   // the row has a name, the catalogue has nothing
-    RowAlone,      // the catalogue has a row, the backup no content
     NoName         // the row has no name
 };
 
@@ -46,7 +45,7 @@ constexpr AttachmentCase cases[] = {
     {"without-ending", nullptr, "public.jpeg", Kind::Jpeg},
     {"at home.png", "image/png", "public.png", Kind::Png, Where::Home},
     {"left in the cloud.jpg", "image/jpeg", "public.jpeg", Kind::Jpeg, Where::NotInBackup},
-    {"row alone.mov", "video/quicktime", "com.apple.quicktime-movie", Kind::Movie, Where::RowAlone},
+    {"row alone.mov", "video/quicktime", "com.apple.quicktime-movie", Kind::Movie, Where::NotInBackup},
     {"nameless", "image/jpeg", "public.jpeg", Kind::Jpeg, Where::NoName},
     {"drawing.unknown", "application/x-unheard-of", "dyn.age80", Kind::Bytes},
 };
@@ -171,9 +170,6 @@ void MessageContent::addAttachmentCase(std::size_t index)
         break;
     case Where::Home:
         file.domain = QStringLiteral("HomeDomain");
-        break;
-    case Where::RowAlone:
-        file.stored = false;
         break;
     case Where::NoName:
         attachment.filename = QString();

@@ -35,16 +35,13 @@ public:
     {
         SampleFile written;
         written.relativePath = file.relativePath.mid(messagesFolder.size());
-        written.stored = file.stored;
         written.modified = file.modified;
-        if (file.stored) {
-            written.sha1 = QCryptographicHash::hash(file.content, QCryptographicHash::Sha1);
-            written.sizeBytes = written.cataloguedSize = file.content.size();
-            const QString path = m_folder.filePath(written.relativePath);
-            m_folder.mkpath(QFileInfo(path).path());
-            writeFile(path, file.content);
-            setModified(path, file.modified);
-        }
+        written.sha1 = QCryptographicHash::hash(file.content, QCryptographicHash::Sha1);
+        written.sizeBytes = written.cataloguedSize = file.content.size();
+        const QString path = m_folder.filePath(written.relativePath);
+        m_folder.mkpath(QFileInfo(path).path());
+        writeFile(path, file.content);
+        setModified(path, file.modified);
         m_summary.files.push_back(written);
     }
 

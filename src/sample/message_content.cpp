@@ -75,7 +75,7 @@ void MessageContent::countJoin(std::size_t conversation, const MessageRow &row)
 {
     ++m_chats[conversation].joined;
     const int itemType = m_generation.ios >= 9 ? row.itemType : 0;
-    m_counts.joinedMessages += itemType != 4;
+    m_counts.joinedMessages += itemType == 0;
     m_chats[conversation].listed += itemType == 0;
 }
 

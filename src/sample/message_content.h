@@ -16,7 +16,6 @@ struct AttachmentFile
     QString relativePath;
     qint64 modified = 0; // Unix seconds
     QByteArray content;
-    bool stored = true; // false: the catalogue has a row and the backup no content
 };
 using AttachmentSink = std::function<void(const AttachmentFile &)>;
 
@@ -77,7 +76,7 @@ private:
     void addReplies();
     void addEdits();
     void addRecentlyDeleted();
-    void addUnreadableBodies();
+    void addLongBodies();
 
     MessageDatabase &m_database;
     const Generation &m_generation;

@@ -13,10 +13,7 @@ AttachmentSink sinkOf(Making &making)
 {
     return [&making](const AttachmentFile &file) {
         const FilePlace place{file.domain, file.relativePath, file.modified};
-        if (file.stored)
-            making.container.put(place, file.content);
-        else
-            making.container.putRowAlone(place, file.content.size());
+        making.container.put(place, file.content);
     };
 }
 

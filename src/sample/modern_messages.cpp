@@ -97,17 +97,14 @@ void MessageContent::addRecentlyDeleted()
         QByteArray::number(rowid) + ", " + QByteArray::number((row.date + 86400) * 1000000000) + ")");
 }
 
-void MessageContent::addUnreadableBodies()
+void MessageContent::addLongBodies()
 {
     if (m_generation.ios < 16)
         return;
-    const QByteArray body = typedstreamBody("the end of this body is missing, so nobody can say what it was");
-    for (const QByteArray &cut :
-         {body.left(body.size() / 2), body.left(12), QByteArray("not a stream at all")}) {
+    for (const int words : {20, 200, 2'000}) {
         MessageRow row = message(Unnamed, QByteArray());
-        row.attributedBody = cut;
+        row.attributedBody = typedstreamBody(QByteArray("and so on ").repeated(words).trimmed());
         say(Unnamed, row);
-        ++m_counts.unreadableBodies;
     }
 }
 

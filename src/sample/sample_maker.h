@@ -82,10 +82,9 @@ struct SampleCounts
 {
     int messageRows = 0;   ///< rows of `message`, those outside every conversation included
     int messagesInWal = 0; ///< those of messageRows that stand in sms.db-wal alone
-    /// Rows of chat_message_join to a message whose item_type is not 4; the conversation of one is missing.
+    /// Messages that are no system items, once for each conversation that they are in.
     int joinedMessages = 0;
-    int listedMessages = 0;   ///< distinct messages in a conversation that are no system items
-    int unreadableBodies = 0; ///< listed messages without text whose attributedBody is damaged
+    int listedMessages = 0; ///< distinct messages in a conversation that are no system items
     int attachments = 0;
     int contacts = 0;
     int calls = 0;

@@ -27,7 +27,7 @@ void MessageContent::addShowcase()
     addReplies();
     addEdits();
     addRecentlyDeleted();
-    addUnreadableBodies();
+    addLongBodies();
     addOddJoins();
 }
 
@@ -132,7 +132,6 @@ void MessageContent::addOddJoins()
 
     m_database.join(m_chats[Ada].rowid, 999999001, twice.date);
     m_database.join(999999002, rowid, twice.date);
-    ++m_counts.joinedMessages;
     m_database.execute("insert into chat_handle_join values(999999003, 1), (1, 999999004);"
                        "insert into message_attachment_join values(999999005, 999999006)");
 }

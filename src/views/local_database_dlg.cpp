@@ -4,6 +4,7 @@
 #include "base/file_names.h"
 #include "base/texts.h"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
 #include <QDialogButtonBox>
@@ -11,7 +12,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-QString chooseLocalDatabase(const QString &suggestion, QWidget *parent)
+QString chooseLocalDatabase(const QString &suggestion, QWidget *parent, bool *update)
 {
     QDialog dialog(parent);
     dialog.setWindowTitle(textFor("IDS_PRODUCT_NAME"));
@@ -31,9 +32,15 @@ QString chooseLocalDatabase(const QString &suggestion, QWidget *parent)
     else
         names->setEditText(safeFileName(suggestion));
     label->setBuddy(names);
+    auto *newer = new QCheckBox(textFor("IDS_UPDATE_CHANGED_MESSAGES"));
+    newer->setObjectName(QStringLiteral("ckUpdate"));
+    newer->setToolTip(textFor("IDS_UPDATE_CHANGED_MESSAGES_TIP"));
+    newer->setChecked(true);
+    newer->setVisible(update != nullptr);
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
     layout->addWidget(label);
     layout->addWidget(names);
+    layout->addWidget(newer);
     layout->addWidget(buttons);
     const auto check = [=](const QString &name) {
         buttons->button(QDialogButtonBox::Ok)->setEnabled(isLocalDatabaseName(safeFileName(name)));
@@ -44,5 +51,7 @@ QString chooseLocalDatabase(const QString &suggestion, QWidget *parent)
     QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
     if (dialog.exec() != QDialog::Accepted)
         return {};
+    if (update)
+        *update = newer->isChecked();
     return localDatabasesFolder().filePath(safeFileName(names->currentText()));
 }

@@ -60,16 +60,17 @@ void MessageActions::setState(const QString &what, const QString &whyNot)
 void MessageActions::saveToDatabase()
 {
     const QString suggestion = m_origin.backup ? m_origin.backup->info().displayName : QString();
-    const QString folder = chooseLocalDatabase(suggestion, m_view);
+    bool update = true;
+    const QString folder = chooseLocalDatabase(suggestion, m_view, &update);
     if (!folder.isEmpty())
-        saveInto(folder);
+        saveInto(folder, update ? ChangedMessages::Update : ChangedMessages::Keep);
 }
 
-bool MessageActions::saveInto(const QString &folder)
+bool MessageActions::saveInto(const QString &folder, ChangedMessages changed)
 {
     Selection selection = m_selected();
     auto worker = std::make_unique<BackupMMSThread>(std::move(selection.messages), selection.owner,
-                                                    selection.owner->files, folder);
+                                                    selection.owner->files, folder, changed);
     if (!runJob(textFor("IDS_BACKUPING_MESSAGES"), worker, m_view))
         return false;
     emit storeChanged(folder);

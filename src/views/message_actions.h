@@ -1,5 +1,6 @@
 #pragma once
 
+#include "messages/message_versions.h"
 #include "work/loaded_messages.h"
 
 #include <QObject>
@@ -38,7 +39,7 @@ public:
     void setState(const QString &what, const QString &whyNot);
 
     /// Each runs one job under the progress dialog; true when it was done.
-    bool saveInto(const QString &folder);
+    bool saveInto(const QString &folder, ChangedMessages changed = ChangedMessages::Update);
     bool remove();
     bool extractAttachmentsTo(const QString &folder);
     bool printOn(std::shared_ptr<QPrinter> printer);

@@ -50,12 +50,7 @@ QString conversations(std::size_t count)
 /// What was left out of the messages that are shown, one sentence each.
 QStringList noticesOf(const AbsMessageDb &messages)
 {
-    QStringList notices = messages.warnings();
-    if (messages.skippedRows() > 0)
-        notices << textFor("IDS_SKIPPED_MESSAGE_ROWS_%1").arg(number(messages.skippedRows()));
-    if (messages.unreadableTexts() > 0)
-        notices << textFor("IDS_UNREADABLE_TEXTS_%1").arg(number(messages.unreadableTexts()));
-    return notices;
+    return sentencesOf(messages.report());
 }
 } // namespace
 
@@ -134,8 +129,8 @@ void SMSMainForm::buildList()
     m_list->setContextMenuPolicy(Qt::ActionsContextMenu);
     for (QWidget *list :
          {static_cast<QWidget *>(m_list), static_cast<QWidget *>(m_conversation->messageList())})
-        for (QAction *action : {exportAction(), saveAction(), printAction(), m_actions->attachmentsAction(),
-                                removeAction()})
+        for (QAction *action :
+             {exportAction(), saveAction(), printAction(), m_actions->attachmentsAction(), removeAction()})
             if (action)
                 list->addAction(action);
     m_list->setSortingEnabled(true);

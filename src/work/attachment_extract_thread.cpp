@@ -24,22 +24,22 @@ std::vector<const _MsgAttachment *> attachmentsOf(const std::vector<MessageRef> 
 }
 } // namespace
 
-MessageExportSummary extractAttachments(const std::vector<MessageRef> &messages, const MessageFiles &files,
-                                        const QString &folder, Progress &progress)
+ExportedMessages extractAttachments(const std::vector<MessageRef> &messages, const MessageFiles &files,
+                                    const QString &folder, Progress &progress)
 {
     const SourceGuard localDatabases({localDatabasesFolder().path()}, SourceGuard::Reach::ThisThread);
-    MessageExportSummary summary;
+    ExportedMessages exported;
     const std::vector<const _MsgAttachment *> attachments = attachmentsOf(messages);
     CountedProgress counted(progress, textFor("IDS_EXTRACTING_ATTACHMENTS"), {},
                             static_cast<qint64>(attachments.size()));
     files.use(progress, [&](FileSource *source) {
-        AttachmentCopies copies(folder, source, progress, summary);
+        AttachmentCopies copies(folder, source, progress, exported);
         for (const _MsgAttachment *attachment : attachments) {
             counted.item();
             copies.copy(*attachment);
         }
     });
-    return summary;
+    return exported;
 }
 
 AttachmentExtractThread::AttachmentExtractThread(std::vector<MessageRef> messages,
@@ -54,9 +54,8 @@ AttachmentExtractThread::AttachmentExtractThread(std::vector<MessageRef> message
 
 QString AttachmentExtractThread::work(Progress &progress)
 {
-    const MessageExportSummary summary = extractAttachments(m_messages, m_files, m_folder, progress);
+    const ExportedMessages exported = extractAttachments(m_messages, m_files, m_folder, progress);
     return textFor("IDS_SUC_EXTRACTED_%1_ATTACHMENTS_TO_%2")
-               .arg(QString::number(summary.attachmentsCopied), QDir::toNativeSeparators(m_folder)) +
-           listedProblems("IDS_MISSING_ATTACHMENTS_%1", summary.missingAttachments) +
-           listedProblems("IDS_LOCKED_FILES_%1", summary.lockedFiles);
+               .arg(QString::number(exported.attachmentsCopied), QDir::toNativeSeparators(m_folder)) +
+           reportText(exported.report);
 }

@@ -6,8 +6,8 @@
 
 /// Copies every attachment of the messages into a folder, each once, under a free name. Throws Error and
 /// Cancelled; what was copied by then stays.
-MessageExportSummary extractAttachments(const std::vector<MessageRef> &messages, const MessageFiles &files,
-                                        const QString &folder, Progress &progress);
+ExportedMessages extractAttachments(const std::vector<MessageRef> &messages, const MessageFiles &files,
+                                    const QString &folder, Progress &progress);
 
 /// Copies attachments of messages to a folder.
 class AttachmentExtractThread : public WorkerThread

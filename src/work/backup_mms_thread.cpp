@@ -3,34 +3,33 @@
 #include "base/texts.h"
 #include "work/summary_text.h"
 
-MessageSaveSummary backUpMessages(const std::vector<MessageRef> &messages, const MessageFiles &files,
-                                  const QString &folder, Progress &progress)
+SavedMessages backUpMessages(const std::vector<MessageRef> &messages, const MessageFiles &files,
+                             const QString &folder, ChangedMessages changed, Progress &progress)
 {
-    MessageSaveSummary summary;
+    SavedMessages saved;
     files.use(progress, [&](FileSource *source) {
-        summary = saveMessages(messages, source, folder, textFor("IDS_BACKUPING_MESSAGES"), progress);
+        saved = saveMessages(messages, source, folder, textFor("IDS_BACKUPING_MESSAGES"), progress, changed);
     });
-    return summary;
+    return saved;
 }
 
-QString messageSaveText(const MessageSaveSummary &summary)
+QString messageSaveText(const SaveReport &saved)
 {
-    return textFor("IDS_SUC_BACKUP_%1_MESSAGES").arg(summary.handled()) +
-           listedProblems("IDS_REFUSED_MESSAGES_%1", summary.refused) +
-           listedProblems("IDS_MISSING_ATTACHMENTS_%1", summary.missingAttachments);
+    return textFor("IDS_SUC_BACKUP_%1_MESSAGES").arg(saved.handled()) + reportText(saved.report);
 }
 
 BackupMMSThread::BackupMMSThread(std::vector<MessageRef> messages, std::shared_ptr<const void> owner,
-                                 MessageFiles files, QString folder)
+                                 MessageFiles files, QString folder, ChangedMessages changed)
     : m_messages(std::move(messages)),
       m_owner(std::move(owner)),
       m_files(std::move(files)),
-      m_folder(std::move(folder))
+      m_folder(std::move(folder)),
+      m_changed(changed)
 {
 }
 
 QString BackupMMSThread::work(Progress &progress)
 {
-    m_summary = backUpMessages(m_messages, m_files, m_folder, progress);
-    return messageSaveText(m_summary);
+    m_saved = backUpMessages(m_messages, m_files, m_folder, m_changed, progress);
+    return messageSaveText(m_saved);
 }

@@ -3,12 +3,9 @@
 #include "base/texts.h"
 #include "work/summary_text.h"
 
-QString messageExportText(const MessageExportSummary &summary)
+QString messageExportText(const ExportedMessages &exported)
 {
-    return textFor("IDS_SUC_EXTRACTED_%1_MESSAGES").arg(summary.written) +
-           listedProblems("IDS_REFUSED_MESSAGES_%1", summary.refused) +
-           listedProblems("IDS_MISSING_ATTACHMENTS_%1", summary.missingAttachments) +
-           listedProblems("IDS_LOCKED_FILES_%1", summary.lockedFiles);
+    return textFor("IDS_SUC_EXTRACTED_%1_MESSAGES").arg(exported.report.done) + reportText(exported.report);
 }
 
 ExportMessagesThread::ExportMessagesThread(std::vector<MessageRef> messages,
@@ -25,7 +22,7 @@ ExportMessagesThread::ExportMessagesThread(std::vector<MessageRef> messages,
 QString ExportMessagesThread::work(Progress &progress)
 {
     m_files.use(progress, [&](FileSource *source) {
-        m_summary = exportMessages(m_messages, m_format, m_target, source, progress);
+        m_exported = exportMessages(m_messages, m_format, m_target, source, progress);
     });
-    return messageExportText(m_summary);
+    return messageExportText(m_exported);
 }

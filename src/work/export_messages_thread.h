@@ -5,7 +5,7 @@
 #include "work/worker_thread.h"
 
 /// The success text of an export, followed by what was left out and why.
-QString messageExportText(const MessageExportSummary &summary);
+QString messageExportText(const ExportedMessages &exported);
 
 /// Exports messages.
 class ExportMessagesThread : public WorkerThread
@@ -18,7 +18,7 @@ public:
                          MessageFormat format, QString target, MessageFiles files);
 
     /// To be read after success.
-    const MessageExportSummary &summary() const { return m_summary; }
+    const ExportedMessages &exported() const { return m_exported; }
 
 protected:
     QString work(Progress &progress) override;
@@ -29,5 +29,5 @@ private:
     MessageFormat m_format;
     QString m_target;
     MessageFiles m_files;
-    MessageExportSummary m_summary;
+    ExportedMessages m_exported;
 };

@@ -27,4 +27,4 @@ using LoadedMessagesPtr = std::shared_ptr<const LoadedMessages>;
 
 /// Reads all conversations and messages. Null when the origin has no message database. Throws Error and
 /// Cancelled.
-LoadedMessagesPtr loadMessages(const MessageOrigin &origin, Progress &progress);
+LoadedMessagesPtr loadMessages(const MessageOrigin &origin, Progress &progress, Scope scope = Scope::Usual);

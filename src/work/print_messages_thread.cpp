@@ -16,12 +16,12 @@ PrintMessagesThread::PrintMessagesThread(std::vector<MessageRef> messages, std::
 
 QString PrintMessagesThread::work(Progress &progress)
 {
-    MessageExportSummary summary;
+    Report report;
     m_files.use(progress, [&](FileSource *source) {
-        FetchedAttachments attachments(source, progress, summary);
+        FetchedAttachments attachments(source, progress, report);
         MMSPrinter printer(*m_paper.device, attachments);
-        CountedProgress counted(progress, textFor("IDS_PRINTING_MESSAGES"),
-                                QStringLiteral("Messages: %1/%2"), static_cast<qint64>(m_messages.size()));
+        CountedProgress counted(progress, textFor("IDS_PRINTING_MESSAGES"), QStringLiteral("Messages: %1/%2"),
+                                static_cast<qint64>(m_messages.size()));
         try {
             printer.begin();
             for (const MessageRef &ref : m_messages) {
@@ -36,6 +36,5 @@ QString PrintMessagesThread::work(Progress &progress)
             throw;
         }
     });
-    return textFor("IDS_SUC_PRINTED_%1_MESSAGES").arg(m_messages.size()) +
-           listedProblems("IDS_MISSING_ATTACHMENTS_%1", summary.missingAttachments);
+    return textFor("IDS_SUC_PRINTED_%1_MESSAGES").arg(m_messages.size()) + reportText(report);
 }

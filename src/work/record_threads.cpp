@@ -32,7 +32,7 @@ SaveRecordsThread::SaveRecordsThread(RecordSource source, DataClass dataClass, Q
 
 QString SaveRecordsThread::work(Progress &progress)
 {
-    SaveResult result;
+    SaveReport result;
     withRecords(m_source, progress, [&](PersonalSource &source) {
         result = saveRecords(m_dataClass, source, Scope::Usual, m_folder, progress);
     });

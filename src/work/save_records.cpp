@@ -22,9 +22,8 @@ struct Reading
     Report &report;
 };
 
-void count(SaveResult &result, bool wasThere)
+void count(SaveReport &result, bool wasThere)
 {
-    ++result.handled;
     ++(wasThere ? result.merged : result.added);
 }
 
@@ -37,14 +36,14 @@ struct RunningTexts
 
 /// `save` puts one record into the store and tells whether it was there already.
 template <typename Store, typename Record, typename Save>
-SaveResult saveEach(const QList<Record> &records, const QString &folder, const RunningTexts &texts,
+SaveReport saveEach(const QList<Record> &records, const QString &folder, const RunningTexts &texts,
                     Progress &progress, Save save)
 {
     Store store(folder);
     store.open();
     StoreJob job(store);
     CountedProgress counted(progress, textFor(texts.status), QLatin1String(texts.counter), records.size());
-    SaveResult result;
+    SaveReport result;
     for (const Record &record : records) {
         counted.item();
         count(result, save(store, record));
@@ -53,36 +52,39 @@ SaveResult saveEach(const QList<Record> &records, const QString &folder, const R
     return result;
 }
 
-SaveResult saveContacts(const Reading &reading, const QString &folder, Progress &progress)
+SaveReport saveContacts(const Reading &reading, const QString &folder, Progress &progress)
 {
     const IOSContactCombineRule rule;
     return saveEach<LocalContactsDb>(
-        reading.source.contacts(reading.scope, reading.report), folder, {"IDS_BACKUPING_CONTACTS", "Contacts:%1/%2"}, progress,
+        reading.source.contacts(reading.scope, reading.report), folder,
+        {"IDS_BACKUPING_CONTACTS", "Contacts:%1/%2"}, progress,
         [&rule](auto &store, const auto &contact) { return store.save(contact, rule).merged; });
 }
 
-SaveResult saveCalls(const Reading &reading, const QString &folder, Progress &progress)
+SaveReport saveCalls(const Reading &reading, const QString &folder, Progress &progress)
 {
     return saveEach<LocalCallHistoryDb>(
-        reading.source.calls(reading.scope, reading.report), folder, {"IDS_BACKUPING_CALLS", "Calls:%1 / %2"}, progress,
-        [](auto &store, const auto &call) { return store.add(call).wasThere; });
+        reading.source.calls(reading.scope, reading.report), folder, {"IDS_BACKUPING_CALLS", "Calls:%1 / %2"},
+        progress, [](auto &store, const auto &call) { return store.add(call).wasThere; });
 }
 
-SaveResult saveNotes(const Reading &reading, const QString &folder, Progress &progress)
+SaveReport saveNotes(const Reading &reading, const QString &folder, Progress &progress)
 {
-    return saveEach<LocalNotesDb>(reading.source.notes(reading.scope, reading.report), folder, {"IDS_BACKUPING_NOTES", "Notes:%1 / %2"}, progress,
+    return saveEach<LocalNotesDb>(reading.source.notes(reading.scope, reading.report), folder,
+                                  {"IDS_BACKUPING_NOTES", "Notes:%1 / %2"}, progress,
                                   [](auto &store, const auto &note) { return store.save(note); });
 }
 
-SaveResult saveCalendar(const Reading &reading, const QString &folder, Progress &progress)
+SaveReport saveCalendar(const Reading &reading, const QString &folder, Progress &progress)
 {
     return saveEach<LocalCalendarsDb>(
-        reading.source.calendar(reading.scope, reading.report), folder, {"IDS_BACKUPING_CALENDAR_ITEMS", "Calendar event:%1 / %2"}, progress,
+        reading.source.calendar(reading.scope, reading.report), folder,
+        {"IDS_BACKUPING_CALENDAR_ITEMS", "Calendar event:%1 / %2"}, progress,
         [](auto &store, const auto &event) { return store.save(event).wasThere; });
 }
 
 void saveBookmarkNode(LocalBookmarkDb &store, const BookmarkNode &node, qint64 parent,
-                      CountedProgress &counted, SaveResult &result)
+                      CountedProgress &counted, SaveReport &result)
 {
     const bool isFolder = node.type == BookmarkNode::folder;
     if (!isFolder)
@@ -94,7 +96,7 @@ void saveBookmarkNode(LocalBookmarkDb &store, const BookmarkNode &node, qint64 p
         saveBookmarkNode(store, *child, row.id, counted, result);
 }
 
-SaveResult saveBookmarks(const Reading &reading, const QString &folder, Progress &progress)
+SaveReport saveBookmarks(const Reading &reading, const QString &folder, Progress &progress)
 {
     const BookmarkTree tree = reading.source.bookmarks(reading.scope, reading.report);
     LocalBookmarkDb store(folder);
@@ -102,7 +104,7 @@ SaveResult saveBookmarks(const Reading &reading, const QString &folder, Progress
     StoreJob job(store);
     CountedProgress counted(progress, textFor("IDS_BACKUPING_BOOKMARKS"), QStringLiteral("Bookmarks:%1 / %2"),
                             countBookmarks(tree));
-    SaveResult result;
+    SaveReport result;
     for (const auto &node : tree)
         saveBookmarkNode(store, *node, 0, counted, result);
     job.commit();
@@ -143,7 +145,7 @@ void removeAll(const QString &folder, const QStringList &ids, Progress &progress
     job.commit();
 }
 
-SaveResult saveClass(DataClass dataClass, const Reading &reading, const QString &folder, Progress &progress)
+SaveReport saveClass(DataClass dataClass, const Reading &reading, const QString &folder, Progress &progress)
 {
     switch (dataClass) {
     case DataClass::Contacts:
@@ -162,30 +164,30 @@ SaveResult saveClass(DataClass dataClass, const Reading &reading, const QString 
 }
 } // namespace
 
-SaveResult saveRecords(DataClass dataClass, PersonalSource &source, Scope scope, const QString &folder,
+SaveReport saveRecords(DataClass dataClass, PersonalSource &source, Scope scope, const QString &folder,
                        Progress &progress)
 {
     Report report;
-    SaveResult result = saveClass(dataClass, {source, scope, report}, folder, progress);
+    SaveReport result = saveClass(dataClass, {source, scope, report}, folder, progress);
     result.report = std::move(report);
     return result;
 }
 
-QString saveText(DataClass dataClass, const SaveResult &result)
+QString saveText(DataClass dataClass, const SaveReport &result)
 {
     switch (dataClass) {
     case DataClass::Contacts:
         if (result.merged > 0)
-            return textFor("IDS_SUC_BACKUP_%1_CONTACTS_MERGED_%2").arg(result.handled).arg(result.merged);
-        return textFor("IDS_SUC_BACKUP_%1_CONTACTS").arg(result.handled);
+            return textFor("IDS_SUC_BACKUP_%1_CONTACTS_MERGED_%2").arg(result.handled()).arg(result.merged);
+        return textFor("IDS_SUC_BACKUP_%1_CONTACTS").arg(result.handled());
     case DataClass::Calls:
-        return textFor("IDS_SUC_BACKUP_%1_CALLS").arg(result.handled);
+        return textFor("IDS_SUC_BACKUP_%1_CALLS").arg(result.handled());
     case DataClass::Notes:
-        return textFor("IDS_SUC_BACKUP_%1_NOTES").arg(result.handled);
+        return textFor("IDS_SUC_BACKUP_%1_NOTES").arg(result.handled());
     case DataClass::Calendar:
-        return textFor("IDS_SUC_BACKUP_%1_CALENDAR_ITEMS").arg(result.handled);
+        return textFor("IDS_SUC_BACKUP_%1_CALENDAR_ITEMS").arg(result.handled());
     case DataClass::Bookmarks:
-        return textFor("IDS_SUC_BACKUP_%1_BOOKMARKS").arg(result.handled);
+        return textFor("IDS_SUC_BACKUP_%1_BOOKMARKS").arg(result.handled());
     default:
         return {};
     }

@@ -3,6 +3,7 @@
 #include "backup/loose_database.h"
 #include "base/error.h"
 #include "base/file_names.h"
+#include "base/report.h"
 #include "base/texts.h"
 #include "messages/message_source.h"
 #include "messages/save_messages.h"
@@ -49,10 +50,12 @@ QStringList updateMessages(const QString &folder, const QString &file, Progress 
     source.database->loadChats();
     source.database->loadMessages(0, progress);
     const QString status = textFor("IDS_UPDATING_LOCAL_DB_%1_MESSAGES").arg(QFileInfo(folder).fileName());
-    const MessageSaveSummary summary = saveMessages(source.database->select({}, INT64_MIN, INT64_MAX),
-                                                    source.files.get(), folder, status, progress);
+    Report report = source.database->report();
+    report.merge(saveMessages(source.database->select({}, INT64_MIN, INT64_MAX), source.files.get(), folder,
+                              status, progress)
+                     .report);
     setAside(file);
-    return source.database->warnings() + summary.refused;
+    return problemsOf(report);
 }
 
 void updateCalendar(const QString &folder, const QString &file, Progress &progress)

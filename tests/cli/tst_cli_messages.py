@@ -77,6 +77,22 @@ class Show(Case):
                 self.assertEqual({(row["chat"], row["rowid"]) for row in found}, set(expected))
                 self.assertEqual([row["chat"] for row in found], sorted(row["chat"] for row in found))
 
+    def test_every_row_is_shown_or_named(self):
+        for ios, backup in self.backups():
+            with self.subTest(ios=ios):
+                rows = {row["id"] for row in SmsDb(backup).rows("select rowid as id from message")}
+                ended = run("show", "messages", backup)
+                self.assertEqual(ended.returncode, 0, ended.stderr)
+                shown = {json.loads(line)["rowid"] for line in ended.stdout.splitlines()}
+                named = [line.split()[1] for line in ended.stderr.decode().splitlines() if "--everything" in line]
+                self.assertEqual(len(shown) + sum(map(int, named)), len(rows))
+                everything = self.lines("show", "messages", backup, "--everything")
+                self.assertEqual({row["rowid"] for row in everything}, rows)
+                for row in everything:
+                    self.assertTrue(row["item_type"] == 0 or row["text"])
+                    if row["chat"] is None:
+                        self.assertEqual((row["chat_name"], row["title"]), ("", "unknown"))
+
     def test_fields(self):
         for ios, backup in self.backups():
             database = SmsDb(backup)
@@ -141,7 +157,7 @@ class Show(Case):
                     for key in ("guid", "chat_identifier", "service_name", "style"):
                         self.assertEqual(chat[key], row[key])
                     self.assertEqual(chat["display_name"], row.get("display_name") or "")
-                    self.assertGreaterEqual(chat["message_count"], listed.count(chat["rowid"]))
+                    self.assertEqual(chat["message_count"], listed.count(chat["rowid"]))
                     for handle in chat["handles"]:
                         self.assertEqual(list(handle), HANDLE_KEYS)
 
@@ -187,7 +203,7 @@ class Show(Case):
         file.write_bytes(content[:middle] + bytes(len(content) // 4) + content[middle + len(content) // 4:])
         ended = run("show", "messages", backup)
         self.assertEqual(ended.returncode, 1)
-        self.assertIn(str(backup), ended.stderr.decode())
+        self.assertIn("HomeDomain Library/SMS/sms.db", ended.stderr.decode())
         for line in ended.stdout.decode().splitlines():
             json.loads(line)
 

@@ -11,7 +11,7 @@ import shutil
 import sqlite3
 import tempfile
 
-from command_line import APPLE_EPOCH, PASSWORD, Case, file_id, main, stored, tree
+from command_line import APPLE_EPOCH, PASSWORD, Case, file_id, main, run, stored, tree
 
 SMS_DB = file_id("HomeDomain", "Library/SMS/sms.db")
 FIRST_IMESSAGE = 1_000_000_001
@@ -70,7 +70,7 @@ class OldDb:
                                 part["data"] is not None or self.present(path)))
         is_from_me = int(row["flags"] == 3)
         sender = members[0] if len(members) == 1 else None if is_from_me else row["address"]
-        return {"chat": row["group_id"] if members else 0, "text": text, "service": "SMS", "is_from_me": is_from_me,
+        return {"chat": row["group_id"] if members else None, "text": text, "service": "SMS", "is_from_me": is_from_me,
                 "date": row["date"], "sender": sender, "attachments": attachments}
 
     def i_message(self, row):
@@ -97,7 +97,8 @@ class OldMessages(Case):
         for backup in self.backups():
             expected = OldDb(backup).messages()
             lines = self.lines("show", "messages", backup)
-            self.assertEqual([row["chat"] for row in lines], sorted(row["chat"] for row in lines))
+            chats = [row["chat"] or 0 for row in lines]  # those of no conversation come first
+            self.assertEqual(chats, sorted(chats))
             found = {row["rowid"]: row for row in lines}
             self.assertEqual(set(found), set(expected))
             self.assertEqual(self.lines("info", backup, "--json")[0]["counts"]["messages"], len(expected))
@@ -186,7 +187,9 @@ class OldMessages(Case):
         rows, = database.execute("select count(*) from message").fetchone()
         database.commit()
         database.close()
-        self.assertEqual(len(self.lines("show", "messages", backup)), rows)
+        ended = run("show", "messages", backup)
+        self.assertEqual((ended.returncode, len(ended.stdout.splitlines())), (1, rows))
+        self.assertIn("HomeDomain Library/SMS/sms.db", ended.stderr.decode())
 
 
 if __name__ == "__main__":

@@ -20,7 +20,7 @@ def without_rowids(message):
     kept["attachments"] = sorted(
         (attachment["guid"], attachment["transfer_name"], attachment["mime_type"], attachment["total_bytes"],
          attachment["present"]) for attachment in message["attachments"])
-    if message["chat"] == 0:
+    if message["chat"] is None:
         kept["chat_name"] = kept["title"] = "Unknown"  # a store keeps it in a conversation of that name
     return kept
 
@@ -125,6 +125,31 @@ class Saving(StoreCase):
         store = self.database("both") / "messages.db"
         hashes = self.query(store, "select logic_hash from message")
         self.assertEqual(len(set(hashes)), len(hashes))
+        self.expect_sound(store)
+
+    def test_changed_messages(self):
+        self.save(self.sample("--ios", "12"), "changed")
+        store = self.database("changed") / "messages.db"
+        backup = self.home / "later"
+        shutil.copytree(self.sample("--ios", "12"), backup)
+        with sqlite3.connect(stored(backup, file_id("HomeDomain", "Library/SMS/sms.db"))) as database:
+            chosen = [row[0] for row in database.execute(
+                "select m.rowid from message m join chat_message_join on message_id = m.rowid where text > '' and "
+                "item_type = 0 group by m.rowid order by m.rowid limit 3")]
+            former = {row[0] for row in database.execute(
+                f"select text from message where rowid in ({','.join(map(str, chosen))})")}
+            for rowid in chosen:
+                database.execute("update message set text = 'edited ' || rowid where rowid = ?", (rowid,))
+        edited = "select count(*) from message where text like 'edited %'"
+        for arguments, told, expected in ((), "3 messages are there already with other content", 0), \
+                (("--update",), "3 messages got the content of a newer version", 3), (("--update",), "", 3):
+            with self.subTest(arguments, told=told):
+                ended = run("save", "messages", backup, "--into", "changed", *arguments, home=self.home)
+                self.assertEqual(ended.returncode, 0, ended.stderr)
+                self.assertEqual(json.loads(ended.stdout)["added"], 0)
+                self.assertIn(told, ended.stderr.decode())
+                self.assertEqual(self.query(store, edited), [(expected,)])
+        self.assertEqual({row[0] for row in self.query(store, "select text from message_history")}, former)
         self.expect_sound(store)
 
     def test_encrypted(self):

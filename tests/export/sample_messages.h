@@ -22,6 +22,7 @@ public:
         bool listedOnly = false;
         bool locked = false;
         QString failure; // thrown by fetchTo
+        bool unwritable = false;
     };
     QMap<QString, File> files; // by relative path
     int fetches = 0;
@@ -30,6 +31,7 @@ public:
     {
         return files.contains(file.relativePath) && !files[file.relativePath].listedOnly;
     }
+    bool lists(const SourceFile &file) const override { return files.contains(file.relativePath); }
     std::optional<QString> fetchDatabase(const SourceFile &) override { return std::nullopt; }
     void fetchTo(const SourceFile &file, const QString &destination, const CopyProgress &progress) override
     {
@@ -37,11 +39,13 @@ public:
         ++fetches;
         if (!held.failure.isEmpty())
             throw Error(held.failure);
+        if (held.unwritable)
+            throw Error(QStringLiteral("no"), ErrorKind::Denied, FileAccess::Writing);
         if (progress)
             progress(static_cast<std::uint64_t>(held.content.size()), 0);
         QFile out(destination);
         if (!out.open(QIODevice::WriteOnly) || out.write(held.content) != held.content.size() || !out.flush())
-            throw Error(QStringLiteral("can not write %1. %2").arg(destination, out.errorString()));
+            throw Error::ofFile(QStringLiteral("can not write %1. %2"), out, FileAccess::Writing);
         out.setFileTime(QDateTime::fromSecsSinceEpoch(1325419200), QFileDevice::FileModificationTime);
     }
     bool isLocked(const SourceFile &file) const override { return files[file.relativePath].locked; }

@@ -68,7 +68,7 @@ private:
     MemorySource m_source;
 
     QString path(const QString &name) const { return m_folder->filePath(name); }
-    MessageExportSummary run(MessageFormat format, const QString &target)
+    ExportedMessages run(MessageFormat format, const QString &target)
     {
         NoProgress progress;
         return exportMessages(m_sample.refs, format, target, &m_source, progress);
@@ -134,9 +134,9 @@ void TestMessageExport::reference()
     fillWithEverything();
     // A thumbnail is named by the place of its picture, which differs from run to run.
     const bool isPage = format == MessageFormat::Html;
-    const MessageExportSummary summary = run(format, isPage ? m_folder->path() : path(written));
-    QCOMPARE(summary.written, 4);
-    QCOMPARE(summary.files, QStringList{path(written)});
+    const ExportedMessages exported = run(format, isPage ? m_folder->path() : path(written));
+    QCOMPARE(exported.report.done, 4);
+    QCOMPARE(exported.files, QStringList{path(written)});
     QByteArray bytes = readFile(path(written));
     if (isPage) {
         const QStringList thumbnails = QDir(path("files")).entryList({QStringLiteral("*.thumb")});
@@ -254,8 +254,8 @@ void TestMessageExport::hostileAttachmentNames()
     QFETCH(QString, name);
     QFETCH(QString, file);
     m_sample.attach(m_sample.message(nullptr, {}), name, QStringLiteral("x/y"), m_source, "content");
-    const MessageExportSummary summary = run(MessageFormat::Html, path("out"));
-    QCOMPARE(summary.attachmentsCopied, 1);
+    const ExportedMessages exported = run(MessageFormat::Html, path("out"));
+    QCOMPARE(exported.attachmentsCopied, 1);
     QCOMPARE(readFile(path("out/files/") + file), QByteArray("content"));
     const QJsonObject read = page(QStringLiteral("out/unknown-chat.html"));
     QCOMPARE(strings(read["missing"]), QStringList());
@@ -284,10 +284,10 @@ void TestMessageExport::attachmentInTwoConversationsIsCopiedOnce()
     _MsgMessage &message = m_sample.message(&first, {});
     m_sample.attach(message, QStringLiteral("a.png"), QStringLiteral("image/png"), m_source, png(10));
     m_sample.refs.push_back({&second, &message});
-    const MessageExportSummary summary = run(MessageFormat::Html, m_folder->path());
-    QCOMPARE(summary.attachmentsCopied, 1);
+    const ExportedMessages exported = run(MessageFormat::Html, m_folder->path());
+    QCOMPARE(exported.attachmentsCopied, 1);
     QCOMPARE(m_source.fetches, 1);
-    QCOMPARE(summary.files, (QStringList{path("Unknown.html"), path("Unknown(1).html")}));
+    QCOMPARE(exported.files, (QStringList{path("Unknown.html"), path("Unknown(1).html")}));
     const auto link = [&](const char *name) { return strings(page(QLatin1String(name))["links"]).last(); };
     QCOMPARE(link("Unknown.html"), QStringLiteral("files/a.png"));
     QCOMPARE(link("Unknown(1).html"), QStringLiteral("files/a.png"));
@@ -318,18 +318,26 @@ void TestMessageExport::whatCannotBeHadIsNamed()
     };
     held("listed.mov").listedOnly = true;
     held("broken.mov").failure = QStringLiteral("last byte must GT 0 and LET 16");
+    held("unwritable.mov").unwritable = true;
     held("locked.mov").locked = true;
     held("good.mov");
-    const MessageExportSummary summary = run(MessageFormat::Html, m_folder->path());
-    QCOMPARE(summary.missingAttachments.size(), 3);
-    QVERIFY(summary.missingAttachments[0].startsWith(QLatin1String("unlisted.mov: ")));
-    QVERIFY(summary.missingAttachments[1].startsWith(QLatin1String("listed.mov: ")));
-    QCOMPARE(summary.missingAttachments[2], QStringLiteral("broken.mov: last byte must GT 0 and LET 16"));
-    QCOMPARE(summary.lockedFiles, QStringList{"locked.mov"});
-    QCOMPARE(summary.attachmentsCopied, 2);
-    QCOMPARE(summary.written, 1);
+    const ExportedMessages exported = run(MessageFormat::Html, m_folder->path());
+    const auto told = [](IssueKind kind, const char *what, const char *where, const QString &reason = {}) {
+        return Issue{.kind = kind, .what = what, .where = QLatin1String(where), .reason = reason};
+    };
+    QCOMPARE(exported.report.issues(),
+             (QList<Issue>{
+                 told(IssueKind::Absent, "IDS_ISSUE_ATTACHMENTS_ABSENT", "unlisted.mov"),
+                 told(IssueKind::Damaged, "IDS_ISSUE_ATTACHMENTS_LOST", "MediaDomain 2"),
+                 told(IssueKind::Damaged, "IDS_ISSUE_ATTACHMENTS_NOT_READ", "MediaDomain 3",
+                      "last byte must GT 0 and LET 16"),
+                 told(IssueKind::Refused, "IDS_ISSUE_ATTACHMENTS_NOT_WRITTEN", "MediaDomain 4", "no"),
+                 told(IssueKind::Locked, "IDS_ISSUE_ATTACHMENTS_LOCKED", "MediaDomain 5"),
+             }));
+    QCOMPARE(exported.attachmentsCopied, 2);
+    QCOMPARE(exported.report.done, 1);
     QCOMPARE(strings(page(QStringLiteral("unknown-chat.html"))["links"]).mid(1),
-             (QStringList{"#", "#", "#", "files/locked.mov", "files/good.mov"}));
+             (QStringList{"#", "#", "#", "#", "files/locked.mov", "files/good.mov"}));
     QVERIFY(!QFileInfo::exists(path("files/broken.mov")));
 }
 
@@ -396,8 +404,8 @@ void TestMessageExport::chatsOfOneIdentifierShareAPage()
     say(other, "another", 15);
     say(messages, "2", 10);
     say(messages, "3", 20);
-    const MessageExportSummary summary = run(MessageFormat::Html, m_folder->path());
-    QCOMPARE(summary.files, (QStringList{path("A@x.org.html"), path("a@x(1).html")}));
+    const ExportedMessages exported = run(MessageFormat::Html, m_folder->path());
+    QCOMPARE(exported.files, (QStringList{path("A@x.org.html"), path("a@x(1).html")}));
     QCOMPARE(bubbleTexts(page(QStringLiteral("A@x.org.html"))), (QStringList{"1", "2", "3", "4"}));
     QCOMPARE(bubbleTexts(page(QStringLiteral("a@x(1).html"))), QStringList{"another"});
 }
@@ -414,7 +422,7 @@ void TestMessageExport::secondExportLeavesTheFirstAlone()
     const QByteArray first = readFile(path("chat1.html"));
     const QStringList files = namesIn(path("files"));
 
-    const MessageExportSummary again = run(MessageFormat::Html, m_folder->path());
+    const ExportedMessages again = run(MessageFormat::Html, m_folder->path());
     QCOMPARE(again.files, QStringList{path("chat1(1).html")});
     QCOMPARE(readFile(path("chat1.html")), first);
     QStringList added = namesIn(path("files"));

@@ -84,7 +84,7 @@ private:
     std::unique_ptr<QTemporaryDir> m_folder;
     SampleMessages m_sample;
     MemorySource m_source;
-    MessageExportSummary m_summary;
+    ExportedMessages m_exported;
 
     QString path(const QString &name) const { return m_folder->filePath(name); }
     void say(const QString &text, int isFromMe = 0) { m_sample.message(nullptr, text).is_from_me = isFromMe; }
@@ -92,7 +92,7 @@ private:
     QString made()
     {
         NoProgress progress;
-        m_summary = exportMessages(m_sample.refs, MessageFormat::Pdf, m_folder->path(), &m_source, progress);
+        m_exported = exportMessages(m_sample.refs, MessageFormat::Pdf, m_folder->path(), &m_source, progress);
         return path("unknown-chat.pdf");
     }
 };
@@ -266,9 +266,10 @@ void TestMessagePdf::attachments()
     const QRect card = whereIs(page, 0xFF3060C0);
     QVERIFY(isAbout(card.size(), {150, 75}));
     QVERIFY(picture.bottom() < card.top());
-    QCOMPARE(m_summary.missingAttachments.size(), 2);
-    QVERIFY(m_summary.missingAttachments[0].startsWith(QStringLiteral("lost.png: ")));
-    QVERIFY(m_summary.missingAttachments[1].startsWith(QStringLiteral("gone.txt: ")));
+    const QList<Issue> &issues = m_exported.report.issues();
+    QCOMPARE(issues.size(), 2);
+    QCOMPARE(issues[0].where, QStringLiteral("lost.png"));
+    QCOMPARE(issues[1].where, QStringLiteral("gone.txt"));
     QCOMPARE(m_source.fetches, 5); // what is not shown is not fetched
 }
 
@@ -332,12 +333,12 @@ void TestMessagePdf::oneFileAConversation()
     m_sample.message(&device, QStringLiteral("second"));
     say(QStringLiteral("third"));
     made();
-    QCOMPARE(m_summary.files,
+    QCOMPARE(m_exported.files,
              (QStringList{path("Anna (+49 1).pdf"), path("$$con$$.pdf"), path("unknown-chat.pdf")}));
-    QCOMPARE(m_summary.written, 3);
-    QVERIFY(pdfText(m_summary.files[0]).endsWith(QStringLiteral("first")));
-    QVERIFY(outputOf("pdfinfo", {m_summary.files[0]}).contains("Anna (+49 1)\n"));
-    QVERIFY(outputOf("pdfinfo", {m_summary.files[0]}).contains("A4"));
+    QCOMPARE(m_exported.report.done, 3);
+    QVERIFY(pdfText(m_exported.files[0]).endsWith(QStringLiteral("first")));
+    QVERIFY(outputOf("pdfinfo", {m_exported.files[0]}).contains("Anna (+49 1)\n"));
+    QVERIFY(outputOf("pdfinfo", {m_exported.files[0]}).contains("A4"));
     QCOMPARE(namesIn(m_folder->path()).size(), 3);
 }
 

@@ -89,6 +89,27 @@ PlistValue::Dictionary description()
             {text("Mixed"), std::move(mixed)}};
 }
 
+/// Participants of a conversation and attachments of a message, up to iOS 5: a list, or the archive of one.
+void addLists(const Corpus &corpus)
+{
+    const PlistValue::Array texts = {text("+4917012345678"), text("größe@example.org"), text("")};
+    corpus.add("listed_texts", "binary", sample::binaryPlist(texts));
+    corpus.add("listed_texts", "xml", sample::xmlPlist(texts));
+
+    sample::KeyedArchive archive;
+    const sample::PlistUid root = archive.add(text("in place of the list"));
+    PlistValue::Array items;
+    for (const PlistValue &item : texts)
+        items.push_back(archive.add(item));
+    const sample::PlistUid wrapped =
+        archive.add(PlistValue::Dictionary{{text("NS.string"), text("wrapped")}});
+    items.push_back(wrapped);
+    archive.set(root, PlistValue::Dictionary{
+                          {text("NS.objects"), items},
+                          {text("$class"), archive.addClass({text("NSArray"), text("NSObject")})}});
+    corpus.add("listed_texts", "archive", archive.finish(root));
+}
+
 void addRecords(const Corpus &corpus)
 {
     using Layout = sample::RecordLayout;
@@ -129,6 +150,7 @@ int main(int argc, char **argv)
     }
     const Corpus corpus(QDir(QString::fromLocal8Bit(argv[1])).absolutePath());
     addRecords(corpus);
+    addLists(corpus);
     corpus.add("keybag", "single", keybag(0));
     corpus.add("keybag", "double", keybag(3));
     corpus.add("manifest_plist", "binary", sample::binaryPlist(description()));

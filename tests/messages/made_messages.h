@@ -82,14 +82,25 @@ class MadeFiles : public FileSource
 public:
     QMap<QString, QByteArray> contents;
     QStringList unreadable;
+    QStringList unwritable;
     QStringList locked;
+    QStringList lost; // listed, without content
+    qint64 age = 0;
 
-    bool hasContent(const SourceFile &file) const override { return contents.contains(file.relativePath); }
+    bool hasContent(const SourceFile &file) const override
+    {
+        return lists(file) && !lost.contains(file.relativePath);
+    }
+    bool lists(const SourceFile &file) const override { return contents.contains(file.relativePath); }
+    qint64 takenAt() const override { return age; }
     std::optional<QString> fetchDatabase(const SourceFile &) override { return std::nullopt; }
     void fetchTo(const SourceFile &file, const QString &destination, const CopyProgress & = {}) override
     {
         if (unreadable.contains(file.relativePath))
             throw Error(QStringLiteral("can not read %1.").arg(file.relativePath));
+        if (unwritable.contains(file.relativePath))
+            throw Error(QStringLiteral("can not write %1.").arg(destination), ErrorKind::Other,
+                        FileAccess::Writing);
         QDir().mkpath(QFileInfo(destination).path());
         QFile out(destination);
         if (!out.open(QIODevice::WriteOnly) || out.write(contents.value(file.relativePath)) < 0)
@@ -98,6 +109,18 @@ public:
     bool isLocked(const SourceFile &file) const override { return locked.contains(file.relativePath); }
     SourceFile fileOfDevicePath(const QString &) const override { return {}; }
     QString fetchForViewing(const SourceFile &) override { return {}; }
+};
+
+/// Stops the job before its item of a number.
+class StopAt : public Progress
+{
+public:
+    explicit StopAt(int item) : m_left(item) {}
+    void report(const QString &, int, const QString &) override {}
+    bool isCancelled() const override { return m_left-- == 0; }
+
+private:
+    mutable int m_left;
 };
 
 /// Everything that a message says of itself and of what belongs to it, but for row ids.

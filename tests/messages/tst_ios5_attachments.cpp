@@ -91,7 +91,7 @@ void TestIos5Attachments::attachments()
     LookUpSource source;
     QTest::ignoreMessage(QtWarningMsg, "create IOSContactsMemDb error. Cannot find AddressBook.sqlitedb");
     m_case->load(&source);
-    QTEST(int(m_case->db->skippedRows()), "skipped");
+    QTEST(int(m_case->db->report().count(IssueKind::Damaged)), "skipped");
     QStringList guids;
     for (const _MsgAttachment *attachment : m_case->message(9)->attachments) {
         guids.append(attachment->guid);
@@ -223,8 +223,9 @@ void TestIos5Attachments::partsThatCannotBeWritten()
     m_case->made->part(5, 2, u"image/jpeg"_s, u"b.jpg"_s, "whole");
     m_case->made->part(5, 3, u"text/plain"_s, {}, "more");
     m_case->load();
-    QCOMPARE(m_case->db->warnings().size(), 1);
-    QVERIFY(m_case->db->warnings().first().contains(u"can not write"_s));
+    const Report &report = m_case->db->report();
+    QVERIFY(report.count("IDS_ISSUE_PARTS_NOT_WRITTEN") > 0);
+    QVERIFY(report.issues().first().reason.contains(u"can not write"_s));
     const _MsgMessage &read = *m_case->message(5);
     QCOMPARE(read.text, u"text\nmore"_s);
     QCOMPARE(read.attachments.size(), 3u);
@@ -246,12 +247,12 @@ void TestIos5Attachments::partsAreSaved()
         const auto refs = m_case->all();
         return saveMessages(refs, nullptr, store, {}, m_case->progress);
     };
-    MessageSaveSummary summary = save();
+    SavedMessages summary = save();
     QCOMPARE((QList{summary.added, summary.merged, summary.attachmentsCopied}), (QList<qint64>{3, 0, 1}));
-    QCOMPARE(summary.missingAttachments.size(), 1);
+    QCOMPARE(summary.report.count("IDS_ISSUE_ATTACHMENTS_ABSENT"), 1);
     summary = save();
     QCOMPARE((QList{summary.added, summary.merged, summary.attachmentsCopied}), (QList<qint64>{0, 3, 0}));
-    QCOMPARE(summary.refused, QStringList());
+    QCOMPARE(summary.report.count(IssueKind::LeftOut), 0);
 
     const MessageSource source = openLocalMessages(store);
     source.database->loadChats();

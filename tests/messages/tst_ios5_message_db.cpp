@@ -233,7 +233,7 @@ void TestIos5MessageDb::iMessageChats()
     QCOMPARE(chat.account_id, u"ACCOUNT"_s);
     QCOMPARE(chat.account_login, u"E:me@example.org"_s);
     QCOMPARE(chat.state, 3);
-    QTEST(int(m_case->db->skippedRows()), "skipped");
+    QTEST(int(m_case->db->report().count(IssueKind::Damaged)), "skipped");
     for (const _MsgHandle *handle : chat.handles) {
         QCOMPARE(handle->service, u"iMessage"_s); // not the handle of the text messages
         QCOMPARE(m_case->db->handle(handle->rowid), handle);
@@ -301,7 +301,7 @@ void TestIos5MessageDb::textOutOfStyledBody()
     m_case->made->iMessage(1, {}, u"+1415"_s, 1, 0, {});
     m_case->made->run(u"update message set madrid_attributedBody=x'040b73747265616d'"_s);
     m_case->load();
-    QCOMPARE(m_case->db->unreadableTexts(), 1);
+    QCOMPARE(m_case->db->report().count("IDS_ISSUE_MESSAGE_BODIES"), 1);
     QCOMPARE(m_case->message(1)->text, QString());
 }
 
@@ -396,7 +396,7 @@ void TestIos5MessageDb::withoutIMessage()
     QCOMPARE(m_case->db->kind(), 5);
     QCOMPARE(m_case->db->chat(1)->messages.size(), 1u);
     QCOMPARE(m_case->db->countMessagesByChat(), (std::unordered_map<qint64, qint64>{{1, 1}}));
-    QCOMPARE(m_case->db->warnings(), QStringList());
+    QVERIFY(m_case->db->report().isEmpty());
 }
 
 // Rows that no device writes: whatever they say, the others are read.
@@ -422,8 +422,10 @@ void TestIos5MessageDb::hostileRows()
     QVERIFY(!m_case->message(6)->chat);
     QVERIFY(m_case->message(6)->attachments.empty());
     QCOMPARE(m_case->message(-9)->attachments.front()->transfer_name, u"-9--1.jpg"_s);
-    QCOMPARE(m_case->db->skippedRows(), 2); // a group and an attachment whose numbers are others'
-    QCOMPARE(m_case->db->warnings(), QStringList());
+    const Report &report = m_case->db->report();
+    QCOMPARE(report.count("IDS_ISSUE_MESSAGE_ROWS"),
+             2); // a group and an attachment whose numbers are others'
+    QCOMPARE(report.issues().size(), 1);
 }
 
 void TestIos5MessageDb::hugeTextAndCrowd()

@@ -4,6 +4,7 @@
 #include "resources/resources.h"
 #include "store_folder.h"
 
+#include <QElapsedTimer>
 #include <QTest>
 
 /// Deleting messages of a store, and taking that back.
@@ -22,6 +23,8 @@ private slots:
     void deletedTwice();
     void storeMadeAnewMeanwhile();
     void emptying();
+    void emptyingManyMessages();
+    void historyComesAlong();
 
 private:
     QStringList described() const { return describedMessages(*openLocalMessages(m_folder->path()).database); }
@@ -205,11 +208,58 @@ void TestMessageRecycling::emptying()
 {
     remove({4, 5});
     const QStringList before = described();
-    emptyRecycleStore(m_folder->path());
+    emptyRecycleStore(m_folder->path(), m_nobody);
     QCOMPARE(described(), before);
     QCOMPARE(m_folder->files(), QStringList{QStringLiteral("Attachments/sh/ar/SHARED-1/a.jpg")});
     QVERIFY_EXCEPTION_THROWN(undelete({4}), Error);
     expectSound();
+}
+
+// Thousands of messages with attachments go in no more than a few seconds, the user can stop, and every
+// trigger is back.
+void TestMessageRecycling::emptyingManyMessages()
+{
+    MadeMessages many;
+    _MsgChat *chat = many.chat(QStringLiteral("SMS;-;1"), {many.handle(QStringLiteral("1"))});
+    std::vector<qint64> rowids;
+    for (int i = 0; i < 8'000; ++i) {
+        const QString name = QStringLiteral("MANY-%1").arg(i);
+        _MsgMessage *message = many.message(chat, name, i);
+        message->guid = name;
+        many.attachment(message, name, QStringLiteral("a.jpg"));
+        rowids.push_back(i + 6);
+    }
+    saveMessages(many.refs, nullptr, m_folder->path(), QString(), m_nobody);
+    const QString triggers = QStringLiteral(
+        "select group_concat(sql) from (select sql from sqlite_master where type='trigger' order by name)");
+    const QString before = m_folder->value(triggers);
+    QElapsedTimer time;
+    time.start();
+    QCOMPARE(remove(rowids), 8'000);
+    const QStringList content = m_folder->content();
+    StopAt third(3);
+    QVERIFY_EXCEPTION_THROWN(emptyRecycleStore(m_folder->path(), third), Cancelled);
+    QCOMPARE(m_folder->content(), content);
+    emptyRecycleStore(m_folder->path(), m_nobody);
+    QVERIFY2(time.elapsed() < 15'000, qPrintable(QString::number(time.elapsed())));
+    for (const char *table : {"message", "chat", "handle", "attachment"})
+        QCOMPARE(m_folder->value(QStringLiteral("select count(*) from ") + QLatin1String(table),
+                                 m_folder->recycleStore()),
+                 QStringLiteral("0"));
+    QCOMPARE(m_folder->value(triggers, m_folder->recycleStore()), before);
+    QCOMPARE(m_folder->value(triggers), before);
+    expectSound();
+}
+
+void TestMessageRecycling::historyComesAlong()
+{
+    m_folder->run(QStringLiteral("insert into message_history values(5, 'former', 40, 1)"));
+    const QString former = QStringLiteral("select group_concat(message_id || text) from message_history");
+    remove({5});
+    QCOMPARE(m_folder->value(former), QString());
+    QCOMPARE(m_folder->value(former, m_folder->recycleStore()), QStringLiteral("5former"));
+    undelete({5});
+    QCOMPARE(m_folder->value(former), QStringLiteral("5former"));
 }
 
 QTEST_GUILESS_MAIN(TestMessageRecycling)

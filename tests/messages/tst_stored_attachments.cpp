@@ -75,8 +75,8 @@ void TestStoredAttachments::places()
 
     StoreFolder folder;
     NoProgress progress;
-    const MessageSaveSummary summary = saveMessages(made.refs, &files, folder.path(), QString(), progress);
-    QCOMPARE(summary.missingAttachments, QStringList());
+    const SavedMessages summary = saveMessages(made.refs, &files, folder.path(), QString(), progress);
+    QVERIFY(summary.report.isEmpty());
     const QStringList found = folder.files();
     QCOMPARE(found.size(), 1);
     QVERIFY(found.first().startsWith(QStringLiteral("Attachments/")));
@@ -119,29 +119,34 @@ void TestStoredAttachments::filesThatCannotBeTaken()
     MadeMessages made;
     MadeFiles files;
     _MsgChat *chat = made.chat(QStringLiteral("c"), {});
-    for (const char *kind : {"missing", "locked", "unreadable", "unlisted", "sound"}) {
+    for (const char *kind : {"missing", "locked", "unreadable", "unwritable", "unlisted", "sound"}) {
         const QString name = QLatin1String(kind);
         auto *attachment =
             made.attachment(made.message(chat, name, 1), QStringLiteral("GUID-%1").arg(name), name);
         files.contents[attachment->source.relativePath] = "content";
         if (name == QLatin1String("missing"))
-            files.contents.remove(attachment->source.relativePath);
+            files.lost << attachment->source.relativePath;
         if (name == QLatin1String("locked"))
             files.locked << attachment->source.relativePath;
         if (name == QLatin1String("unreadable"))
             files.unreadable << attachment->source.relativePath;
+        if (name == QLatin1String("unwritable"))
+            files.unwritable << attachment->source.relativePath;
         if (name == QLatin1String("unlisted"))
             attachment->source = {};
     }
     StoreFolder folder;
     NoProgress progress;
-    const MessageSaveSummary summary = saveMessages(made.refs, &files, folder.path(), QString(), progress);
-    QCOMPARE(summary.added, 5);
+    const SavedMessages summary = saveMessages(made.refs, &files, folder.path(), QString(), progress);
+    QCOMPARE(summary.added, 6);
     QCOMPARE(summary.attachmentsCopied, 1);
-    QStringList names;
-    for (const QString &line : summary.missingAttachments)
-        names << line.section(QStringLiteral(": "), 0, 0);
-    QCOMPARE(names, QStringLiteral("missing locked unreadable unlisted").split(u' '));
+    QStringList told;
+    for (const Issue &issue : summary.report.issues())
+        told << QLatin1String(issue.what).mid(22) + u' ' + issue.where.section(u'/', -1);
+    told.sort();
+    QCOMPARE(told, (QStringList{u"ABSENT unlisted"_qs, u"LOCKED locked"_qs, u"LOST missing"_qs,
+                                u"NOT_READ unreadable"_qs, u"NOT_WRITTEN unwritable"_qs}));
+    QVERIFY(summary.report.count(IssueKind::Refused) == 1 && summary.report.count(IssueKind::Absent) == 1);
     QCOMPARE(folder.files().size(), 1);
 
     const MessageSource source = openLocalMessages(folder.path());
@@ -165,7 +170,7 @@ void TestStoredAttachments::laterBackupCompletes()
     // The same file under another GUID, as another backup may have it.
     attachment->guid = QStringLiteral("EF56AB78");
     files.contents[attachment->source.relativePath] = "content";
-    const MessageSaveSummary summary = saveMessages(made.refs, &files, folder.path(), QString(), progress);
+    const SavedMessages summary = saveMessages(made.refs, &files, folder.path(), QString(), progress);
     QCOMPARE(summary.merged, 1);
     QCOMPARE(summary.attachmentsCopied, 1);
     QCOMPARE(folder.files(), QStringList{QStringLiteral("Attachments/ab/12/AB12CD34/a.jpg")});

@@ -1,3 +1,4 @@
+#include "base/app_folders.h"
 #include "base/texts.h"
 #include "resources/resources.h"
 #include "sqlite/sqlite3_db.h"
@@ -13,6 +14,8 @@
 #include "work/progress_form.h"
 
 #include <QAction>
+#include <QCheckBox>
+#include <QComboBox>
 #include <QDirIterator>
 #include <QLabel>
 #include <QLineEdit>
@@ -70,6 +73,8 @@ private slots:
     void conversationsExport();
     void textsAreSearched();
     void singleMessagesAreChosen();
+    void newerVersionsAreTakenUnlessTheBoxIsCleared_data();
+    void newerVersionsAreTakenUnlessTheBoxIsCleared();
     void savedAndDeletedInALocalDatabase();
     void attachmentsAreSaved();
     void selectionIsPrinted();
@@ -197,6 +202,52 @@ void TestDataViews::singleMessagesAreChosen()
     QCOMPARE(form.exportAction()->text(), QStringLiteral("Export 1 conversation"));
 }
 
+void TestDataViews::newerVersionsAreTakenUnlessTheBoxIsCleared_data()
+{
+    QTest::addColumn<bool>("cleared");
+    QTest::addColumn<int>("edited");
+    QTest::newRow("as offered") << false << 1;
+    QTest::newRow("cleared") << true << 0;
+}
+
+void TestDataViews::newerVersionsAreTakenUnlessTheBoxIsCleared()
+{
+    QFETCH(bool, cleared);
+    QTemporaryDir home;
+    qputenv("HOME", home.path().toUtf8());
+    forgetAppDataFolder();
+    const SampleBackup sample;
+    for (const bool first : {true, false}) {
+        if (!first) {
+            const SampleFile &stored =
+                *sample.summary().file(QStringLiteral("HomeDomain"), QStringLiteral("Library/SMS/sms.db"));
+            Sqlite3DB db;
+            db.openThrow(sample.folder() + u'/' + stored.fileId.left(2) + u'/' + stored.fileId,
+                         SqliteOpen::ReadWrite);
+            QVERIFY(db.exec(QStringLiteral("update message set text='edited' where rowid=1")));
+        }
+        SMSMainForm form({sample.opened()});
+        form.show();
+        QTRY_VERIFY(isLoaded(form));
+        listOf(form)->selectAll();
+        const AnswerBox done;
+        const OnModal<QDialog> save([&](QDialog &dialog) {
+            dialog.findChild<QComboBox *>(QStringLiteral("cbDatabases"))->setEditText(QStringLiteral("Mine"));
+            auto *newer = dialog.findChild<QCheckBox *>(QStringLiteral("ckUpdate"));
+            QVERIFY(newer->isVisible() && newer->isChecked());
+            newer->setChecked(!cleared);
+            dialog.accept();
+        });
+        form.saveAction()->trigger();
+        QTRY_VERIFY(done.wasShown());
+    }
+    Sqlite3DB store;
+    store.openThrow(localDatabasesFolder().filePath(QStringLiteral("Mine/messages.db")));
+    Sqlite3Cursor row = store.queryThrow(QStringLiteral("select count(*) from message where text='edited'"));
+    QVERIFY(row.moveNext());
+    QTEST(row.getInt(0), "edited");
+}
+
 void TestDataViews::savedAndDeletedInALocalDatabase()
 {
     const SampleBackup sample;
@@ -273,12 +324,18 @@ void TestDataViews::selectionIsPrinted()
 void TestDataViews::damageIsTold()
 {
     const SampleBackup sample;
+    {
+        const SampleFile &stored =
+            *sample.summary().file(QStringLiteral("HomeDomain"), QStringLiteral("Library/SMS/sms.db"));
+        Sqlite3DB db;
+        db.openThrow(sample.folder() + u'/' + stored.fileId.left(2) + u'/' + stored.fileId,
+                     SqliteOpen::ReadWrite);
+        QVERIFY(db.exec(QStringLiteral("update message set text=NULL, attributedBody=x'00' where rowid=1")));
+    }
     SMSMainForm form({sample.opened()});
     form.show();
     QTRY_VERIFY(isLoaded(form));
-    // One body of the sample is stored in a form that nobody can read.
-    QVERIFY(sample.summary().counts.unreadableBodies > 0);
-    QVERIFY(labelText(form, "lbNotice").contains(QStringLiteral("could not be read")));
+    QVERIFY(labelText(form, "lbNotice").contains(QStringLiteral("cannot be read")));
     const AnswerBox box;
     form.findChild<QToolButton *>(QStringLiteral("btnNoticeDetails"))->click();
     QVERIFY(box.text().contains(labelText(form, "lbNotice")));

@@ -69,15 +69,16 @@ void TestMessageWorkers::savesFromABackup()
     const auto messages = loaded();
     const int count = m_sample.summary().counts.listedMessages;
     for (const qint64 added : {count, 0}) {
-        BackupMMSThread worker(everything(*messages), messages, m_backup, folder.path());
+        BackupMMSThread worker(everything(*messages), messages, m_backup, folder.path(),
+                               ChangedMessages::Keep);
         RecordingReceiver receiver;
         const QString said = saidBy(worker, receiver);
         QVERIFY2(said.startsWith(QStringLiteral("done: Successfully backup %1 messages.").arg(count)),
                  qPrintable(said));
         QCOMPARE(receiver.lastStatus, QStringLiteral("Backing up Messages now. Please wait..."));
-        QCOMPARE(worker.summary().added, added);
-        QCOMPARE(worker.summary().handled(), count);
-        QCOMPARE(worker.summary().attachmentsCopied > 0, added > 0);
+        QCOMPARE(worker.saved().added, added);
+        QCOMPARE(worker.saved().handled(), count);
+        QCOMPARE(worker.saved().attachmentsCopied > 0, added > 0);
     }
 }
 
@@ -86,7 +87,8 @@ void TestMessageWorkers::deletes()
     const QTemporaryDir folder;
     const auto messages = loaded();
     NoProgress nobody;
-    const qint64 count = backUpMessages(everything(*messages), m_backup, folder.path(), nobody).added;
+    const qint64 count =
+        backUpMessages(everything(*messages), m_backup, folder.path(), ChangedMessages::Keep, nobody).added;
     DeleteMMSThread worker(folder.path(), {1, 2, 3, 2});
     RecordingReceiver receiver;
     QCOMPARE(saidBy(worker, receiver), QStringLiteral("done: Successfully Deleted 3 Messages."));
@@ -103,15 +105,19 @@ void TestMessageWorkers::deletes()
 
 void TestMessageWorkers::saysWhatWasLeftOut()
 {
-    MessageSaveSummary summary;
+    SavedMessages summary;
     summary.added = 2;
     summary.merged = 1;
     QCOMPARE(messageSaveText(summary), QStringLiteral("Successfully backup 3 messages."));
-    summary.refused << QStringLiteral("G-1: taken");
-    summary.missingAttachments << QStringLiteral("a.jpg: gone");
-    QCOMPARE(messageSaveText(summary),
-             QStringLiteral("Successfully backup 3 messages.\n\n1 messages could not be saved:\n- G-1: taken"
-                            "\n\n1 attachments are not in the backup and were left out:\n- a.jpg: gone"));
+    summary.report.add({.kind = IssueKind::Absent,
+                        .what = "IDS_ISSUE_ATTACHMENTS_ABSENT",
+                        .where = QStringLiteral("a.jpg")});
+    summary.report.add({.kind = IssueKind::LeftOut, .what = "IDS_ISSUE_EQUAL_MESSAGES", .count = 2});
+    QCOMPARE(
+        messageSaveText(summary),
+        QStringLiteral("Successfully backup 3 messages.\n\n2 messages are equal to others in text, second, "
+                       "sender and direction and were stored once\n\n1 attachment is not in the backup: "
+                       "a.jpg"));
 }
 
 QTEST_GUILESS_MAIN(TestMessageWorkers)

@@ -113,16 +113,16 @@ void TestRecordThreads::savingTells()
     QFETCH(QString, success);
     Reports reports;
     QTemporaryDir folder;
-    SaveResult result;
+    SaveReport result;
     withRecords(source(), reports, [&](PersonalSource &records) {
         result = saveRecords(dataClass, records, Scope::Usual, folder.filePath(QStringLiteral("a")), reports);
     });
-    QVERIFY(result.handled > 1);
-    QCOMPARE(result.added + result.merged, result.handled);
+    QVERIFY(result.handled() > 1);
+    QCOMPARE(result.added + result.merged, result.handled());
     QCOMPARE(reports.statuses, QSet<QString>{status});
     QVERIFY2(reports.details.first().startsWith(counter), qPrintable(reports.details.first()));
     const auto worker = makeBackupThread(dataClass, source(), folder.filePath(QStringLiteral("b")));
-    QStringList told{QStringLiteral("done: ") + success.arg(result.handled)};
+    QStringList told{QStringLiteral("done: ") + success.arg(result.handled())};
     told += sentencesOf(result.report);
     if (told.size() > 1)
         told.insert(1, QString());
@@ -199,9 +199,9 @@ void TestRecordThreads::stopLeavesTheStore()
     QTemporaryDir folder;
     const OpenBackupPtr backup = m_sample->opened();
     StopAfter stop(3);
-    QVERIFY_EXCEPTION_THROWN(
-        saveRecords(dataClass, *openDeviceRecords(backup->manifest(), QString()), Scope::Usual, folder.path(), stop),
-        Cancelled);
+    QVERIFY_EXCEPTION_THROWN(saveRecords(dataClass, *openDeviceRecords(backup->manifest(), QString()),
+                                         Scope::Usual, folder.path(), stop),
+                             Cancelled);
     QCOMPARE(openLocalRecords(folder.path())->count(dataClass, heard), 0);
 }
 

@@ -210,14 +210,16 @@ void TestWorkers::exportStopsWithoutHalfAFile()
 
 void TestWorkers::exportTextNamesWhatIsMissing()
 {
-    MessageExportSummary summary;
-    summary.written = 7;
-    QCOMPARE(messageExportText(summary), QStringLiteral("Successfully extracted 7 Messages."));
+    ExportedMessages exported;
+    exported.report.done = 7;
+    QCOMPARE(messageExportText(exported), QStringLiteral("Successfully extracted 7 Messages."));
     for (int i = 1; i <= 7; ++i)
-        summary.missingAttachments << QStringLiteral("IMG_%1.JPG: not in the backup").arg(i);
-    const QString text = messageExportText(summary);
-    QVERIFY(text.startsWith(QStringLiteral("Successfully extracted 7 Messages.\n\n7 ")));
-    QVERIFY(text.contains(QStringLiteral("IMG_5.JPG: not in the backup")));
+        exported.report.add({.kind = IssueKind::Absent,
+                             .what = "IDS_ISSUE_ATTACHMENTS_ABSENT",
+                             .where = QStringLiteral("IMG_%1.JPG").arg(i)});
+    const QString text = messageExportText(exported);
+    QVERIFY(text.startsWith(QStringLiteral("Successfully extracted 7 Messages.\n\n7 attachments ")));
+    QVERIFY(text.contains(QStringLiteral("IMG_5.JPG")));
     QVERIFY(!text.contains(QStringLiteral("IMG_6.JPG")));
     QVERIFY(text.endsWith(QStringLiteral("and 2 more")));
 }
