@@ -5,6 +5,8 @@
 #include "messages/message_source.h"
 #include "personal/personal_source.h"
 #include "views/icons.h"
+#include "views/record_roles.h"
+#include "work/shown_text.h"
 
 #include <QFileInfo>
 
@@ -119,15 +121,11 @@ QVariant BkNode::data(int role) const
 {
     switch (role) {
     case Qt::DisplayRole:
-        return m_label.simplified();
+        return m_label.left(longestShown).simplified();
     case Qt::DecorationRole:
         return listIcon(iconOf(m_kind));
     case Qt::ToolTipRole:
-        if (m_backup)
-            return QStringLiteral("<p>%1<br/>%2</p>")
-                .arg(m_label.toHtmlEscaped(), m_backup->info().folder.toHtmlEscaped());
-        return m_folder.isEmpty() ? QVariant()
-                                  : QVariant(QStringLiteral("<p>%1</p>").arg(m_folder.toHtmlEscaped()));
+        return toolTipOf(m_backup ? m_label + QLatin1Char('\n') + m_backup->info().folder : m_folder);
     default:
         return {};
     }
@@ -156,8 +154,9 @@ BkNode *ItemModelBK::addBackup(const OpenBackupPtr &backup, const std::optional<
     return added;
 }
 
-void ItemModelBK::setCounts(const BkNode *backup, const BackupCounts &counts)
+void ItemModelBK::setLoaded(BkNode *backup, const BackupCounts &counts)
 {
+    backup->m_isLoaded = true;
     for (const auto &child : backup->children()) {
         auto *node = static_cast<BkNode *>(child.get());
         for (const auto &[kind, label] : backupClasses)

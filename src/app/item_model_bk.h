@@ -44,6 +44,8 @@ public:
 
     /// Of a Backup node; null otherwise.
     const OpenBackupPtr &backup() const { return m_backup; }
+    /// Of a Backup node: its index was built and its classes were counted since the program started.
+    bool isLoaded() const { return m_isLoaded; }
     /// Of a LocalDatabase node: its folder. Of a MessageFile node: the file.
     const QString &folder() const { return m_folder; }
 
@@ -53,6 +55,7 @@ private:
     NodeKind m_kind;
     QString m_label;
     OpenBackupPtr m_backup;
+    bool m_isLoaded = false;
     QString m_folder;
 };
 
@@ -75,10 +78,11 @@ class ItemModelBK : public AbsTreeItemModel
 public:
     explicit ItemModelBK(QObject *parent = nullptr);
 
-    /// Without counts the classes show that they were not counted yet.
+    /// A backup that is not loaded yet, with the counts of the last time. Without any the classes show that they
+    /// were not counted yet.
     BkNode *addBackup(const OpenBackupPtr &backup, const std::optional<BackupCounts> &counts);
-    /// Brings the counts of a backup's classes up to date.
-    void setCounts(const BkNode *backup, const BackupCounts &counts);
+    /// Takes what loading the backup has counted.
+    void setLoaded(BkNode *backup, const BackupCounts &counts);
     /// Adds the node of a local database, or brings the counts of the one that is there up to date.
     BkNode *addLocalDatabase(const QString &folder);
     /// Adds the node of a message database that was opened by hand; gives the node of its messages.

@@ -2,6 +2,7 @@
 
 #include "app/item_model_bk.h"
 #include "app/my_tree_view.h"
+#include "app/start_page.h"
 #include "app/view_stack.h"
 #include "app/web_pages.h"
 #include "base/app_folders.h"
@@ -12,6 +13,7 @@
 #include "views/load_itunes_backup_dlg.h"
 #include "views/local_database_dlg.h"
 #include "work/count_messages_thread.h"
+#include "work/elided_label.h"
 #include "work/make_sample_thread.h"
 #include "work/message_boxes.h"
 #include "work/record_threads.h"
@@ -21,7 +23,6 @@
 #include <QAction>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 
@@ -41,6 +42,7 @@ MainWindow::MainWindow(const QStringList &roots, QWidget *parent)
     resize(firstSize);
 
     connect(m_tree, &QAbstractItemView::clicked, this, &MainWindow::bkSelected);
+    connect(m_tree, &QAbstractItemView::activated, this, &MainWindow::bkSelected);
     connect(m_tree, &MyTreeView::createContextMenu, this, &MainWindow::mainTreeContext);
     connect(m_tree, &MyTreeView::onSelectionChanged, this, &MainWindow::mainTreeSelected);
     listLoadedBackups();
@@ -107,23 +109,40 @@ void MainWindow::makeSample()
         loadBackup(folder);
 }
 
-void MainWindow::bkSelected(const QModelIndex &index)
+void MainWindow::bkSelected(const QModelIndex &)
 {
-    BkNode *node = m_model->bkNode(index);
+    showCurrent();
+    if (needsLoading(currentNode()))
+        loadSoon();
+}
+
+// Not from within the change of the selection: a dialog may come up.
+void MainWindow::loadSoon()
+{
+    QMetaObject::invokeMethod(this, &MainWindow::loadSelected, Qt::QueuedConnection);
+}
+
+void MainWindow::showCurrent()
+{
+    BkNode *node = currentNode();
     const DataSource source = m_model->sourceOf(node);
-    const bool isLate = needsLoading(node);
-    m_views->showNode(isLate ? source.backup : node, source);
-    if (isLate) // not from within the change of the selection: a dialog may come up
-        QMetaObject::invokeMethod(this, &MainWindow::loadSelected, Qt::QueuedConnection);
+    m_start->setOffer(m_backupsFound || !m_model->backupsRoot()->children().empty()
+                          ? StartPage::Offer::LoadOnly
+                          : StartPage::Offer::LoadOrSample);
+    m_views->showNode(needsLoading(node) ? source.backup : node, source);
     const BkNode *shown = source.node();
-    setWindowTitle(shown ? QStringLiteral("%1 (%2)").arg(applicationTitle(), shown->label())
+    setWindowTitle(shown ? QStringLiteral("%1 (%2)").arg(applicationTitle(),
+                                                         shown->data(Qt::DisplayRole).toString())
                          : applicationTitle());
     syncWithView();
 }
 
+// Whoever walks through the tree by its keys, or wants a menu, is not asked for a password.
 void MainWindow::mainTreeSelected(const QItemSelection &, const QItemSelection &)
 {
-    bkSelected(m_tree->currentIndex());
+    showCurrent();
+    if (needsLoading(currentNode()) && !isLocked(currentNode()))
+        loadSoon();
 }
 
 // The window's own actions follow those of the view that is shown.
@@ -153,7 +172,9 @@ void MainWindow::syncWithView()
     m_search->setToolTip(textFor(view ? "IDS_SEARCH" : "IDS_WHY_NOTHING_TO_SEARCH"));
     m_reload->setEnabled(view != nullptr);
     if (!view) {
-        m_status->setText(source.backup ? source.backup->label() : QString());
+        m_status->setText(isLocked(currentNode()) ? textFor("IDS_STATUS_LOCKED")
+                          : source.backup         ? source.backup->label()
+                                                  : QString());
         return;
     }
     const QString name = source.node()->label();
@@ -196,8 +217,8 @@ void MainWindow::forgetViews(const BkNode *source)
     m_views->forget(source);
 }
 
-// A local database that is new shows at once, and the others with what they hold now. What was saved out of a
-// backup leads to where it is kept.
+// A local database that is new shows at once, and the others with what they hold now. The view stays: there may be
+// more to save.
 BkNode *MainWindow::onStoreChanged(const QString &folder)
 {
     BkNode *database = m_model->addLocalDatabase(folder);
@@ -208,8 +229,6 @@ BkNode *MainWindow::onStoreChanged(const QString &folder)
         if (node != currentNode())
             m_views->forget(node);
     }
-    if (!m_model->sourceOf(currentNode()).localDatabase)
-        m_tree->setCurrentIndex(m_model->indexOf(database));
     return database;
 }
 
@@ -261,7 +280,7 @@ void MainWindow::miRemoveLocalDb()
     showInformationBox(textFor("IDS_REMOVE_LOCALDB_SUC"));
     forgetViews(database);
     m_model->removeNode(database);
-    bkSelected(m_tree->currentIndex());
+    showCurrent();
 }
 
 void MainWindow::miOpenAppFolder()

@@ -7,9 +7,10 @@
 class BkNode;
 class ItemModelBK;
 class MyTreeView;
+class ElidedLabel;
 class QItemSelection;
-class QLabel;
 class QModelIndex;
+class StartPage;
 class ViewStack;
 
 /// The program's one window: the data sources on the left, the view of what is selected there on the right,
@@ -46,6 +47,7 @@ public slots:
     void miHome();
 
 private slots:
+    /// What was clicked, or chosen by Enter: loads it first when it needs that, asking for a password.
     void bkSelected(const QModelIndex &index);
     void mainTreeContext();
     void mainTreeSelected(const QItemSelection &selected, const QItemSelection &deselected);
@@ -66,14 +68,17 @@ private:
     QAction *addUnavailable(const char *text, const char *icon, const char *why);
     void listLoadedBackups();
     bool needsLoading(BkNode *node) const;
-    bool ensureLoaded(const BkNode *backup);
-    void showCounts(const BkNode *backup, const struct BackupCounts &counts);
+    bool isLocked(BkNode *node) const;
+    bool ensureLoaded(BkNode *backup);
+    void showCounts(BkNode *backup, const struct BackupCounts &counts);
     bool confirmClearing(const QString &question, qint64 bytes);
     void listLocalDatabases();
     void forgetViews(const BkNode *source);
     BkNode *onStoreChanged(const QString &folder);
     void askForCards(QString folder);
     BkNode *currentNode() const;
+    void showCurrent();
+    void loadSoon();
     void syncWithView();
     void follow(QAction *own, QAction *theirs, const char *whyNot);
     void focusFilter();
@@ -84,7 +89,9 @@ private:
     bool m_loadingSelected = false;
     MyTreeView *m_tree = nullptr;
     ViewStack *m_views = nullptr;
-    QLabel *m_status = nullptr;
+    ElidedLabel *m_status = nullptr;
+    StartPage *m_start = nullptr;
+    bool m_backupsFound = false; // when the program started
     QList<QMetaObject::Connection> m_followed; // what is heard of the view that is shown
     QAction *m_load = nullptr;
     QAction *m_openFolder = nullptr;

@@ -47,7 +47,12 @@ void MainWindow::listLoadedBackups()
 bool MainWindow::needsLoading(BkNode *node) const
 {
     const BkNode *backup = m_model->sourceOf(node).backup;
-    return backup && backup != node && !backup->backup()->manifest().hasIndex();
+    return backup && backup != node && !backup->isLoaded();
+}
+
+bool MainWindow::isLocked(BkNode *node) const
+{
+    return needsLoading(node) && !m_model->sourceOf(node).backup->backup()->manifest().isUnlocked();
 }
 
 bool MainWindow::loadBackup(const QString &folder)
@@ -62,7 +67,7 @@ bool MainWindow::loadBackup(const QString &folder)
         clearCacheOf(uid);
         return false;
     }
-    const BkNode *node = m_model->addBackup(loaded->backup, loaded->counts);
+    BkNode *node = m_model->addBackup(loaded->backup, loaded->counts);
     m_list.addBackup(uid, loaded->backup->info().folder);
     showCounts(node, loaded->counts);
     m_tree->expandAll();
@@ -71,15 +76,15 @@ bool MainWindow::loadBackup(const QString &folder)
     return true;
 }
 
-void MainWindow::showCounts(const BkNode *backup, const BackupCounts &counts)
+void MainWindow::showCounts(BkNode *backup, const BackupCounts &counts)
 {
-    m_model->setCounts(backup, counts);
+    m_model->setLoaded(backup, counts);
     m_list.setCounts(backupUid(backup->backup()->info().folder), countsByName(counts));
 }
 
-bool MainWindow::ensureLoaded(const BkNode *backup)
+bool MainWindow::ensureLoaded(BkNode *backup)
 {
-    if (backup->backup()->manifest().hasIndex())
+    if (backup->isLoaded())
         return true;
     const std::optional<BackupCounts> counts = loadForUser(backup->backup(), this);
     if (counts)
@@ -93,11 +98,11 @@ void MainWindow::loadSelected()
     if (m_loadingSelected || !needsLoading(node))
         return;
     m_loadingSelected = true;
-    const BkNode *backup = m_model->sourceOf(node).backup;
+    BkNode *backup = m_model->sourceOf(node).backup;
     if (!ensureLoaded(backup))
         m_tree->setCurrentIndex(m_model->indexOf(backup));
     m_loadingSelected = false;
-    bkSelected(m_tree->currentIndex());
+    showCurrent();
 }
 
 void MainWindow::miUnmountBackup()
@@ -106,7 +111,7 @@ void MainWindow::miUnmountBackup()
     if (source.messageFile) {
         forgetViews(source.messageFile);
         m_model->removeNode(source.messageFile);
-        bkSelected(m_tree->currentIndex());
+        showCurrent();
         return;
     }
     BkNode *node = source.backup;
@@ -118,7 +123,7 @@ void MainWindow::miUnmountBackup()
     m_model->removeNode(node);
     m_list.removeBackup(uid);
     backup->manifest().retireCache();
-    bkSelected(m_tree->currentIndex());
+    showCurrent();
     auto worker = std::make_unique<ClearCacheThread>(uid, std::vector<OpenBackupPtr>(), QString());
     removeOpenedFiles(uid);
     if (cacheSizeOf(uid) > 0)
@@ -127,7 +132,7 @@ void MainWindow::miUnmountBackup()
 
 void MainWindow::miCacheMessages()
 {
-    const BkNode *node = m_model->sourceOf(currentNode()).backup;
+    BkNode *node = m_model->sourceOf(currentNode()).backup;
     if (!node || !ensureLoaded(node))
         return;
     auto worker = std::make_unique<ITunesCacheSMSThread>(node->backup());

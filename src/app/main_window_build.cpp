@@ -10,6 +10,7 @@
 #include "base/shell.h"
 #include "base/texts.h"
 #include "views/data_view.h"
+#include "work/elided_label.h"
 
 #include <QAction>
 #include <QLabel>
@@ -140,11 +141,11 @@ void MainWindow::buildCentre()
     m_tree->setAccessibleName(textFor("IDS_ACC_SOURCES"));
     m_tree->setModel(m_model);
     m_tree->addAction(m_removeLocalDb);
-    const bool anyBackup = !m_list.backups().isEmpty() || !listBackups(m_roots).isEmpty();
-    auto *start = new StartPage(anyBackup ? StartPage::Offer::LoadOnly : StartPage::Offer::LoadOrSample);
-    connect(start, &StartPage::loadRequested, this, &MainWindow::miLoadiTunesBackup);
-    connect(start, &StartPage::sampleRequested, this, &MainWindow::makeSample);
-    m_views = new ViewStack(start);
+    m_backupsFound = !m_list.backups().isEmpty() || !listBackups(m_roots).isEmpty();
+    m_start = new StartPage(m_backupsFound ? StartPage::Offer::LoadOnly : StartPage::Offer::LoadOrSample);
+    connect(m_start, &StartPage::loadRequested, this, &MainWindow::miLoadiTunesBackup);
+    connect(m_start, &StartPage::sampleRequested, this, &MainWindow::makeSample);
+    m_views = new ViewStack(m_start);
     connect(m_views, &ViewStack::storeChanged, this, &MainWindow::onStoreChanged);
     connect(m_views, &ViewStack::importRequested, this, &MainWindow::askForCards);
     auto *splitter = new QSplitter;
@@ -160,9 +161,8 @@ void MainWindow::buildCentre()
 void MainWindow::buildStatusBar()
 {
     statusBar()->setStyleSheet(QStringLiteral("QStatusBar::item{border: 0px}"));
-    m_status = new QLabel;
+    m_status = new ElidedLabel;
     m_status->setObjectName(QStringLiteral("lbStatus"));
-    m_status->setTextFormat(Qt::PlainText);
     m_status->setContentsMargins(8, 0, 0, 0);
     statusBar()->addWidget(m_status, 1);
     auto *link = new QLabel(

@@ -3,6 +3,7 @@
 #include "app/app_style.h"
 #include "app/end_signals.h"
 #include "app/main_window.h"
+#include "app/start_arguments.h"
 #include "backup/backup_info.h"
 #include "backup/leftovers.h"
 #include "base/app_folders.h"
@@ -28,6 +29,8 @@ int runApplication(int &argc, char **argv)
 {
     keepToOwner();
     initResources();
+    if (const std::optional<int> status = answerArguments(argc, argv))
+        return *status;
     const QString lessProtected = prepareWebViews();
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("quillbarrow"));

@@ -487,29 +487,30 @@
         <source>IDS_INVALID_PASSWORD</source>
         <translation>Invalid password.</translation>
     </message>
-    <message>
-        <source>IDS_%1_CONVERSATIONS</source>
-        <translation>%1 conversations</translation>
+    <message numerus="yes">
+        <source>IDS_CONVERSATION_COUNT</source>
+        <translation>
+            <numerusform>%Ln conversation</numerusform>
+            <numerusform>%Ln conversations</numerusform>
+        </translation>
     </message>
-    <message>
-        <source>IDS_ONE_CONVERSATION</source>
-        <translation>%1 conversation</translation>
-    </message>
-    <message>
-        <source>IDS_%1_FILES</source>
-        <translation>%1 files</translation>
+    <message numerus="yes">
+        <source>IDS_FILE_COUNT</source>
+        <translation>
+            <numerusform>%Ln file</numerusform>
+            <numerusform>%Ln files</numerusform>
+        </translation>
     </message>
     <message>
         <source>IDS_%1_MATCHES</source>
         <translation>%1 found</translation>
     </message>
-    <message>
-        <source>IDS_%1_MESSAGES</source>
-        <translation>%1 messages</translation>
-    </message>
-    <message>
-        <source>IDS_ONE_MESSAGE</source>
-        <translation>%1 message</translation>
+    <message numerus="yes">
+        <source>IDS_MESSAGE_COUNT</source>
+        <translation>
+            <numerusform>%Ln message</numerusform>
+            <numerusform>%Ln messages</numerusform>
+        </translation>
     </message>
     <message>
         <source>IDS_%1_SELECTED_%2</source>
@@ -598,13 +599,12 @@
         <source>IDS_EXPORT</source>
         <translation>Export</translation>
     </message>
-    <message>
-        <source>IDS_EXPORT_%1_ITEMS</source>
-        <translation>Export %1 items</translation>
-    </message>
-    <message>
-        <source>IDS_EXPORT_ONE_ITEM</source>
-        <translation>Export 1 item</translation>
+    <message numerus="yes">
+        <source>IDS_EXPORT_ITEMS</source>
+        <translation>
+            <numerusform>Export %Ln item</numerusform>
+            <numerusform>Export %Ln items</numerusform>
+        </translation>
     </message>
     <message>
         <source>IDS_EXPORT_%1</source>
@@ -876,6 +876,25 @@
         <translation>iOS %1</translation>
     </message>
     <message>
+        <source>IDS_WINDOW_USAGE</source>
+        <translation>Usage: quillbarrow [OPTION]
+
+Opens the window in which the backups of iPhones and iPads are looked at and copied out.
+
+  -h, --help     print this help and end
+  -v, --version  print the version and end
+
+What the window does, quillbarrow-cli does without one: see quillbarrow-cli --help.</translation>
+    </message>
+    <message>
+        <source>IDS_UNKNOWN_ARGUMENT_%1</source>
+        <translation>quillbarrow: %1 is no option. See quillbarrow --help.</translation>
+    </message>
+    <message>
+        <source>IDS_STATUS_LOCKED</source>
+        <translation>Locked. Click or press Enter to open it with its password.</translation>
+    </message>
+    <message>
         <source>IDS_LOADING_MESSAGES</source>
         <translation>Loading messages...</translation>
     </message>
@@ -914,6 +933,10 @@
     <message>
         <source>IDS_NO_BACKUP_FOUND</source>
         <translation>No iTunes Backup was found.</translation>
+    </message>
+    <message>
+        <source>IDS_NO_OTHER_BACKUP_FOUND</source>
+        <translation>No other iTunes Backup was found.</translation>
     </message>
     <message>
         <source>IDS_NO_BACKUP_FOUND_HINT</source>
@@ -1737,17 +1760,23 @@
         <source>IDS_DELETE</source>
         <translation>Delete</translation>
     </message>
-    <message>
-        <source>IDS_DELETE_%1_RECORDS</source>
-        <translation>Delete %1 records</translation>
+    <message numerus="yes">
+        <source>IDS_DELETE_RECORDS</source>
+        <translation>
+            <numerusform>Delete %Ln record</numerusform>
+            <numerusform>Delete %Ln records</numerusform>
+        </translation>
     </message>
     <message>
         <source>IDS_EXPORT_ALL</source>
         <translation>Export all</translation>
     </message>
-    <message>
-        <source>IDS_EXPORT_%1_RECORDS</source>
-        <translation>Export %1 records</translation>
+    <message numerus="yes">
+        <source>IDS_EXPORT_RECORDS</source>
+        <translation>
+            <numerusform>Export %Ln record</numerusform>
+            <numerusform>Export %Ln records</numerusform>
+        </translation>
     </message>
     <message>
         <source>IDS_LOADING_RECORDS</source>
@@ -1796,14 +1825,6 @@
     <message>
         <source>IDS_NODE_BOOKMARKS_%1</source>
         <translation>Bookmarks(%1)</translation>
-    </message>
-    <message>
-        <source>IDS_EXPORT_ONE_RECORD</source>
-        <translation>Export 1 record</translation>
-    </message>
-    <message>
-        <source>IDS_DELETE_ONE_RECORD</source>
-        <translation>Delete 1 record</translation>
     </message>
     <message numerus="yes">
         <source>IDS_EVERYTHING_BRINGS_IN</source>

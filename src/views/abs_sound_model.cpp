@@ -2,6 +2,7 @@
 
 #include "base/texts.h"
 #include "views/record_table.h"
+#include "work/shown_text.h"
 
 #include <QGuiApplication>
 #include <QLocale>
@@ -44,7 +45,7 @@ QVariant AbsSoundModel::data(const QModelIndex &index, int role) const
     case Qt::DisplayRole:
         return text(index);
     case Qt::ToolTipRole:
-        return QStringLiteral("<p>%1</p>").arg(toolTip(index.row()).toHtmlEscaped());
+        return toolTipOf(toolTip(index.row()));
     case Qt::ForegroundRole:
         return file(index.row()) == FileCatalogue::none
                    ? QVariant(QGuiApplication::palette().color(QPalette::PlaceholderText))

@@ -2,6 +2,7 @@
 
 #include "base/shell.h"
 #include "base/texts.h"
+#include "work/shown_text.h"
 
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -13,7 +14,7 @@
 namespace {
 QLabel *valueLabel(const QString &text)
 {
-    auto *label = new QLabel(text);
+    auto *label = new QLabel(breakable(text));
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
@@ -45,13 +46,14 @@ BKDescForm::BKDescForm(const BackupInfo &backup, QWidget *parent) : QWidget(pare
     name->setStyleSheet(QStringLiteral("font-size:28px; font-style:italic; "));
     name->setTextFormat(Qt::PlainText);
     name->setWordWrap(true);
-    name->setToolTip(backup.displayName.toHtmlEscaped());
+    name->setToolTip(toolTipOf(backup.displayName));
     auto *picture = new QLabel;
     picture->setPixmap(QPixmap(QStringLiteral(":/res/bk_big.png")));
     picture->setAccessibleName(textFor("IDS_ROOT_BK"));
     auto *path = new QLabel(QStringLiteral("<a href=\"%1\">%2</a>")
-                                .arg(backup.folder.toHtmlEscaped(), backup.folder.toHtmlEscaped()));
+                                .arg(backup.folder.toHtmlEscaped(), breakable(backup.folder).toHtmlEscaped()));
     path->setObjectName(QStringLiteral("lbPath"));
+    path->setTextFormat(Qt::RichText);
     path->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
     path->setWordWrap(true);
     connect(path, &QLabel::linkActivated, this, &BKDescForm::openBackupFolder);

@@ -26,7 +26,7 @@ QString peopleText(const QStringList &people)
 
 QString messageCountText(qint64 count)
 {
-    return textFor(count == 1 ? "IDS_ONE_MESSAGE" : "IDS_%1_MESSAGES").arg(QLocale::system().toString(count));
+    return textFor("IDS_MESSAGE_COUNT", count);
 }
 
 QString daysText(const DateRange &days)

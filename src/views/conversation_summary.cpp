@@ -7,10 +7,10 @@
 #include "views/state_stack.h"
 #include "views/two_line_delegate.h"
 #include "work/elided_label.h"
+#include "work/shown_text.h"
 
 #include <QLabel>
 #include <QListView>
-#include <QLocale>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -134,9 +134,8 @@ void ConversationSummary::showConversations(const std::vector<const _MsgChat *> 
     Gathered gathered = gather(chats, range);
     m_title->setText(chats.size() == 1
                          ? chatName(*chats.front(), Addresses::Without)
-                         : textFor("IDS_%1_CONVERSATIONS")
-                               .arg(QLocale::system().toString(static_cast<qint64>(chats.size()))));
-    m_people->setText(peopleText(gathered.people));
+                         : textFor("IDS_CONVERSATION_COUNT", static_cast<qint64>(chats.size())));
+    m_people->setText(breakable(peopleText(gathered.people)));
     m_people->setVisible(!gathered.people.isEmpty());
     m_facts->setText(factsText(gathered));
     m_model->setMessages(std::move(gathered.messages), std::move(owner));

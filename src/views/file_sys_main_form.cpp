@@ -1,8 +1,8 @@
 #include "views/file_sys_main_form.h"
 
 #include "base/texts.h"
-#include "views/counted_text.h"
 #include "views/item_model_file_sys.h"
+#include "views/local_number.h"
 #include "views/roomy_delegate.h"
 #include "views/state_stack.h"
 #include "views/view_header.h"
@@ -28,7 +28,7 @@ constexpr int filterDelayMs = 200;
 QString exportText(qint64 count)
 {
     return count == 0 ? textFor("IDS_EXPORT")
-                      : countedText("IDS_EXPORT_ONE_ITEM", "IDS_EXPORT_%1_ITEMS", count);
+                      : textFor("IDS_EXPORT_ITEMS", count);
 }
 } // namespace
 
@@ -113,7 +113,7 @@ void FileSysMainForm::onFilterApplied()
         m_states->showEmpty(textFor("IDS_NO_FILES"), textFor("IDS_NO_FILES_HINT"));
     m_header->setCount(m_model->isFiltered()
                            ? textFor("IDS_%1_MATCHES").arg(localNumber(m_model->rowCount()))
-                           : textFor("IDS_%1_FILES").arg(localNumber(m_model->fileCount())));
+                           : textFor("IDS_FILE_COUNT", m_model->fileCount()));
     refresh();
 }
 
@@ -132,7 +132,7 @@ void FileSysMainForm::refresh()
     setExportState(exportText(selected), selected == 0 ? textFor("IDS_WHY_SELECT_FILES") : QString());
     setStatus(
         textFor("IDS_%1_SELECTED_%2")
-            .arg(textFor("IDS_%1_FILES").arg(localNumber(m_model->fileCount())), localNumber(selected)));
+            .arg(textFor("IDS_FILE_COUNT", m_model->fileCount()), localNumber(selected)));
 }
 
 void FileSysMainForm::exportSelection()

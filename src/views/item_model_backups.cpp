@@ -2,6 +2,8 @@
 
 #include "base/texts.h"
 #include "views/icons.h"
+#include "views/record_roles.h"
+#include "work/shown_text.h"
 
 #include <QLocale>
 
@@ -33,12 +35,11 @@ QVariant ItemModelBackups::data(const QModelIndex &index, int role) const
     const BackupInfo &backup = m_backups.at(index.row());
     switch (role) {
     case Qt::DisplayRole:
-        return backup.displayName;
+        return backup.displayName.left(longestShown);
     case Qt::DecorationRole:
         return listIcon("tree_backup");
     case Qt::ToolTipRole:
-        return QStringLiteral("<p>%1<br/>%2</p>")
-            .arg(backup.displayName.toHtmlEscaped(), backup.folder.toHtmlEscaped());
+        return toolTipOf(backup.displayName + QLatin1Char('\n') + backup.folder);
     case Qt::AccessibleTextRole:
         return backup.displayName + QStringLiteral(", ") + description(backup);
     case DescriptionRole:

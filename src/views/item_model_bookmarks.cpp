@@ -2,6 +2,7 @@
 
 #include "base/texts.h"
 #include "views/icons.h"
+#include "work/shown_text.h"
 
 ItemModelBookmarks::ItemModelBookmarks(RecordsPtr records, QObject *parent)
     : QAbstractItemModel(parent), m_records(std::move(records))
@@ -67,7 +68,7 @@ QVariant ItemModelBookmarks::data(const QModelIndex &index, int role) const
         return index.column() == Title ? QVariant(listIcon(isFolder ? "tree_folder" : "tree_bookmarks"))
                                        : QVariant();
     case Qt::ToolTipRole:
-        return QStringLiteral("<p>%1</p>").arg(text.left(longestShown).toHtmlEscaped());
+        return toolTipOf(text);
     case RecordRole::Sort:
         return QString(QLatin1Char(isFolder ? '0' : '1') + text.toCaseFolded());
     case RecordRole::Search:

@@ -4,6 +4,7 @@
 #include "views/icons.h"
 #include "work/background_job.h"
 #include "work/find_files_thread.h"
+#include "work/shown_text.h"
 
 #include <QDateTime>
 #include <QLocale>
@@ -182,7 +183,7 @@ QVariant ItemModelFileSys::data(const QModelIndex &index, int role) const
     case Qt::DecorationRole:
         return index.column() != Name ? QVariant() : tree().isFolder(shown) ? m_folderIcon : m_fileIcon;
     case Qt::ToolTipRole:
-        return QStringLiteral("<p>%1</p>").arg(tree().path(shown).toHtmlEscaped());
+        return toolTipOf(tree().path(shown));
     case Qt::TextAlignmentRole:
         return QVariant::fromValue(
             (index.column() == Size || index.column() == Modified ? Qt::AlignRight : Qt::AlignLeft) |

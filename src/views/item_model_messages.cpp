@@ -3,6 +3,7 @@
 #include "base/apple_time.h"
 #include "base/texts.h"
 #include "export/message_text.h"
+#include "work/shown_text.h"
 
 #include <QDateTime>
 #include <QLocale>
@@ -41,8 +42,7 @@ QVariant ItemModelMessages::data(const QModelIndex &index, int role) const
     case Qt::AccessibleTextRole:
         return QString(headLine(ref) + QStringLiteral(": ") + summaryText(*ref.message));
     case Qt::ToolTipRole:
-        return QStringLiteral("<p style=\"white-space:pre-wrap\">%1</p>")
-            .arg(summaryText(*ref.message).left(2000).toHtmlEscaped());
+        return toolTipOf(summaryText(*ref.message));
     default:
         return {};
     }

@@ -3,6 +3,7 @@
 #include "personal/media_names.h"
 #include "work/background_job.h"
 #include "work/load_thumbnail_thread.h"
+#include "work/shown_text.h"
 
 #include <QDateTime>
 #include <QLocale>
@@ -55,7 +56,7 @@ QString ItemModelPhotoIcon::toolTip(int row) const
     const QString date = locale.toString(QDateTime::fromSecsSinceEpoch(catalogue().lastModified(item(row))),
                                          QLocale::LongFormat);
     const QString size = locale.formattedDataSize(static_cast<qint64>(catalogue().sizeBytes(item(row))));
-    return QStringLiteral("<p>%1<br/>%2<br/>%3</p>").arg(name(row).toHtmlEscaped(), date, size);
+    return toolTipOf(QStringList{name(row), date, size}.join(QLatin1Char('\n')));
 }
 
 QVariant ItemModelPhotoIcon::data(const QModelIndex &index, int role) const

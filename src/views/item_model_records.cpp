@@ -2,6 +2,7 @@
 
 #include "base/texts.h"
 #include "views/fonts.h"
+#include "work/shown_text.h"
 
 #include <QGuiApplication>
 #include <QHash>
@@ -81,11 +82,12 @@ QVariant ItemModelRecords::groupData(const Group &group, int column, int role) c
 {
     switch (role) {
     case Qt::DisplayRole:
-    case Qt::ToolTipRole:
         return column == 0 ? QStringLiteral("%1 (%2)").arg(
-                                 group.name.simplified(),
+                                 group.name.left(longestShown).simplified(),
                                  QLocale::system().toString(static_cast<qlonglong>(group.records.size())))
                            : QVariant();
+    case Qt::ToolTipRole:
+        return column == 0 ? toolTipOf(group.name) : QVariant();
     case Qt::FontRole:
         return strongFont(QGuiApplication::font());
     case RecordRole::Sort:
@@ -109,7 +111,7 @@ QVariant ItemModelRecords::data(const QModelIndex &index, int role) const
     case Qt::DecorationRole:
         return m_table.picture && index.column() == 0 ? m_table.picture(record) : QVariant();
     case Qt::ToolTipRole:
-        return QStringLiteral("<p>%1</p>").arg(column.text(record).left(longestShown).toHtmlEscaped());
+        return toolTipOf(column.text(record));
     case Qt::TextAlignmentRole:
         return QVariant::fromValue((column.alignRight ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
     case RecordRole::Sort:

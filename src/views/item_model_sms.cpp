@@ -3,6 +3,7 @@
 #include "base/apple_time.h"
 #include "base/texts.h"
 #include "views/face_picture.h"
+#include "work/shown_text.h"
 
 #include <QDateTime>
 #include <QGuiApplication>
@@ -46,7 +47,7 @@ QVariant ItemModelSms::data(const QModelIndex &index, int role) const
     case SearchRole:
         return QString(row.name + QLatin1Char('\n') + chatName(*row.chat, Addresses::With));
     case Qt::ToolTipRole:
-        return QStringLiteral("<p>%1</p>").arg(chatName(*row.chat, Addresses::With).toHtmlEscaped());
+        return toolTipOf(chatName(*row.chat, Addresses::With));
     case Qt::TextAlignmentRole:
         return QVariant::fromValue((isName ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter);
     default:

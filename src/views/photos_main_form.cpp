@@ -1,9 +1,9 @@
 #include "views/photos_main_form.h"
 
 #include "base/texts.h"
-#include "views/counted_text.h"
 #include "views/file_opener.h"
 #include "views/item_model_photo_icon.h"
+#include "views/local_number.h"
 #include "views/photo_grid.h"
 #include "views/state_stack.h"
 #include "views/view_header.h"
@@ -124,14 +124,14 @@ void PhotosMainForm::refresh()
     const qint64 selected = m_grid->selectionModel()->selectedIndexes().size();
     const bool isEmpty = m_model->rowCount() == 0;
     setExportState(selected == 0 ? textFor("IDS_EXPORT_ALL")
-                                 : countedText("IDS_EXPORT_ONE_ITEM", "IDS_EXPORT_%1_ITEMS", selected),
+                                 : textFor("IDS_EXPORT_ITEMS", selected),
                    isEmpty ? textFor("IDS_WHY_NOTHING_TO_EXPORT") : QString());
     m_open->setEnabled(selected == 1);
     m_open->setToolTip(textFor(selected == 1 ? "IDS_OPEN_ITEM" : "IDS_WHY_SELECT_ONE"));
     setStatus(m_model->total() == 0 ? noneText()
               : isEmpty             ? textFor("IDS_NOTHING_MATCHES")
                                     : textFor("IDS_%1_SELECTED_%2")
-                              .arg(textFor("IDS_%1_FILES").arg(localNumber(m_model->rowCount())),
+                              .arg(textFor("IDS_FILE_COUNT", m_model->rowCount()),
                                    localNumber(selected)));
 }
 

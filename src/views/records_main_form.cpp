@@ -7,6 +7,7 @@
 #include "views/item_model_bookmarks.h"
 #include "views/item_model_records.h"
 #include "views/local_database_dlg.h"
+#include "views/local_number.h"
 #include "views/month_grid.h"
 #include "views/record_filter.h"
 #include "views/roomy_delegate.h"
@@ -23,7 +24,6 @@
 #include <QHeaderView>
 #include <QIcon>
 #include <QLineEdit>
-#include <QLocale>
 #include <QSplitter>
 #include <QTreeView>
 #include <QVBoxLayout>
@@ -32,16 +32,6 @@ namespace {
 constexpr int listWidth = 480;
 constexpr int detailWidth = 360;
 constexpr int pictureSide = 32;
-
-QString number(qsizetype value)
-{
-    return QLocale::system().toString(static_cast<qlonglong>(value));
-}
-
-QString counted(const char *one, const char *many, qsizetype count)
-{
-    return count == 1 ? textFor(one) : textFor(many).arg(number(count));
-}
 } // namespace
 
 RecordsMainForm::RecordsMainForm(RecordSource source, DataClass dataClass, QWidget *parent)
@@ -274,10 +264,10 @@ void RecordsMainForm::refresh()
     const qsizetype shown = m_class == DataClass::Bookmarks
                                 ? countBookmarks(std::get<BookmarkTree>(*m_records))
                                 : m_proxy->recordCount();
-    m_header->setCount(number(shown));
+    m_header->setCount(localNumber(shown));
     setStatus(m_proxy->rowCount() == 0
                   ? textFor("IDS_NOTHING_MATCHES")
-                  : textFor("IDS_%1_SELECTED_%2").arg(number(shown), number(rows.size())));
+                  : textFor("IDS_%1_SELECTED_%2").arg(localNumber(shown), localNumber(rows.size())));
     showState({});
 }
 
@@ -286,13 +276,13 @@ void RecordsMainForm::showState(const QString &why)
     const qsizetype selected = m_records ? selectedRows().size() : 0;
     const bool exportsAll = m_class == DataClass::Bookmarks || selected == 0;
     setExportState(exportsAll ? textFor("IDS_EXPORT_ALL")
-                              : counted("IDS_EXPORT_ONE_RECORD", "IDS_EXPORT_%1_RECORDS", selected),
+                              : textFor("IDS_EXPORT_RECORDS", selected),
                    why);
     m_save->setEnabled(why.isEmpty());
     m_save->setToolTip(why.isEmpty() ? m_save->text() : why);
     const QString nothing = selected == 0 ? textFor("IDS_WHY_SELECT_RECORDS") : why;
     m_remove->setText(selected == 0 ? textFor("IDS_DELETE")
-                                    : counted("IDS_DELETE_ONE_RECORD", "IDS_DELETE_%1_RECORDS", selected));
+                                    : textFor("IDS_DELETE_RECORDS", selected));
     m_import->setEnabled(why.isEmpty() || m_records);
     m_remove->setEnabled(nothing.isEmpty());
     m_remove->setToolTip(nothing.isEmpty() ? m_remove->text() : nothing);
@@ -300,8 +290,9 @@ void RecordsMainForm::showState(const QString &why)
 
 RecordSelection RecordsMainForm::selection() const
 {
+    const QModelIndexList selected = selectedRows();
     QList<int> rows;
-    for (const QModelIndex &row : selectedRows())
+    for (const QModelIndex &row : selected.isEmpty() ? m_proxy->records() : selected)
         rows.append(row.data(RecordRole::Number).toInt());
     std::sort(rows.begin(), rows.end());
     const auto picked = [&](const auto &all) -> RecordSelection {
@@ -312,7 +303,7 @@ RecordSelection RecordsMainForm::selection() const
             List some;
             for (const int row : std::as_const(rows))
                 some.append(all.at(row));
-            return rows.isEmpty() ? all : some;
+            return some;
         }
     };
     return std::visit(picked, *m_records);

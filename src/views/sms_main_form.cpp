@@ -8,6 +8,7 @@
 #include "views/date_range_edit.h"
 #include "views/item_model_sms.h"
 #include "views/layout_memory.h"
+#include "views/local_number.h"
 #include "views/message_export_dlg.h"
 #include "views/notice_bar.h"
 #include "views/roomy_delegate.h"
@@ -23,7 +24,6 @@
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QListView>
-#include <QLocale>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QTreeView>
@@ -36,15 +36,9 @@ constexpr int listWidth = 320;
 constexpr int dateWidth = 88;
 constexpr int countWidth = 72;
 
-QString number(qint64 value)
-{
-    return QLocale::system().toString(value);
-}
-
 QString conversations(std::size_t count)
 {
-    return textFor(count == 1 ? "IDS_ONE_CONVERSATION" : "IDS_%1_CONVERSATIONS")
-        .arg(number(static_cast<qint64>(count)));
+    return textFor("IDS_CONVERSATION_COUNT", static_cast<qint64>(count));
 }
 
 /// What was left out of the messages that are shown, one sentence each.
@@ -344,7 +338,7 @@ void SMSMainForm::showCounts(std::size_t selected)
         searching ? textFor("IDS_SEARCHING")
         : shown == 0
             ? textFor("IDS_NOTHING_MATCHES")
-            : textFor("IDS_%1_SELECTED_%2").arg(conversations(shown), number(static_cast<qint64>(selected))));
+            : textFor("IDS_%1_SELECTED_%2").arg(conversations(shown), localNumber(static_cast<qint64>(selected))));
 }
 
 void SMSMainForm::exportSelection()

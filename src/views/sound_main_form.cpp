@@ -2,8 +2,8 @@
 
 #include "base/texts.h"
 #include "views/abs_sound_model.h"
-#include "views/counted_text.h"
 #include "views/file_opener.h"
+#include "views/local_number.h"
 #include "views/roomy_delegate.h"
 #include "views/sound_player.h"
 #include "views/state_stack.h"
@@ -184,7 +184,7 @@ void SoundMainForm::refresh()
     setStatus(shown == 0 ? textFor("IDS_NOTHING_MATCHES")
                          : textFor("IDS_%1_SELECTED_%2").arg(localNumber(shown), localNumber(selected)));
     setExportState(selected == 0 ? textFor("IDS_EXPORT_ALL")
-                                 : countedText("IDS_EXPORT_ONE_RECORD", "IDS_EXPORT_%1_RECORDS", selected),
+                                 : textFor("IDS_EXPORT_RECORDS", selected),
                    shown == 0 ? textFor("IDS_NOTHING_MATCHES") : QString());
     m_open->setEnabled(selected == 1);
     m_open->setToolTip(textFor(selected == 1 ? "IDS_OPEN_ITEM" : "IDS_WHY_SELECT_ONE"));

@@ -2,6 +2,7 @@
 
 #include "base/texts.h"
 #include "views/record_table.h"
+#include "work/shown_text.h"
 
 #include <QAudioOutput>
 #include <QHBoxLayout>
@@ -153,7 +154,7 @@ void SoundPlayer::play(const QString &path)
 
 void SoundPlayer::showProblem(const QString &text)
 {
-    m_problem->setText(text);
+    m_problem->setText(breakable(text));
     m_problem->show();
     m_position->setEnabled(false);
     showPlaying(false);

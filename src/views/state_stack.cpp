@@ -3,6 +3,7 @@
 #include "base/texts.h"
 #include "views/centred_column.h"
 #include "views/fonts.h"
+#include "work/shown_text.h"
 
 #include <QLabel>
 #include <QProgressBar>
@@ -81,7 +82,7 @@ void StateStack::showContent()
 void StateStack::showMessage(const QString &title, const QString &text, const QString &action)
 {
     m_title->setText(title);
-    m_text->setText(text);
+    m_text->setText(breakable(text));
     m_text->setVisible(!text.isEmpty());
     m_action->setText(action);
     m_action->setVisible(!action.isEmpty());
@@ -109,10 +110,10 @@ void StateStack::showLoading(const QString &text)
 void StateStack::setProgress(const QString &status, int percent, const QString &detail)
 {
     if (!status.isEmpty())
-        m_loading->setText(status);
+        m_loading->setText(breakable(status));
     if (percent >= 0) {
         m_bar->setRange(0, 100);
         m_bar->setValue(percent);
     }
-    m_loadingDetail->setText(detail);
+    m_loadingDetail->setText(breakable(detail));
 }

@@ -1,5 +1,7 @@
 #include "work/elided_label.h"
 
+#include "work/shown_text.h"
+
 #include <QEvent>
 #include <QHelpEvent>
 #include <QPainter>
@@ -51,7 +53,7 @@ bool ElidedLabel::event(QEvent *event)
 {
     if (event->type() == QEvent::ToolTip) {
         const auto *help = static_cast<QHelpEvent *>(event);
-        QToolTip::showText(help->globalPos(), isElided() ? text().toHtmlEscaped() : toolTip(), this);
+        QToolTip::showText(help->globalPos(), isElided() ? toolTipOf(text()) : toolTip(), this);
         return true;
     }
     return QLabel::event(event);

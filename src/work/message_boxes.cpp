@@ -1,6 +1,7 @@
 #include "work/message_boxes.h"
 
 #include "base/texts.h"
+#include "work/shown_text.h"
 #include "work/win_movable.h"
 
 #include <QApplication>
@@ -22,9 +23,26 @@ constexpr ButtonKind buttonKinds[] = {
     {BoxButton::Cancel, QMessageBox::Cancel, "IDS_CANCEL"},
 };
 
-void show(BoxIcon icon, const QString &text, Qt::TextFormat format = Qt::PlainText)
+// About what there is room for on a small screen.
+constexpr qsizetype longestText = 1600;
+constexpr qsizetype mostLines = 24;
+
+bool fits(const QString &text)
 {
-    MessageBox box(icon, text, BoxButton::Ok, QApplication::activeWindow(), format);
+    return text.size() <= longestText && text.count(QLatin1Char('\n')) < mostLines;
+}
+
+QString fitting(const QString &text)
+{
+    if (fits(text))
+        return breakable(text);
+    const QString beginning = text.section(QLatin1Char('\n'), 0, mostLines - 1).left(longestText);
+    return breakable(beginning) + QChar(0x2026);
+}
+
+void show(BoxIcon icon, const QString &text)
+{
+    MessageBox box(icon, text, BoxButton::Ok, QApplication::activeWindow());
     box.ask();
 }
 } // namespace
@@ -37,7 +55,9 @@ MessageBox::MessageBox(BoxIcon icon, const QString &text, BoxButtons buttons, QW
     setWindowTitle(textFor("IDS_PRODUCT_NAME"));
     setIconPixmap(boxPicture(icon, devicePixelRatioF()));
     setTextFormat(format);
-    setText(text);
+    setText(format == Qt::PlainText ? fitting(text) : text);
+    if (format == Qt::PlainText)
+        offerWhole(text);
     new WinMovable(this);
     for (const ButtonKind &kind : buttonKinds) {
         if (buttons.testFlag(kind.button))
@@ -57,6 +77,18 @@ void MessageBox::addPlainButton(StandardButton standard, const QString &text)
     QPushButton *button = addButton(standard);
     button->setText(text);
     button->setIcon({});
+}
+
+void MessageBox::offerWhole(const QString &text)
+{
+    if (!fits(text))
+        setDetailedText(text);
+}
+
+void MessageBox::showEvent(QShowEvent *event)
+{
+    QMessageBox::showEvent(event); // which finds the box its size
+    centreOnItsWindow(this);
 }
 
 BoxButton MessageBox::ask()
@@ -83,11 +115,13 @@ QString supportAddress()
 
 void showErrorBox(const QString &text)
 {
-    const QString escaped = text.toHtmlEscaped().replace(QLatin1Char('\n'), QStringLiteral("<br/>"));
-    show(BoxIcon::Critical,
-         QStringLiteral("<nobr><b>") + applicationTitle() + QStringLiteral("</b></nobr><br/><br/>") +
-             textFor("IDS_ERROR_OCCURRED_%1_%2").arg(escaped, supportAddress()),
-         Qt::RichText);
+    const QString escaped = fitting(text).toHtmlEscaped().replace(QLatin1Char('\n'), QStringLiteral("<br/>"));
+    MessageBox box(BoxIcon::Critical,
+                   QStringLiteral("<nobr><b>") + applicationTitle() + QStringLiteral("</b></nobr><br/><br/>") +
+                       textFor("IDS_ERROR_OCCURRED_%1_%2").arg(escaped, supportAddress()),
+                   BoxButton::Ok, QApplication::activeWindow(), Qt::RichText);
+    box.offerWhole(text);
+    box.ask();
     qCritical("%s", qUtf8Printable(text));
 }
 

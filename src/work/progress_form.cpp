@@ -113,7 +113,8 @@ void ProgressForm::succeed(QString tipsStr)
 
 void ProgressForm::showSuccess(const QString &text)
 {
-    MessageBox box(BoxIcon::Information, text, BoxButton::Ok, this);
+    const bool isWarning = *m_link.withFailures;
+    MessageBox box(isWarning ? BoxIcon::Warning : BoxIcon::Information, text, BoxButton::Ok, this);
     QPushButton *open = nullptr;
     if (!m_resultPath.isEmpty()) {
         open = box.addButton(textFor("IDS_OPEN_RESULT"), QMessageBox::ActionRole);
@@ -144,6 +145,7 @@ void ProgressForm::cancel()
 {
     if (m_ended || m_question)
         return;
+    m_cancel->setDown(false); // its release goes to the question
     MessageBox question(BoxIcon::Question, textFor("IDS_CONFIRM_CANCEL"), BoxButton::Yes | BoxButton::No,
                         this);
     m_question = &question;

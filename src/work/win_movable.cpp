@@ -1,8 +1,22 @@
 #include "work/win_movable.h"
 
 #include <QMouseEvent>
+#include <QScreen>
 #include <QWidget>
 #include <QWindow>
+
+void centreOnItsWindow(QWidget *dialog)
+{
+    const QRect screen = dialog->screen()->availableGeometry();
+    QRect place(QPoint(), dialog->size());
+    place.moveCenter(dialog->parentWidget() ? dialog->parentWidget()->window()->geometry().center()
+                                            : screen.center());
+    place.moveRight(std::min(place.right(), screen.right()));
+    place.moveBottom(std::min(place.bottom(), screen.bottom()));
+    place.moveLeft(std::max(place.left(), screen.left()));
+    place.moveTop(std::max(place.top(), screen.top()));
+    dialog->move(place.topLeft());
+}
 
 WinMovable::WinMovable(QWidget *window) : QObject(window), m_window(window)
 {
@@ -12,6 +26,10 @@ WinMovable::WinMovable(QWidget *window) : QObject(window), m_window(window)
 bool WinMovable::eventFilter(QObject *watched, QEvent *event)
 {
     switch (event->type()) {
+    case QEvent::Show:
+        if (!event->spontaneous())
+            centreOnItsWindow(m_window);
+        break;
     case QEvent::MouseButtonPress: {
         const auto *mouse = static_cast<QMouseEvent *>(event);
         if (mouse->button() != Qt::LeftButton)

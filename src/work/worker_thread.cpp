@@ -1,7 +1,9 @@
 #include "work/worker_thread.h"
 
 #include "base/error.h"
+#include "base/report.h"
 #include "base/texts.h"
+#include "work/summary_text.h"
 
 #include <QDeadlineTimer>
 #include <QTimer>
@@ -119,14 +121,14 @@ void WorkerThread::send(const char *slot, const QString &text)
 void WorkerThread::post(const QString &status, int percent, const QString &detail)
 {
     const QMutexLocker lock(&m_mutex);
-    Shown report{status, percent, detail};
+    Step step{status, percent, detail};
     if (m_latest) {
         if (status.isEmpty())
-            report.status = m_latest->status;
+            step.status = m_latest->status;
         if (percent < 0)
-            report.percent = m_latest->percent;
+            step.percent = m_latest->percent;
     }
-    m_latest = report;
+    m_latest = step;
     if (m_deliveryDue)
         return;
     m_deliveryDue = true;
@@ -144,23 +146,30 @@ void WorkerThread::deliver()
 
 void WorkerThread::flush()
 {
-    std::optional<Shown> report;
+    std::optional<Step> step;
     {
         const QMutexLocker lock(&m_mutex);
-        report.swap(m_latest);
+        step.swap(m_latest);
         m_deliveryDue = false;
     }
-    if (!report || !m_link.receiver)
+    if (!step || !m_link.receiver)
         return;
     m_sinceDelivery.start();
-    QMetaObject::invokeMethod(m_link.receiver, "updateProgress", Q_ARG(QString, report->status),
-                              Q_ARG(int, report->percent), Q_ARG(QString, report->detail));
+    QMetaObject::invokeMethod(m_link.receiver, "updateProgress", Q_ARG(QString, step->status),
+                              Q_ARG(int, step->percent), Q_ARG(QString, step->detail));
 }
 
 void WorkerThread::call(const char *slot, const QString &text)
 {
     if (m_link.receiver)
         QMetaObject::invokeMethod(m_link.receiver, slot, Q_ARG(QString, text));
+}
+
+QString WorkerThread::endText(const QString &done, const Report &report)
+{
+    if (report.isFailure())
+        *m_link.withFailures = true;
+    return done + reportText(report);
 }
 
 void WorkerThread::tipsWait(const QString &info)

@@ -10,6 +10,8 @@
 #include <memory>
 #include <optional>
 
+class Report;
+
 /// A long job on a thread of its own. Sub-classes keep the inputs and bring work(), which calls a plain
 /// function that can be used without a thread; run() is written once, here. The object lives in the thread
 /// that made it, usually that of the window, and hands on to the watcher from there, at most about 20 reports
@@ -48,12 +50,16 @@ protected:
     /// begun and not finished it takes back itself when an exception passes.
     virtual QString work(Progress &progress) = 0;
 
+    /// The text for succeed(): what was done, and below it the sentences of the report. One with failures is shown as a
+    /// warning.
+    QString endText(const QString &done, const Report &report);
+
     /// Shows `info` and returns once the user has closed it. Throws Cancelled.
     void tipsWait(const QString &info);
 
 private:
     class Reporter;
-    struct Shown
+    struct Step
     {
         QString status;
         int percent = -1;
@@ -71,7 +77,7 @@ private:
 
     ProgressLink m_link;
     QMutex m_mutex; // guards the two below
-    std::optional<Shown> m_latest;
+    std::optional<Step> m_latest;
     bool m_deliveryDue = false;
     QElapsedTimer m_sinceDelivery;
     bool m_ended = false; // known to the window's thread

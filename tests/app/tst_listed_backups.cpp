@@ -10,8 +10,10 @@
 #include "support/web_test_main.h"
 #include "views/passcode_dlg.h"
 #include "views/sms_main_form.h"
+#include "work/progress_form.h"
 
 #include <QAction>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
@@ -56,6 +58,13 @@ SampleOptions encrypted()
     return options;
 }
 
+/// The user clicks a node with the mouse.
+void click(const MainWindow &window, const QModelIndex &node, Qt::MouseButton button = Qt::LeftButton)
+{
+    treeOf(window)->scrollTo(node);
+    QTest::mouseClick(treeOf(window)->viewport(), button, {}, treeOf(window)->visualRect(node).center());
+}
+
 void giveThePassword(PasscodeDlg &dialog)
 {
     dialog.findChild<QLineEdit *>(u"edPassword"_s)->setText(u"open sesame"_s);
@@ -71,7 +80,8 @@ private slots:
     void initTestCase();
     void init();
     void comesBackAtTheNextStart();
-    void encryptedAsksWhenFirstUsed();
+    void lockedAsksOnlyWhenOpened();
+    void stoppedCountIsDoneAgain();
     void loadingFails();
     void vanishedBackup();
     void backupInTheMaking();
@@ -123,7 +133,7 @@ void TestListedBackups::comesBackAtTheNextStart()
     QVERIFY2(!window.loadBackup(sample.folder()), "it is there already");
 }
 
-void TestListedBackups::encryptedAsksWhenFirstUsed()
+void TestListedBackups::lockedAsksOnlyWhenOpened()
 {
     const SampleBackup sample(encrypted());
     {
@@ -136,15 +146,52 @@ void TestListedBackups::encryptedAsksWhenFirstUsed()
     window.show();
     QCOMPARE(backupCount(window), 1);
     {
+        const OnModal<PasscodeDlg> unasked([](PasscodeDlg &dialog) { dialog.reject(); });
+        for (int row = 0; row < 5; ++row)
+            QTest::keyClick(treeOf(window), Qt::Key_Down);
+        click(window, backupNode(window, u"Notes"_s), Qt::RightButton);
+        QCoreApplication::processEvents();
+        QVERIFY(!unasked.wasShown());
+        QCOMPARE(treeOf(window)->currentIndex(), backupNode(window, u"Notes"_s));
+        QVERIFY(window.findChild<QLabel *>(u"lbBKName"_s)->isVisible());
+        QVERIFY(window.findChild<QLabel *>(u"lbStatus"_s)->text().startsWith(u"Locked."_s));
+    }
+    {
         const OnModal<PasscodeDlg> giveUp([](PasscodeDlg &dialog) { dialog.reject(); });
-        treeOf(window)->setCurrentIndex(backupNode(window, u"Notes"_s));
+        click(window, backupNode(window, u"Notes"_s));
         QTRY_VERIFY(giveUp.wasShown());
         QTRY_COMPARE(treeOf(window)->currentIndex(), backupNode(window));
     }
-    const OnModal<PasscodeDlg> unlock(giveThePassword);
     treeOf(window)->setCurrentIndex(backupNode(window, u"SMS"_s));
+    const OnModal<PasscodeDlg> unlock(giveThePassword);
+    QTest::keyClick(treeOf(window), Qt::Key_Return);
     QTRY_VERIFY(window.findChild<SMSMainForm *>());
     QCOMPARE(treeOf(window)->currentIndex(), backupNode(window, u"SMS"_s));
+}
+
+void TestListedBackups::stoppedCountIsDoneAgain()
+{
+    const SampleBackup sample;
+    BackupList().addBackup(backupUid(sample.folder()), sample.folder());
+    MainWindow window({});
+    window.show();
+    const OpenBackupPtr backup =
+        static_cast<ItemModelBK *>(treeOf(window)->model())->bkNode(backupNode(window))->backup();
+    NoProgress nobody;
+    backup->manifest().buildIndex(nobody);
+    {
+        const BackupUse turn(*backup, nobody); // keeps the worker from counting before it is stopped
+        const OnModal<ProgressForm> stop([](ProgressForm &progress) {
+            const AnswerBox yes(QMessageBox::Yes);
+            progress.cancel();
+        });
+        treeOf(window)->setCurrentIndex(backupNode(window, u"Contacts"_s));
+        QTRY_VERIFY(stop.wasShown());
+        QTRY_COMPARE(treeOf(window)->currentIndex(), backupNode(window));
+    }
+    QVERIFY(backupNode(window, u"Contacts(\u2026)"_s).isValid());
+    treeOf(window)->setCurrentIndex(backupNode(window, u"Contacts"_s));
+    QTRY_VERIFY(backupNode(window, u"Contacts(%1)"_s.arg(sample.summary().counts.contacts)).isValid());
 }
 
 void TestListedBackups::loadingFails()

@@ -71,7 +71,8 @@ private slots:
     void localDatabases();
     void messageDatabaseByItself();
     void cardsComeIntoALocalDatabase();
-    void savingLeadsToTheLocalDatabase();
+    void savingStaysAndShowsTheLocalDatabase();
+    void localViewIsFreshAfterASave();
 
 private:
     std::unique_ptr<QTemporaryDir> m_home;
@@ -235,8 +236,13 @@ void TestMainWindow::sampleFromTheStartPage()
     window.show();
     auto *offer = window.findChild<QPushButton *>(QStringLiteral("btnStartSample"));
     QVERIFY(offer->isVisible());
+    const auto *title = window.findChild<QLabel *>(QStringLiteral("lbStartTitle"));
+    QCOMPARE(title->text(), QStringLiteral("No iTunes Backup was found."));
     QTest::mouseClick(offer, Qt::LeftButton);
     QCOMPARE(backupCount(window), 1);
+    treeOf(window)->setCurrentIndex(backupsRoot(window));
+    QVERIFY(title->isVisible() && !offer->isVisible());
+    QVERIFY2(!title->text().contains(QStringLiteral("No iTunes Backup")), qPrintable(title->text()));
 }
 
 void TestMainWindow::localDatabases()
@@ -296,7 +302,7 @@ void TestMainWindow::cardsComeIntoALocalDatabase()
     QVERIFY(error.text().contains(QStringLiteral("nothing.vcf")));
 }
 
-void TestMainWindow::savingLeadsToTheLocalDatabase()
+void TestMainWindow::savingStaysAndShowsTheLocalDatabase()
 {
     const SampleBackup sample;
     MainWindow window({});
@@ -314,7 +320,40 @@ void TestMainWindow::savingLeadsToTheLocalDatabase()
     QVERIFY(form->saveInto(localDatabasesFolder().filePath(QStringLiteral("Family"))));
     QCOMPARE(done.text(),
              QStringLiteral("Successfully backup %1 Call History").arg(sample.summary().counts.calls));
-    QCOMPARE(treeOf(window)->currentIndex().data().toString(), QStringLiteral("Family"));
+    QCOMPARE(treeOf(window)->currentIndex(), calls.first());
+    const QModelIndex family = model->index(0, 0, model->index(1, 0));
+    QCOMPARE(family.data().toString(), QStringLiteral("Family"));
+    QVERIFY(treeOf(window)->isExpanded(family));
+}
+
+void TestMainWindow::localViewIsFreshAfterASave()
+{
+    const SampleBackup sample;
+    QVERIFY(QDir().mkpath(localDatabasesFolder().filePath(QStringLiteral("Family"))));
+    MainWindow window({});
+    window.show();
+    QVERIFY(window.loadBackup(sample.folder()));
+    const QAbstractItemModel *model = treeOf(window)->model();
+    const auto select = [&](const QModelIndex &root, const char *label) {
+        treeOf(window)->setCurrentIndex(model->match(root, Qt::DisplayRole, QLatin1String(label), 1,
+                                                     Qt::MatchStartsWith | Qt::MatchRecursive)
+                                            .value(0));
+        const auto views = window.findChildren<DataView *>();
+        return *std::find_if(views.begin(), views.end(), [](DataView *view) { return view->isVisible(); });
+    };
+    const QModelIndex family = model->index(0, 0, model->index(1, 0));
+    for (const char *label : {"Call History(", "SMS("}) {
+        QTRY_VERIFY(select(family, label)->status().startsWith(QStringLiteral("There are no ")));
+        DataView *view = select(backupNode(window), label);
+        QTRY_VERIFY(view->saveAction()->isEnabled());
+        const AnswerBox done;
+        const QString folder = localDatabasesFolder().filePath(QStringLiteral("Family"));
+        if (auto *messages = qobject_cast<SMSMainForm *>(view))
+            QVERIFY(messages->actions().saveInto(folder));
+        else
+            QVERIFY(qobject_cast<RecordsMainForm *>(view)->saveInto(folder));
+        QTRY_VERIFY2(select(family, label)->exportAction()->isEnabled(), label);
+    }
 }
 
 void TestMainWindow::messageDatabaseByItself()

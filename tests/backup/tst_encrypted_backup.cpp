@@ -27,6 +27,7 @@ private slots:
     void encryptionNotDeclared();
     void encryptionDeclaredInVain();
     void descriptorsThatDoNotDecrypt();
+    void plainRecordInASaltedCatalogue();
     void catalogueIsThereUntilItIsRead();
     void somebodyElsesStays_data();
     void somebodyElsesStays();
@@ -220,6 +221,30 @@ void TestEncryptedBackup::descriptorsThatDoNotDecrypt()
     QVERIFY(backup->catalogue().find("HomeDomain", "noise") != FileCatalogue::none);
     QCOMPARE(backup->report().count("IDS_ISSUE_CATALOGUE_ROWS_DAMAGED"), 1);
     QCOMPARE(backup->report().count("IDS_ISSUE_FILE_RECORDS_DAMAGED"), 2);
+}
+
+void TestEncryptedBackup::plainRecordInASaltedCatalogue()
+{
+    SampleOptions options = encrypted();
+    options.protection = SampleOptions::Protection::Single;
+    const BackupFixture plain(options);
+    options.saltedDescriptors = true;
+    const BackupFixture salted(options);
+    const SampleFile *file = salted.summary.file(u"HomeDomain"_s, u"Library/SMS/sms.db"_s);
+    {
+        Sqlite3DB catalogue;
+        catalogue.openThrow(salted.folder() + u"/Manifest.db"_s, SqliteOpen::ReadWrite);
+        catalogue.executeThrow(
+            Sqlite3Sql(u"attach ? as plain"_s).addTextParam(plain.folder() + u"/Manifest.db"_s));
+        catalogue.executeThrow(Sqlite3Sql(u"update Files set file=(select file from plain.Files where fileID=?1)"
+                                          " where fileID=?1"_s)
+                                   .addTextParam(file->fileId));
+        QCOMPARE(catalogue.changes(), 1);
+    }
+    const auto backup = salted.opened();
+    QCOMPARE(backup->skippedRows(), 0);
+    QCOMPARE(qint64(backup->catalogue().lastModified(backup->wellKnown(WellKnown::MessageDatabase))),
+             file->modified);
 }
 
 void TestEncryptedBackup::catalogueIsThereUntilItIsRead()

@@ -49,6 +49,7 @@ private slots:
     void onlyRegularFilesAreOpened();
     void foreignDatabaseThatWasCutOff();
     void transactionRollsBack();
+    void commitLetsOthersWriteAtOnce();
     void failedStatementIsNotKept();
     void immutableLeavesNothingBeside();
 
@@ -269,6 +270,23 @@ void TestSqlite::transactionRollsBack()
     QVERIFY(cursor.moveNext());
     QCOMPARE(cursor.getText(0), QStringLiteral("2"));
     QVERIFY_EXCEPTION_THROWN(db.executeThrow(QStringLiteral("insert into nothing values(1)")), Error);
+}
+
+void TestSqlite::commitLetsOthersWriteAtOnce()
+{
+    const QString path = freshPath();
+    Sqlite3DB one;
+    one.openThrow(path, SqliteOpen::ReadWriteCreate);
+    Sqlite3DB other;
+    other.openThrow(path, SqliteOpen::ReadWrite);
+    one.executeThrow(QStringLiteral("create table t(x)"));
+    Sqlite3Transaction transaction(one);
+    for (int i = 0; i < 2; ++i) // the statement is kept, and must not keep what it has locked
+        one.executeCachedThrow(Sqlite3Sql(QStringLiteral("insert into t values(?)")).addIntParam(i));
+    QVERIFY(!other.exec(QStringLiteral("insert into t values(2)")));
+    transaction.commit();
+    QVERIFY2(other.exec(QStringLiteral("insert into t values(2)")), qPrintable(other.lastError()));
+    one.executeThrow(QStringLiteral("insert into t values(3)"));
 }
 
 void TestSqlite::failedStatementIsNotKept()

@@ -1,4 +1,5 @@
 #include "base/app_folders.h"
+#include "base/apple_time.h"
 #include "base/texts.h"
 #include "resources/resources.h"
 #include "sqlite/sqlite3_db.h"
@@ -8,6 +9,7 @@
 #include "views/bk_desc_form.h"
 #include "views/date_range_edit.h"
 #include "views/file_sys_main_form.h"
+#include "views/item_model_sms.h"
 #include "views/message_export_dlg.h"
 #include "views/sms_main_form.h"
 #include "views/state_stack.h"
@@ -71,6 +73,7 @@ private slots:
     void longNames();
     void conversationsLoadAndFilter();
     void conversationsExport();
+    void rangeIsWhatIsActedOn();
     void textsAreSearched();
     void singleMessagesAreChosen();
     void newerVersionsAreTakenUnlessTheBoxIsCleared_data();
@@ -164,6 +167,66 @@ void TestDataViews::conversationsExport()
     QVERIFY(form.exportTo({MessageFormat::Text, target.filePath(QStringLiteral("one.txt"))}));
     QVERIFY(done.text().startsWith(QStringLiteral("Successfully extracted ")));
     QCOMPARE(filesBelow(target.path()), QStringList(target.filePath(QStringLiteral("one.txt"))));
+}
+
+/// What the view shows of a stretch of days is what leaves it, and what is deleted.
+void TestDataViews::rangeIsWhatIsActedOn()
+{
+    const SampleBackup sample;
+    NoProgress nobody;
+    const LoadedMessagesPtr messages = loadMessages({sample.opened()}, nobody);
+    QHash<QDate, QSet<qint64>> byDay;
+    for (const MessageRef &ref : messages->database->select({}, INT64_MIN, INT64_MAX))
+        byDay[QDateTime::fromSecsSinceEpoch(unixFromApple(ref.message->date)).date()].insert(ref.message->rowid);
+    const auto busiest = std::max_element(byDay.begin(), byDay.end(), [](const auto &one, const auto &other) {
+        return one.size() < other.size();
+    });
+    const QDate day = busiest.key();
+    const qint64 ofDay = busiest->size();
+    QVERIFY(ofDay > 1 && byDay.size() > 1);
+    const auto narrow = [day](SMSMainForm &form) {
+        form.findChild<DateRangeEdit *>()->setRange(day, day);
+        listOf(form)->selectAll();
+    };
+
+    const QTemporaryDir folder;
+    SMSMainForm form({sample.opened()});
+    form.show();
+    QTRY_VERIFY(isLoaded(form));
+    QCOMPARE(listOf(form)->model()->index(0, ItemModelSms::LastDate).data(ItemModelSms::SortRole).toLongLong(),
+             qint64(form.findChild<ItemModelSms *>()->bounds().to)); // the newest first
+    const auto store = [&folder] {
+        NoProgress progress;
+        const LoadedMessagesPtr stored = loadMessages({nullptr, folder.path()}, progress);
+        return stored ? qint64(stored->database->messageCount()) : 0;
+    };
+    {
+        const AnswerBox done;
+        listOf(form)->selectAll();
+        QVERIFY(form.actions().saveInto(folder.path()));
+    }
+    const qint64 all = store();
+    narrow(form);
+    {
+        const AnswerBox done;
+        QVERIFY(form.exportTo({MessageFormat::Text, folder.filePath(QStringLiteral("day.txt"))}));
+        QCOMPARE(done.text(), QStringLiteral("Successfully extracted %1 Messages.").arg(ofDay));
+    }
+    SMSMainForm local({nullptr, folder.path()});
+    local.show();
+    QTRY_VERIFY(isLoaded(local));
+    narrow(local);
+    {
+        const AnswerBox done;
+        QVERIFY(local.actions().remove());
+    }
+    const qint64 left = store();
+    QCOMPARE(all - left, ofDay);
+    const AnswerBox done;
+    QVERIFY(form.actions().saveInto(folder.path()));
+    QCOMPARE(done.text().section(QLatin1Char('\n'), 0, 0),
+             QStringLiteral("Successfully backup %1 messages.").arg(ofDay));
+    QCOMPARE(store(), all);
 }
 
 void TestDataViews::textsAreSearched()

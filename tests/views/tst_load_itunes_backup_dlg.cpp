@@ -116,9 +116,15 @@ void TestLoadItunesBackupDlg::emptyOffersASample()
     QTemporaryDir home;
     qputenv("HOME", home.path().toUtf8());
     forgetAppDataFolder();
+    const auto titleOf = [](const LoadItunesBackupDlg &dialog) {
+        return dialog.findChild<QLabel *>(QStringLiteral("lbStateTitle"))->text();
+    };
     LoadItunesBackupDlg dialog({sampleBackupsFolder()}, {});
     dialog.show();
     QVERIFY(!listOf(dialog)->isVisible());
+    QCOMPARE(titleOf(dialog), QStringLiteral("No iTunes Backup was found."));
+    const LoadItunesBackupDlg another({sampleBackupsFolder()}, {QStringLiteral("one that is open")});
+    QCOMPARE(titleOf(another), QStringLiteral("No other iTunes Backup was found."));
     QPushButton *offer = button(dialog, "btnStateAction");
     QVERIFY(offer->isVisible());
     QTest::mouseClick(offer, Qt::LeftButton);

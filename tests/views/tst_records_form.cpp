@@ -17,6 +17,7 @@
 #include <QCalendarWidget>
 #include <QFile>
 #include <QLineEdit>
+#include <QLocale>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTextDocument>
@@ -35,6 +36,15 @@ QModelIndex firstRecord(const QAbstractItemModel *model)
     return first.flags().testFlag(Qt::ItemIsSelectable) ? first : model->index(0, 0, first);
 }
 
+QStringList identities(const QAbstractItemModel *model, const QModelIndex &parent = {})
+{
+    QStringList found;
+    for (int row = 0; row < model->rowCount(parent); ++row)
+        found << model->index(row, 0, parent).data(RecordRole::Identity).toString()
+              << identities(model, model->index(row, 0, parent));
+    return found;
+}
+
 constexpr DataClass viewedClasses[] = {DataClass::Contacts, DataClass::Calls, DataClass::Notes,
                                        DataClass::Calendar, DataClass::Bookmarks};
 } // namespace
@@ -49,13 +59,16 @@ private slots:
     void models_data() { classRows(); }
     void models();
     void durations();
+    void firstRowIsTheOneLookedFor_data();
+    void firstRowIsTheOneLookedFor();
+    void rowsSayWhatIsRecorded();
     void filterAndDetail();
     void monthSelectsDays();
     void eventsStandBelowTheirCalendars();
     void contactsShowEveryRow();
     void longTextsAreCut();
     void deepNotesAreShownAsPlainText();
-    void exports();
+    void exportsWhatIsSelectedOrShown();
     void emptySource();
     void saveShowAndDelete_data() { classRows(); }
     void saveShowAndDelete();
@@ -103,6 +116,80 @@ void TestRecordsForm::durations()
     QCOMPARE(durationText(0), QStringLiteral("0:00"));
     QCOMPARE(durationText(125), QStringLiteral("2:05"));
     QCOMPARE(durationText(7200), QStringLiteral("120:00"));
+}
+
+void TestRecordsForm::firstRowIsTheOneLookedFor_data()
+{
+    QTest::addColumn<DataClass>("dataClass");
+    QTest::addColumn<int>("column");
+    QTest::addColumn<bool>("newestFirst"); // else by the alphabet
+    QTest::newRow("contacts") << DataClass::Contacts << 0 << false;
+    QTest::newRow("calls") << DataClass::Calls << 2 << true;
+    QTest::newRow("notes") << DataClass::Notes << 1 << true;
+    QTest::newRow("events of a calendar") << DataClass::Calendar << 1 << true;
+}
+
+void TestRecordsForm::firstRowIsTheOneLookedFor()
+{
+    QFETCH(DataClass, dataClass);
+    QFETCH(int, column);
+    QFETCH(bool, newestFirst);
+    const SampleBackup sample;
+    RecordsMainForm form({sample.opened(), {}}, dataClass);
+    form.show();
+    QTRY_VERIFY(listOf(form)->isVisible());
+    const QModelIndex first = firstRecord(listOf(form)->model());
+    QCOMPARE(listOf(form)->currentIndex(), first);
+    QVERIFY(form.findChild<SafeTextBrowser *>()->toPlainText().contains(first.data().toString()));
+    const auto key = [&](int row) { return first.sibling(row, column).data(RecordRole::Sort); };
+    for (int row = 1; first.sibling(row, 0).isValid(); ++row)
+        QVERIFY2(newestFirst ? key(row - 1).toDateTime() >= key(row).toDateTime()
+                             : QString::localeAwareCompare(key(row - 1).toString(), key(row).toString()) <= 0,
+                 qPrintable(first.sibling(row, 0).data().toString()));
+}
+
+// In the zone of the test, which is an hour ahead, the day is the next.
+void TestRecordsForm::rowsSayWhatIsRecorded()
+{
+    const QDateTime lateEvening = QDateTime(QDate(2024, 1, 31), QTime(23, 30), Qt::UTC);
+    const QDateTime thereAfter(QDate(2024, 2, 1), QTime(0, 30));
+    const QString shown = QLocale::system().toString(thereAfter, QLocale::ShortFormat);
+    const auto firstRow = [](DataClass dataClass, Records records) {
+        const ItemModelRecords model(
+            makeRecordTable(dataClass, std::make_shared<const Records>(std::move(records))));
+        const QModelIndex first = firstRecord(&model);
+        QStringList cells;
+        for (int column = 0; column < model.columnCount(); ++column)
+            cells << first.siblingAtColumn(column).data().toString();
+        return cells.join(QLatin1Char('|'));
+    };
+    for (const auto &[type, word] : {std::pair(CallType::Incoming, "Incoming"), {CallType::Outgoing, "Outgoing"},
+                                     {CallType::Missed, "Missed"}, {CallType::Unknown, "Unknown"}}) {
+        CallEntry call;
+        call.address = QStringLiteral("+1 555");
+        call.date = lateEvening;
+        call.duration = 61;
+        call.type = static_cast<int>(type);
+        QCOMPARE(firstRow(DataClass::Calls, QList<CallEntry>{call}),
+                 QStringLiteral("+1 555|%1|%2|1:01").arg(QLatin1String(word), shown));
+        call.person = QStringLiteral("Ada");
+        QVERIFY(firstRow(DataClass::Calls, QList<CallEntry>{call}).startsWith(QStringLiteral("Ada|")));
+    }
+    NoteEntry note;
+    note.title = QStringLiteral("List");
+    note.summary = QStringLiteral("milk");
+    note.modified_date = lateEvening;
+    note.create_date = lateEvening.addYears(-1);
+    QCOMPARE(firstRow(DataClass::Notes, QList<NoteEntry>{note}), QStringLiteral("List|%1|milk").arg(shown));
+    CalendarEvent event;
+    event.summary = QStringLiteral("Tea\nKitchen");
+    event.start_date = lateEvening;
+    event.end_date = lateEvening.addSecs(3600);
+    QCOMPARE(firstRow(DataClass::Calendar, QList<CalendarEvent>{event}), QStringLiteral("Tea|%1|").arg(shown));
+    event.all_day = 1; // the day that is stored, wherever one is
+    QCOMPARE(firstRow(DataClass::Calendar, QList<CalendarEvent>{event}),
+             QStringLiteral("Tea|%1|All day")
+                 .arg(QLocale::system().toString(lateEvening.date(), QLocale::ShortFormat)));
 }
 
 void TestRecordsForm::filterAndDetail()
@@ -242,21 +329,40 @@ void TestRecordsForm::deepNotesAreShownAsPlainText()
     QVERIFY(detail(1).contains(wide.content));
 }
 
-void TestRecordsForm::exports()
+void TestRecordsForm::exportsWhatIsSelectedOrShown()
 {
     const SampleBackup sample;
     RecordsMainForm form({sample.opened(), {}}, DataClass::Calls);
     form.show();
     QTRY_VERIFY(listOf(form)->isVisible());
-    listOf(form)->selectAll();
     QTemporaryDir target;
-    const QString path = target.filePath(QStringLiteral("calls.csv"));
-    const AnswerBox done;
-    QVERIFY(form.exportTo(QStringLiteral("csv"), path));
-    QVERIFY(done.text().startsWith(QStringLiteral("Successfully extracted ")));
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QCOMPARE(file.readAll().count('\n'), listOf(form)->model()->rowCount() + 1);
+    // The names that the lines of an export begin with, in the order of the alphabet.
+    const auto exported = [&] {
+        const QString path = target.filePath(QStringLiteral("calls.csv"));
+        const AnswerBox done;
+        form.exportTo(QStringLiteral("csv"), path);
+        QFile file(path);
+        QStringList lines;
+        if (file.open(QIODevice::ReadOnly) && done.text().startsWith(QStringLiteral("Successfully extracted ")))
+            lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts).mid(1);
+        return lines;
+    };
+    const QAbstractItemModel *rows = listOf(form)->model();
+    listOf(form)->selectAll();
+    const QStringList all = exported();
+    QCOMPARE(all.size(), rows->rowCount());
+    const QString name = rows->index(rows->rowCount() - 1, 0).data().toString();
+    const auto isOfName = [&name](const QString &line) { return line.contains(name); };
+    listOf(form)->setCurrentIndex(rows->index(rows->rowCount() - 1, 0));
+    const QStringList one = exported();
+    QVERIFY2(one.size() == 1 && isOfName(one.first()), qPrintable(one.join(QLatin1Char('|')) + name));
+
+    form.filterEdit()->setText(name);
+    listOf(form)->clearSelection();
+    const QStringList shown = exported();
+    QCOMPARE(shown.size(), rows->rowCount());
+    QVERIFY2(shown.size() < all.size() && std::all_of(shown.begin(), shown.end(), isOfName),
+             qPrintable(shown.join(QLatin1Char('|'))));
 }
 
 void TestRecordsForm::emptySource()
@@ -294,6 +400,7 @@ void TestRecordsForm::saveShowAndDelete()
     listOf(local)->selectionModel()->clear();
     listOf(local)->setCurrentIndex(firstRecord(listOf(local)->model()));
     QVERIFY(local.removeAction()->isEnabled());
+    const QString removed = firstRecord(listOf(local)->model()).data(RecordRole::Identity).toString();
     {
         const AnswerBox no(QMessageBox::No);
         local.removeAction()->trigger();
@@ -315,6 +422,7 @@ void TestRecordsForm::saveShowAndDelete()
     QVERIFY(openLocalRecords(folder)->count(dataClass) < saved);
 
     QTRY_VERIFY(listOf(local)->isVisible());
+    QVERIFY2(!identities(listOf(local)->model()).contains(removed), "another record went");
     listOf(local)->selectAll();
     boxes.clear();
     local.removeAction()->trigger();

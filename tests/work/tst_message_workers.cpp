@@ -6,6 +6,7 @@
 #include "support/sample_backup.h"
 #include "work/backup_mms_thread.h"
 #include "work/delete_mms_thread.h"
+#include "work/find_messages_thread.h"
 
 #include <QDir>
 #include <QTest>
@@ -38,6 +39,7 @@ private slots:
     void initTestCase();
     void savesFromABackup();
     void deletes();
+    void searchKeepsToBothEndsOfItsTime();
     void saysWhatWasLeftOut();
 
 private:
@@ -101,6 +103,24 @@ void TestMessageWorkers::deletes()
     DeleteMMSThread unknown(folder.path(), {4, 99999});
     RecordingReceiver complaint;
     QVERIFY(saidBy(unknown, complaint).startsWith(QStringLiteral("error: There is no message 99999 in ")));
+}
+
+void TestMessageWorkers::searchKeepsToBothEndsOfItsTime()
+{
+    const auto messages = loaded();
+    const _MsgMessage *wanted = nullptr;
+    for (const MessageRef &ref : everything(*messages))
+        if (ref.message->text.contains(QStringLiteral("combining acute")))
+            wanted = ref.message;
+    QVERIFY(wanted);
+    const auto found = [&](qint64 from, qint64 to) {
+        NoProgress nobody;
+        return !findMessages(*messages, QStringLiteral("COMBINING acute"), from, to, nobody).empty();
+    };
+    const qint64 second = wanted->date;
+    QVERIFY(found(second, second));
+    QVERIFY(found(second, INT64_MAX) && found(INT64_MIN, second));
+    QVERIFY(!found(second + 1, INT64_MAX) && !found(INT64_MIN, second - 1));
 }
 
 void TestMessageWorkers::saysWhatWasLeftOut()

@@ -11,6 +11,7 @@
 #include <QMetaMethod>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -37,9 +38,13 @@ private slots:
     void cancelAnsweredNo();
     void cancelAnsweredYes();
     void escapeAsksToo();
+    void boxesStandInTheMiddle_data();
+    void boxesStandInTheMiddle();
     void endWhileTheQuestionIsOpen();
     void errorEndsCancelled();
     void errorTextIsEscaped();
+    void longTextsFitTheScreen_data();
+    void longTextsFitTheScreen();
     void successOffersTheResult();
     void tipClearsItsFlag();
     void jobSucceeds();
@@ -88,9 +93,16 @@ void TestProgressForm::cancelAnsweredNo()
     ProgressForm form({});
     QSignalSpy cancelled(&form, &ProgressForm::userCacel);
     form.show();
-    const AnswerBox no(QMessageBox::No);
+    QString asked;
+    bool looksPressed = true;
+    const OnModal<MessageBox> no([&](MessageBox &box) {
+        asked = box.text();
+        looksPressed = cancelButton(form)->isDown();
+        QTest::mouseClick(box.button(QMessageBox::No), Qt::LeftButton);
+    });
     QTest::mouseClick(cancelButton(form), Qt::LeftButton);
-    QCOMPARE(no.text(), QStringLiteral("Are You Sure You Want To Cancel?"));
+    QCOMPARE(asked, QStringLiteral("Are You Sure You Want To Cancel?"));
+    QVERIFY2(!looksPressed, "the mouse goes up over the question");
     QCOMPARE(cancelled.count(), 0);
     QVERIFY(!form.isCancelled());
     QVERIFY(form.isVisible());
@@ -124,6 +136,35 @@ void TestProgressForm::escapeAsksToo()
     QVERIFY(!form.isCancelled());
 }
 
+void TestProgressForm::boxesStandInTheMiddle_data()
+{
+    QTest::addColumn<QRect>("window");
+    QTest::newRow("of a large window") << QRect(100, 60, 600, 500);
+    QTest::newRow("of a small window") << QRect(300, 200, 200, 100);
+}
+
+void TestProgressForm::boxesStandInTheMiddle()
+{
+    QFETCH(QRect, window);
+    QWidget parent;
+    parent.setGeometry(window);
+    parent.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&parent));
+    ProgressForm form({}, &parent);
+    form.show();
+    const auto distance = [&parent](const QWidget &box) {
+        return (box.frameGeometry().center() - parent.geometry().center()).manhattanLength();
+    };
+    QVERIFY2(distance(form) <= 2, qPrintable(QString::number(distance(form))));
+    int away = 100;
+    const OnModal<MessageBox> look([&](MessageBox &box) {
+        away = distance(box);
+        QTest::mouseClick(box.button(QMessageBox::Ok), Qt::LeftButton);
+    });
+    form.succeed(QStringLiteral("Successfully extracted 3 Messages."));
+    QVERIFY2(away <= 2, qPrintable(QString::number(away)));
+}
+
 void TestProgressForm::endWhileTheQuestionIsOpen()
 {
     ProgressForm form({});
@@ -153,6 +194,39 @@ void TestProgressForm::errorTextIsEscaped()
              QStringLiteral("<nobr><b>Quillbarrow (x64) v3.1.36</b></nobr><br/><br/>An Error Occurred. "
                             "<br/><br/>&lt;b&gt;a&amp;b<br/>c<br/><br/> Or you can contact "
                             "support@quillbarrow.example for help."));
+}
+
+void TestProgressForm::longTextsFitTheScreen_data()
+{
+    const QString hostile = QStringLiteral("<img src=\"file:///etc/hostname\">");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("isCut");
+    QTest::newRow("a name without a blank") << QString(1500, QLatin1Char('n')) << false;
+    QTest::newRow("a text of a megabyte") << hostile.repeated(30'000) << true;
+    QTest::newRow("a thousand lines") << QString(hostile + QLatin1Char('\n')).repeated(1000) << true;
+}
+
+void TestProgressForm::longTextsFitTheScreen()
+{
+    QFETCH(QString, text);
+    QFETCH(bool, isCut);
+    for (void (*show)(const QString &) : {showErrorBox, showWarningBox}) {
+        QSize size;
+        QString shown;
+        QString whole;
+        const OnModal<MessageBox> look([&](MessageBox &box) {
+            size = box.frameSize();
+            shown = box.text();
+            whole = box.detailedText();
+            QTest::mouseClick(box.button(QMessageBox::Ok), Qt::LeftButton);
+        });
+        show(text);
+        const QSize screen = QGuiApplication::primaryScreen()->availableSize();
+        QVERIFY2(size.width() <= screen.width() && size.height() <= screen.height(),
+                 qPrintable(QStringLiteral("%1 x %2").arg(size.width()).arg(size.height())));
+        QVERIFY(shown.size() < 20'000 && (show == showWarningBox || !shown.contains(QStringLiteral("<img"))));
+        QCOMPARE(whole, isCut ? text : QString());
+    }
 }
 
 void TestProgressForm::successOffersTheResult()

@@ -1,6 +1,9 @@
 #include "base/report.h"
 #include "base/error.h"
 #include "base/texts.h"
+#include "personal/bookmark_db.h"
+#include "personal/calendar_db.h"
+#include "personal/store_job.h"
 #include "recording_receiver.h"
 #include "resources/resources.h"
 #include "support/sample_backup.h"
@@ -66,6 +69,7 @@ private slots:
     void exportingTells();
     void stopLeavesTheStore_data();
     void stopLeavesTheStore();
+    void savedEventsAndBookmarksKeepTheirOrder();
     void removingIsAllOrNothing();
     void foldersAndTheirBookmarksGoTogether();
     void remotePicturesAreTold();
@@ -203,6 +207,43 @@ void TestRecordThreads::stopLeavesTheStore()
                                          Scope::Usual, folder.path(), stop),
                              Cancelled);
     QCOMPARE(openLocalRecords(folder.path())->count(dataClass, heard), 0);
+}
+
+void TestRecordThreads::savedEventsAndBookmarksKeepTheirOrder()
+{
+    const QTemporaryDir folder;
+    LocalCalendarsDb events(folder.path());
+    events.open();
+    StoreJob saving(events);
+    for (const char *name : {"work/c", "home/b", "work/a", "home/c", "work/b"}) {
+        CalendarEvent event;
+        event.calendar = QString::fromLatin1(name).section(u'/', 0, 0);
+        event.summary = QString::fromLatin1(name).section(u'/', 1);
+        event.start_date = event.end_date = QDateTime::fromSecsSinceEpoch(1000, Qt::UTC);
+        events.save(event);
+    }
+    saving.commit();
+    QStringList order;
+    for (const CalendarEvent &event : events.readAll())
+        order << event.calendar + u'/' + event.summary;
+    QCOMPARE(order.join(u' '), QStringLiteral("home/b home/c work/c work/a work/b"));
+
+    LocalBookmarkDb bookmarks(folder.path());
+    bookmarks.open();
+    for (const char *titles : {"abc", "cab"}) { // the second time the person has moved them
+        StoreJob job(bookmarks);
+        for (int place = 0; titles[place]; ++place) {
+            BookmarkNode node;
+            node.title = node.url = QString(QLatin1Char(titles[place]));
+            node.order_index = place;
+            bookmarks.saveRow(node, 0);
+        }
+        job.commit();
+        QString read;
+        for (const auto &node : bookmarks.readTree())
+            read += node->title;
+        QCOMPARE(read, QLatin1String(titles));
+    }
 }
 
 void TestRecordThreads::removingIsAllOrNothing()

@@ -10,6 +10,7 @@
 #include "work/update_local_db_thread.h"
 
 #include <QDir>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -38,6 +39,7 @@ private slots:
     void initTestCase();
     void init() { m_folder = std::make_unique<QTemporaryDir>(); }
     void bringsEverythingOver();
+    void whatStandsInTheLogAndHasNoHandle();
     void addsToTheStoreThatIsThere();
     void oneThatIsBrokenStaysAndTheOthersGo();
     void stopped();
@@ -47,6 +49,7 @@ private:
     QString folder(const QString &name) const { return m_folder->filePath(name); }
     void addOldMessages(const QString &name, int first, int count) const;
     void addOldCalendar(const QString &name, const QString &summary) const;
+    void changeInTheLog(const QString &name, const QString &statement) const;
     void write(const QString &path, const QByteArray &content) const;
     QStringList files(const QString &name) const;
     QStringList texts(const QString &name) const;
@@ -106,6 +109,24 @@ void TestUpdateLocalDb::addOldMessages(const QString &name, int first, int count
     QDir().mkpath(folder(name));
     QVERIFY(QFile::copy(store, folder(name) + QStringLiteral("/mms.db")));
     write(folder(name) + QStringLiteral("/Attachments/ab/12/AB12CD34/a.jpg"), "picture");
+}
+
+/// As a process leaves a store that was killed before it could fold the log into the database.
+void TestUpdateLocalDb::changeInTheLog(const QString &name, const QString &statement) const
+{
+    const QString path = folder(name) + QStringLiteral("/mms.db");
+    const QString log = path + QStringLiteral("-wal");
+    const QTemporaryDir kept;
+    {
+        Sqlite3DB db;
+        db.openThrow(path, SqliteOpen::ReadWrite);
+        QVERIFY(db.exec(QStringLiteral("pragma journal_mode=wal")));
+        QVERIFY2(db.exec(statement), qPrintable(db.lastError()));
+        QVERIFY(QFile::copy(path, kept.filePath(QStringLiteral("db"))));
+        QVERIFY(QFile::copy(log, kept.filePath(QStringLiteral("wal"))));
+    }
+    QVERIFY(QFile::remove(path) && QFile::copy(kept.filePath(QStringLiteral("db")), path));
+    QVERIFY(QFile::copy(kept.filePath(QStringLiteral("wal")), log));
 }
 
 void TestUpdateLocalDb::addOldCalendar(const QString &name, const QString &summary) const
@@ -175,6 +196,21 @@ void TestUpdateLocalDb::bringsEverythingOver()
                           QStringLiteral("messages.db"), QStringLiteral("mms.db.old")}));
     QCOMPARE(files(QStringLiteral("new")), QStringList{QStringLiteral("notes.db")});
     QVERIFY(!hasOldLocalDatabases(m_folder->path()));
+}
+
+void TestUpdateLocalDb::whatStandsInTheLogAndHasNoHandle()
+{
+    const QString name = QStringLiteral("store");
+    addOldMessages(name, 1, 3);
+    changeInTheLog(name, QStringLiteral("update message set handle_id=0, is_from_me=1 where text='text 2';"
+                                        "update message set text='only in the log' where text='text 3'"));
+    Watched progress;
+    QCOMPARE(updateLocalDatabases(m_folder->path(), progress), QStringList());
+    QStringList kept = texts(name);
+    kept.replaceInStrings(QRegularExpression(QStringLiteral("^[^ ]* ")), QString());
+    QCOMPARE(kept, QStringList({QStringLiteral("text 1"), QStringLiteral("its file"), QStringLiteral("text 2"),
+                                QStringLiteral("only in the log")}));
+    QVERIFY2(!files(name).contains(QStringLiteral("mms.db-wal")), "the log goes aside with its database");
 }
 
 void TestUpdateLocalDb::addsToTheStoreThatIsThere()
