@@ -3,6 +3,7 @@
 #include "base/apple_time.h"
 #include "base/texts.h"
 #include "export/message_text.h"
+#include "views/record_roles.h"
 #include "work/shown_text.h"
 
 #include <QDateTime>
@@ -20,7 +21,7 @@ QString headLine(const MessageRef &ref)
         sender = ref.message->handle ? ref.message->handle->name()
                  : ref.chat          ? chatName(*ref.chat, Addresses::Without)
                                      : textFor("IDS_UNKNOWN_SENDER");
-    return QStringLiteral("%1 · %2").arg(sender, date);
+    return QStringLiteral("%1 · %2").arg(sender.left(longestShown), date);
 }
 } // namespace
 
@@ -38,7 +39,7 @@ QVariant ItemModelMessages::data(const QModelIndex &index, int role) const
     case Qt::DisplayRole:
         return headLine(ref);
     case DescriptionRole:
-        return summaryText(*ref.message);
+        return summaryText(*ref.message).left(longestShown);
     case Qt::AccessibleTextRole:
         return QString(headLine(ref) + QStringLiteral(": ") + summaryText(*ref.message));
     case Qt::ToolTipRole:

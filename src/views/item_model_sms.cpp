@@ -3,6 +3,7 @@
 #include "base/apple_time.h"
 #include "base/texts.h"
 #include "views/face_picture.h"
+#include "views/record_roles.h"
 #include "work/shown_text.h"
 
 #include <QDateTime>
@@ -37,7 +38,7 @@ QVariant ItemModelSms::data(const QModelIndex &index, int role) const
     const bool isName = index.column() == Name;
     switch (role) {
     case Qt::DisplayRole:
-        return isName                       ? row.name.simplified()
+        return isName                       ? row.name.left(longestShown).simplified()
                : index.column() == LastDate ? shortDate(row.last)
                                             : QLocale::system().toString(row.messages);
     case Qt::DecorationRole:

@@ -324,6 +324,8 @@ void TestMainWindow::savingStaysAndShowsTheLocalDatabase()
     const QModelIndex family = model->index(0, 0, model->index(1, 0));
     QCOMPARE(family.data().toString(), QStringLiteral("Family"));
     QVERIFY(treeOf(window)->isExpanded(family));
+    QCOMPARE(model->index(5, 0, family).data().toString(),
+             QStringLiteral("Call History(%1)").arg(sample.summary().counts.calls));
 }
 
 void TestMainWindow::localViewIsFreshAfterASave()
