@@ -121,7 +121,7 @@ void WorkerThread::send(const char *slot, const QString &text)
 void WorkerThread::post(const QString &status, int percent, const QString &detail)
 {
     const QMutexLocker lock(&m_mutex);
-    Step step{status, percent, detail};
+    Shown step{status, percent, detail};
     if (m_latest) {
         if (status.isEmpty())
             step.status = m_latest->status;
@@ -146,7 +146,7 @@ void WorkerThread::deliver()
 
 void WorkerThread::flush()
 {
-    std::optional<Step> step;
+    std::optional<Shown> step;
     {
         const QMutexLocker lock(&m_mutex);
         step.swap(m_latest);

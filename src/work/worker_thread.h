@@ -59,7 +59,7 @@ protected:
 
 private:
     class Reporter;
-    struct Step
+    struct Shown
     {
         QString status;
         int percent = -1;
@@ -77,7 +77,7 @@ private:
 
     ProgressLink m_link;
     QMutex m_mutex; // guards the two below
-    std::optional<Step> m_latest;
+    std::optional<Shown> m_latest;
     bool m_deliveryDue = false;
     QElapsedTimer m_sinceDelivery;
     bool m_ended = false; // known to the window's thread
