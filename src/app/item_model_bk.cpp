@@ -66,23 +66,26 @@ constexpr ClassNode localClasses[] = {
     {NodeKind::Calendar, "IDS_NODE_CALENDAR_%1"},   {NodeKind::Notes, "IDS_NODE_NOTES_%1"},
     {NodeKind::Bookmarks, "IDS_NODE_BOOKMARKS_%1"}, {NodeKind::CallHistory, "IDS_NODE_CALLS_%1"}};
 
-QString countText(NodeKind kind, const std::optional<BackupCounts> &counts)
+QString countText(const std::optional<qint64> &count)
 {
-    if (!counts)
-        return QStringLiteral("\u2026");
-    return QString::number(kind == NodeKind::Messages ? counts->messages
-                                                      : counts->records.value(*dataClassOf(kind)));
+    return count ? QString::number(*count) : QStringLiteral("?");
 }
 
-qint64 countOf(PersonalSource &records, NodeKind kind, const QString &folder)
+QString countText(NodeKind kind, const std::optional<BackupCounts> &counts)
+{
+    return counts ? countText(counts->of(*dataClassOf(kind))) : QStringLiteral("\u2026");
+}
+
+std::optional<qint64> countOf(PersonalSource &records, NodeKind kind, const QString &folder)
 {
     try {
         if (kind == NodeKind::Messages)
             return hasLocalMessages(folder) ? openLocalMessages(folder).database->countMessages() : 0;
-        return records.count(*dataClassOf(kind));
+        Report report;
+        return records.count(*dataClassOf(kind), report);
     } catch (const Error &error) {
         qWarning("A class of the local database %s is not counted: %s", qUtf8Printable(folder), error.what());
-        return 0;
+        return std::nullopt;
     }
 }
 } // namespace
@@ -157,6 +160,7 @@ BkNode *ItemModelBK::addBackup(const OpenBackupPtr &backup, const std::optional<
 void ItemModelBK::setLoaded(BkNode *backup, const BackupCounts &counts)
 {
     backup->m_isLoaded = true;
+    backup->m_report = counts.report;
     for (const auto &child : backup->children()) {
         auto *node = static_cast<BkNode *>(child.get());
         for (const auto &[kind, label] : backupClasses)
@@ -183,7 +187,7 @@ BkNode *ItemModelBK::addLocalDatabase(const QString &folder)
             auto *node = static_cast<BkNode *>(child.get());
             for (const auto &[kind, label] : localClasses)
                 if (kind == node->kind())
-                    node->m_label = textFor(label).arg(countOf(*records, kind, folder));
+                    node->m_label = textFor(label).arg(countText(countOf(*records, kind, folder)));
             emit dataChanged(indexOf(node), indexOf(node));
         }
         return known;
@@ -192,7 +196,7 @@ BkNode *ItemModelBK::addLocalDatabase(const QString &folder)
     node->m_folder = folder;
     auto *added = static_cast<BkNode *>(append(m_localDatabases, std::move(node)));
     for (const auto &[kind, label] : localClasses)
-        add(added, kind, textFor(label).arg(countOf(*records, kind, folder)));
+        add(added, kind, textFor(label).arg(countText(countOf(*records, kind, folder))));
     return added;
 }
 

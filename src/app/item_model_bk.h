@@ -46,6 +46,8 @@ public:
     const OpenBackupPtr &backup() const { return m_backup; }
     /// Of a Backup node: its index was built and its classes were counted since the program started.
     bool isLoaded() const { return m_isLoaded; }
+    /// Of a Backup node: what loading it could not read.
+    const Report &report() const { return m_report; }
     /// Of a LocalDatabase node: its folder. Of a MessageFile node: the file.
     const QString &folder() const { return m_folder; }
 
@@ -56,6 +58,7 @@ private:
     QString m_label;
     OpenBackupPtr m_backup;
     bool m_isLoaded = false;
+    Report m_report;
     QString m_folder;
 };
 

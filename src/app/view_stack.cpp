@@ -82,6 +82,8 @@ void ViewStack::showNode(const BkNode *node, const DataSource &source)
             addWidget(view);
         }
     }
+    if (auto *description = qobject_cast<BKDescForm *>(view))
+        description->setReport(source.backup->report());
     setCurrentWidget(view ? view : m_fallback);
 }
 

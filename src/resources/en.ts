@@ -776,6 +776,22 @@
         <translation>Searching...</translation>
     </message>
     <message>
+        <source>IDS_OPENED_WITH_DAMAGE</source>
+        <translation>The backup is open, but not all of it can be read.</translation>
+    </message>
+    <message>
+        <source>IDS_SHOW_THEM</source>
+        <translation>Show them</translation>
+    </message>
+    <message>
+        <source>IDS_HIDE_THEM</source>
+        <translation>Hide them</translation>
+    </message>
+    <message>
+        <source>IDS_EVERYTHING_IS_SHOWN</source>
+        <translation>What is usually left out stands in the list too.</translation>
+    </message>
+    <message>
         <source>IDS_DETAILS</source>
         <translation>Details</translation>
     </message>

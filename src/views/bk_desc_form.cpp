@@ -2,6 +2,7 @@
 
 #include "base/shell.h"
 #include "base/texts.h"
+#include "views/notice_bar.h"
 #include "work/shown_text.h"
 
 #include <QGridLayout>
@@ -39,7 +40,8 @@ QString shortBackupName(const QString &displayName)
                                                 : displayName;
 }
 
-BKDescForm::BKDescForm(const BackupInfo &backup, QWidget *parent) : QWidget(parent)
+BKDescForm::BKDescForm(const BackupInfo &backup, QWidget *parent)
+    : QWidget(parent), m_notices(new NoticeBar)
 {
     auto *name = new QLabel(shortBackupName(backup.displayName));
     name->setObjectName(QStringLiteral("lbBKName"));
@@ -76,12 +78,21 @@ BKDescForm::BKDescForm(const BackupInfo &backup, QWidget *parent) : QWidget(pare
     facts->setSpacing(24);
     facts->addWidget(picture, 0, Qt::AlignTop);
     facts->addLayout(grid, 1);
+    auto *words = new QVBoxLayout;
+    words->setContentsMargins(24, 24, 24, 24);
+    words->setSpacing(24);
+    words->addWidget(name);
+    words->addLayout(facts);
+    words->addStretch();
     auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(24, 24, 24, 24);
-    layout->setSpacing(24);
-    layout->addWidget(name);
-    layout->addLayout(facts);
-    layout->addStretch();
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_notices);
+    layout->addLayout(words, 1);
+}
+
+void BKDescForm::setReport(const Report &report)
+{
+    m_notices->setReport(report);
 }
 
 void BKDescForm::openBackupFolder(QString folder)

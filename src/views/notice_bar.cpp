@@ -11,38 +11,79 @@
 namespace {
 constexpr int signSide = 16;
 constexpr qsizetype longestSentence = 300;
+
+QToolButton *makeButton(const char *name)
+{
+    auto *button = new QToolButton;
+    button->setObjectName(QLatin1String(name));
+    button->setFocusPolicy(Qt::StrongFocus);
+    return button;
+}
 } // namespace
 
-NoticeBar::NoticeBar(QWidget *parent) : QWidget(parent), m_text(new QLabel), m_details(new QToolButton)
+NoticeBar::NoticeBar(QWidget *parent)
+    : QWidget(parent),
+      m_sign(new QLabel),
+      m_text(new QLabel),
+      m_everything(makeButton("btnNoticeEverything")),
+      m_details(makeButton("btnNoticeDetails"))
 {
     m_text->setObjectName(QStringLiteral("lbNotice"));
     m_text->setTextFormat(Qt::PlainText);
     m_text->setWordWrap(true);
     m_text->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    auto *sign = new QLabel;
-    QPixmap picture = boxPicture(BoxIcon::Warning, devicePixelRatioF());
-    sign->setPixmap(picture.scaled(picture.size() * (signSide / picture.deviceIndependentSize().width()),
-                                   Qt::KeepAspectRatio, Qt::SmoothTransformation));
-    m_details->setObjectName(QStringLiteral("btnNoticeDetails"));
     m_details->setText(textFor("IDS_DETAILS"));
-    m_details->setFocusPolicy(Qt::StrongFocus);
-    connect(m_details, &QToolButton::clicked, this,
-            [this] { showWarningBox(m_notices.join(QStringLiteral("\n\n"))); });
+    connect(m_details, &QToolButton::clicked, this, [this] {
+        const QString all = m_sentences.join(QStringLiteral("\n\n"));
+        m_isFailure ? showWarningBox(all) : showInformationBox(all);
+    });
+    connect(m_everything, &QToolButton::clicked, this,
+            [this] { emit scopeWanted(m_shown == Scope::Usual ? Scope::Everything : Scope::Usual); });
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(16, 4, 16, 4);
     layout->setSpacing(8);
-    layout->addWidget(sign);
+    layout->addWidget(m_sign);
     layout->addWidget(m_text, 1);
+    layout->addWidget(m_everything);
     layout->addWidget(m_details);
     hide();
 }
 
-void NoticeBar::setNotices(const QStringList &notices)
+void NoticeBar::offerEverything()
 {
-    m_notices = notices;
-    const QString first = notices.value(0);
+    m_offersEverything = true;
+}
+
+void NoticeBar::setReport(const Report &report, Scope shown)
+{
+    m_shown = shown;
+    m_isFailure = report.isFailure();
+    m_sentences = sentencesOf(report);
+    const bool isAllShown = shown == Scope::Everything;
+    if (isAllShown)
+        m_sentences << textFor("IDS_EVERYTHING_IS_SHOWN");
+    m_everything->setText(textFor(isAllShown ? "IDS_HIDE_THEM" : "IDS_SHOW_THEM"));
+    m_everything->setVisible(m_offersEverything && (isAllShown || report.count(IssueKind::Hidden) > 0));
+    showText();
+}
+
+void NoticeBar::setNotices(const QStringList &sentences)
+{
+    m_isFailure = true;
+    m_sentences = sentences;
+    m_everything->hide();
+    showText();
+}
+
+void NoticeBar::showText()
+{
+    QPixmap picture =
+        boxPicture(m_isFailure ? BoxIcon::Warning : BoxIcon::Information, devicePixelRatioF());
+    m_sign->setPixmap(picture.scaled(picture.size() * (signSide / picture.deviceIndependentSize().width()),
+                                     Qt::KeepAspectRatio, Qt::SmoothTransformation));
+    const QString first = m_sentences.value(0);
     const bool isCut = first.size() > longestSentence;
     m_text->setText(breakable(isCut ? first.left(longestSentence) + QChar(0x2026) : first));
-    m_details->setVisible(isCut || notices.size() > 1);
-    setVisible(!notices.isEmpty());
+    m_details->setVisible(isCut || m_sentences.size() > 1);
+    setVisible(!m_sentences.isEmpty());
 }

@@ -18,6 +18,9 @@ void RecordingMainForm::reload()
     const LoadRecordingsThread *loading = worker.get();
     load(
         std::move(worker),
-        [this, loading] { return std::make_unique<ItemModelRecording>(backup(), loading->items()); },
+        [this, loading] {
+            setReport(loading->report());
+            return std::make_unique<ItemModelRecording>(backup(), loading->items());
+        },
         hasRecordings(backup()->manifest()));
 }

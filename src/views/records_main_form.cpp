@@ -9,6 +9,7 @@
 #include "views/local_database_dlg.h"
 #include "views/local_number.h"
 #include "views/month_grid.h"
+#include "views/notice_bar.h"
 #include "views/record_filter.h"
 #include "views/roomy_delegate.h"
 #include "views/safe_text_browser.h"
@@ -89,11 +90,18 @@ void RecordsMainForm::buildWidgets()
     splitter->setStretchFactor(1, 1);
     splitter->setSizes({listWidth, detailWidth});
     splitter->setChildrenCollapsible(false);
+    m_notices = new NoticeBar;
+    m_notices->offerEverything();
+    connect(m_notices, &NoticeBar::scopeWanted, this, [this](Scope scope) {
+        m_scope = scope;
+        reload();
+    });
     m_states = new StateStack(splitter);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(m_header);
+    layout->addWidget(m_notices);
     layout->addWidget(m_states, 1);
     connect(m_filter, &QLineEdit::textChanged, this, [this](const QString &text) {
         m_proxy->setFilterFixedString(text);
@@ -153,7 +161,7 @@ QWidget *RecordsMainForm::buildDetail()
 
 void RecordsMainForm::reload()
 {
-    auto worker = std::make_unique<LoadRecordsThread>(m_source, m_class);
+    auto worker = std::make_unique<LoadRecordsThread>(m_source, m_class, m_scope);
     LoadRecordsThread *loading = worker.get();
     m_job = std::make_unique<BackgroundJob>(std::move(worker));
     connect(m_job.get(), &BackgroundJob::succeeded, this, [this, loading] { onLoaded(*loading); });
@@ -162,6 +170,7 @@ void RecordsMainForm::reload()
     m_proxy->setSourceModel(nullptr);
     m_model.reset();
     m_records.reset();
+    m_notices->setReport({});
     m_states->showLoading(textFor("IDS_LOADING_RECORDS"));
     showState(textFor("IDS_WHY_LOADING"));
     setStatus(textFor("IDS_LOADING_RECORDS"));
@@ -171,23 +180,36 @@ void RecordsMainForm::reload()
 void RecordsMainForm::onLoaded(const LoadRecordsThread &worker)
 {
     m_records = worker.records();
+    m_notices->setReport(worker.report(), m_scope);
     showRecords();
-    const QString none = textFor(classTexts(m_class).empty);
     if (m_model->rowCount() == 0) {
-        if (takesCards())
-            m_states->showEmpty(none, textFor("IDS_EMPTY_LOCAL_CONTACTS_HINT"), m_import->text());
-        else
-            m_states->showEmpty(
-                none, textFor(m_source.isLocal() ? "IDS_EMPTY_LOCAL_HINT" : "IDS_EMPTY_BACKUP_HINT"));
-        m_header->setCount({});
-        showState(none);
-        setStatus(none);
+        showEmpty(worker.report());
         return;
     }
     m_states->showContent();
     const QModelIndex first = m_proxy->index(0, 0);
     m_list->setCurrentIndex(m_class == DataClass::Calendar ? m_proxy->index(0, 0, first) : first);
     refresh();
+}
+
+// Nothing is said to be all there is while something could not be read.
+void RecordsMainForm::showEmpty(const Report &report)
+{
+    if (report.isFailure()) {
+        onFailed(problemsOf(report).join(QLatin1Char('\n')));
+        return;
+    }
+    const QString none = textFor(classTexts(m_class).empty);
+    if (takesCards())
+        m_states->showEmpty(none, textFor("IDS_EMPTY_LOCAL_CONTACTS_HINT"), m_import->text());
+    else if (report.count(IssueKind::Hidden) > 0)
+        m_states->showEmpty(none, {});
+    else
+        m_states->showEmpty(none,
+                            textFor(m_source.isLocal() ? "IDS_EMPTY_LOCAL_HINT" : "IDS_EMPTY_BACKUP_HINT"));
+    m_header->setCount({});
+    showState(none);
+    setStatus(none);
 }
 
 void RecordsMainForm::onFailed(const QString &text)
@@ -331,7 +353,7 @@ void RecordsMainForm::saveToDatabase()
 
 bool RecordsMainForm::saveInto(const QString &folder)
 {
-    std::unique_ptr<WorkerThread> worker = makeBackupThread(m_class, m_source, folder);
+    std::unique_ptr<WorkerThread> worker = makeBackupThread(m_class, m_source, folder, m_scope);
     if (!runJob(textFor(classTexts(m_class).saveTitle), worker, this))
         return false;
     emit storeChanged(folder);

@@ -11,6 +11,7 @@
 class BackgroundJob;
 class LoadRecordsThread;
 class MonthGrid;
+class NoticeBar;
 class QAbstractItemModel;
 class QTreeView;
 class RecordFilter;
@@ -56,7 +57,9 @@ private:
     std::unique_ptr<BackgroundJob> m_job;
     std::unique_ptr<QAbstractItemModel> m_model;
     RecordFilter *m_proxy;
+    Scope m_scope = Scope::Usual;
     ViewHeader *m_header = nullptr;
+    NoticeBar *m_notices = nullptr;
     QLineEdit *m_filter = nullptr;
     QTreeView *m_list = nullptr;
     MonthGrid *m_month = nullptr; // of the calendar alone
@@ -71,6 +74,7 @@ private:
     QWidget *buildDetail();
     void onLoaded(const LoadRecordsThread &worker);
     void onFailed(const QString &text);
+    void showEmpty(const Report &report);
     void showRecords();
     void showDay(const QDate &day);
     void refresh();

@@ -4,6 +4,7 @@
 #include "views/abs_sound_model.h"
 #include "views/file_opener.h"
 #include "views/local_number.h"
+#include "views/notice_bar.h"
 #include "views/roomy_delegate.h"
 #include "views/sound_player.h"
 #include "views/state_stack.h"
@@ -34,6 +35,7 @@ SoundMainForm::SoundMainForm(OpenBackupPtr backup, const SoundTexts &texts, QWid
       m_texts(texts),
       m_proxy(new QSortFilterProxyModel(this)),
       m_header(new ViewHeader(textFor(texts.title))),
+      m_notices(new NoticeBar),
       m_filter(m_header->addFilter(textFor(texts.filter))),
       m_list(new QTreeView),
       m_player(new SoundPlayer),
@@ -54,6 +56,7 @@ SoundMainForm::SoundMainForm(OpenBackupPtr backup, const SoundTexts &texts, QWid
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(m_header);
+    layout->addWidget(m_notices);
     layout->addWidget(m_states, 1);
     connect(m_filter, &QLineEdit::textChanged, this, [this](const QString &text) {
         m_proxy->setFilterFixedString(text);
@@ -119,6 +122,7 @@ void SoundMainForm::load(std::unique_ptr<WorkerThread> worker,
     m_proxy->setSourceModel(nullptr);
     m_model.reset();
     m_header->setCount({});
+    setReport({});
     m_states->showLoading(textFor("IDS_LOADING_RECORDS"));
     setStatus(textFor("IDS_LOADING_RECORDS"));
     setExportState(textFor("IDS_EXPORT"), textFor("IDS_WHY_LOADING"));
@@ -135,7 +139,10 @@ void SoundMainForm::showModel(std::unique_ptr<AbsSoundModel> model)
     m_list->header()->resizeSection(AbsSoundModel::Duration, durationWidth);
     m_list->sortByColumn(AbsSoundModel::Date, Qt::DescendingOrder);
     if (m_model->rowCount() == 0) {
-        m_states->showEmpty(textFor(m_texts.empty), textFor("IDS_NO_SOUNDS_HINT"));
+        if (m_problems.isEmpty())
+            m_states->showEmpty(textFor(m_texts.empty), textFor("IDS_NO_SOUNDS_HINT"));
+        else
+            m_states->showFailed(textFor("IDS_SOUNDS_FAILED"), m_problems.join(QLatin1Char('\n')));
         setStatus(textFor(m_texts.empty));
         setExportState(textFor("IDS_EXPORT"), textFor(m_texts.empty));
         return;
@@ -143,6 +150,12 @@ void SoundMainForm::showModel(std::unique_ptr<AbsSoundModel> model)
     m_states->showContent();
     m_list->setCurrentIndex(m_proxy->index(0, 0));
     refresh();
+}
+
+void SoundMainForm::setReport(const Report &report)
+{
+    m_problems = problemsOf(report);
+    m_notices->setReport(report);
 }
 
 int SoundMainForm::currentRow() const

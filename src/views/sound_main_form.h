@@ -11,6 +11,8 @@
 class AbsSoundModel;
 class BackgroundJob;
 class FileOpener;
+class NoticeBar;
+class Report;
 class QSortFilterProxyModel;
 class QTreeView;
 class SoundPlayer;
@@ -50,6 +52,8 @@ protected:
     /// Runs the worker and then shows the model; `isThere` tells whether the backup has the database at all.
     void load(std::unique_ptr<WorkerThread> worker, std::function<std::unique_ptr<AbsSoundModel>()> makeModel,
               bool isThere);
+    /// What the worker could not read.
+    void setReport(const Report &report);
     void exportSelection() override;
 
 private:
@@ -60,6 +64,8 @@ private:
     std::unique_ptr<AbsSoundModel> m_model;
     QSortFilterProxyModel *m_proxy;
     ViewHeader *m_header;
+    NoticeBar *m_notices;
+    QStringList m_problems;
     QLineEdit *m_filter;
     QTreeView *m_list;
     SoundPlayer *m_player;

@@ -17,6 +17,9 @@ void VoicemailMainForm::reload()
     const LoadVoicemailThread *loading = worker.get();
     load(
         std::move(worker),
-        [this, loading] { return std::make_unique<ItemModelVoicemail>(backup(), loading->items()); },
+        [this, loading] {
+            setReport(loading->report());
+            return std::make_unique<ItemModelVoicemail>(backup(), loading->items());
+        },
         hasVoicemail(backup()->manifest()));
 }

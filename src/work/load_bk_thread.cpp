@@ -39,43 +39,62 @@ void fetchDatabases(BackupManifest &manifest, Progress &progress)
     }
 }
 
-void countMessages(BackupManifest &manifest, BackupCounts &counts)
+std::optional<qint64> countClass(BackupManifest &manifest, PersonalSource &records, DataClass dataClass,
+                                 Report &report)
 {
-    if (manifest.wellKnown(WellKnown::MessageDatabase) == FileCatalogue::none)
-        return;
-    try {
-        counts.messages = openMessageDb(manifest)->countMessages();
-    } catch (const Error &error) {
-        counts.messagesProblem = error.sentence();
-        qWarning("messages could not be counted: %s", error.what());
+    if (isMediaClass(dataClass))
+        return countMedia(manifest, dataClass, report);
+    if (dataClass != DataClass::Messages)
+        return records.has(dataClass) ? records.count(dataClass, report) : 0;
+    const bool hasMessages = manifest.wellKnown(WellKnown::MessageDatabase) != FileCatalogue::none;
+    return hasMessages ? openMessageDb(manifest)->countMessages() : 0;
+}
+
+void countAll(BackupManifest &manifest, BackupCounts &counts, Progress &progress)
+{
+    const auto records = openDeviceRecords(manifest, manifest.info().deviceId);
+    for (const DataClass dataClass : allDataClasses) {
+        if (dataClass == DataClass::Files)
+            continue; // listed without a count
+        progress.check();
+        try {
+            if (const auto count = countClass(manifest, *records, dataClass, counts.report))
+                counts.known.insert(dataClass, *count);
+        } catch (const Error &error) {
+            counts.report.add({.kind = IssueKind::Damaged,
+                               .what = "IDS_ISSUE_NOT_COUNTED",
+                               .where = dataClassName(dataClass),
+                               .count = 0,
+                               .reason = error.sentence()});
+        }
     }
 }
 
-void countRecords(BackupManifest &manifest, BackupCounts &counts)
+void reportCatalogue(const BackupManifest &manifest, Report &report)
 {
-    const auto records = openDeviceRecords(manifest, manifest.info().deviceId);
-    Report report;
-    for (const DataClass dataClass : allDataClasses) {
-        try {
-            if (dataClass == DataClass::Files)
-                continue; // listed without a count
-            if (isMediaClass(dataClass))
-                counts.records.insert(dataClass, countMedia(manifest, dataClass, report));
-            else if (const auto count = records->has(dataClass) ? records->count(dataClass, report) : 0)
-                counts.records.insert(dataClass, *count);
-        } catch (const Error &error) {
-            qWarning("%s could not be counted: %s", qPrintable(dataClassName(dataClass)), error.what());
-        }
-    }
+    if (manifest.skippedRows() > 0)
+        report.add({.kind = IssueKind::Damaged,
+                    .what = "IDS_ISSUE_CATALOGUE_ROWS",
+                    .count = manifest.skippedRows(),
+                    .reason = manifest.skippedReason()});
+}
+
+/// What the user is told at once; what the rules leave out is said where it would stand.
+Report failuresOf(const Report &report)
+{
+    Report failures;
+    for (const Issue &issue : report.issues())
+        if (isFailure(issue.kind))
+            failures.add(issue);
+    return failures;
 }
 } // namespace
 
 QHash<QString, qint64> countsByName(const BackupCounts &counts)
 {
     QHash<QString, qint64> names;
-    for (auto count = counts.records.cbegin(); count != counts.records.cend(); ++count)
+    for (auto count = counts.known.cbegin(); count != counts.known.cend(); ++count)
         names.insert(dataClassName(count.key()), count.value());
-    names.insert(dataClassName(DataClass::Messages), counts.messages);
     return names;
 }
 
@@ -83,8 +102,8 @@ BackupCounts countsOfNames(const QHash<QString, qint64> &names)
 {
     BackupCounts counts;
     for (const DataClass dataClass : allDataClasses)
-        counts.records.insert(dataClass, names.value(dataClassName(dataClass)));
-    counts.messages = counts.records.take(DataClass::Messages);
+        if (names.contains(dataClassName(dataClass)))
+            counts.known.insert(dataClass, names.value(dataClassName(dataClass)));
     return counts;
 }
 
@@ -96,9 +115,8 @@ BackupCounts loadBackup(OpenBackup &backup, Progress &progress)
     fetchDatabases(backup.manifest(), progress);
     progress.check();
     BackupCounts counts;
-    countMessages(backup.manifest(), counts);
-    progress.check();
-    countRecords(backup.manifest(), counts);
+    reportCatalogue(backup.manifest(), counts.report);
+    countAll(backup.manifest(), counts, progress);
     progress.check();
     return counts;
 }
@@ -108,7 +126,6 @@ LoadBkThread::LoadBkThread(OpenBackupPtr backup) : m_backup(std::move(backup)) {
 QString LoadBkThread::work(Progress &progress)
 {
     m_counts = loadBackup(*m_backup, progress);
-    const QStringList problems = problemsOf(m_backup->manifest().report());
-    return problems.isEmpty() ? QString()
-                              : textFor("IDS_OPENED_WITH_DAMAGE_%1").arg(problems.join(QStringLiteral(". ")));
+    const Report failures = failuresOf(m_counts.report);
+    return failures.isEmpty() ? QString() : endText(textFor("IDS_OPENED_WITH_DAMAGE"), failures);
 }

@@ -25,8 +25,8 @@ QString LoadRecordsThread::work(Progress &progress)
     return {};
 }
 
-SaveRecordsThread::SaveRecordsThread(RecordSource source, DataClass dataClass, QString folder)
-    : m_source(std::move(source)), m_dataClass(dataClass), m_folder(std::move(folder))
+SaveRecordsThread::SaveRecordsThread(RecordSource source, DataClass dataClass, QString folder, Scope scope)
+    : m_source(std::move(source)), m_dataClass(dataClass), m_folder(std::move(folder)), m_scope(scope)
 {
 }
 
@@ -34,24 +34,25 @@ QString SaveRecordsThread::work(Progress &progress)
 {
     SaveReport result;
     withRecords(m_source, progress, [&](PersonalSource &source) {
-        result = saveRecords(m_dataClass, source, Scope::Usual, m_folder, progress);
+        result = saveRecords(m_dataClass, source, m_scope, m_folder, progress);
     });
-    return saveText(m_dataClass, result) + reportText(result.report);
+    return endText(saveText(m_dataClass, result), result.report);
 }
 
-std::unique_ptr<WorkerThread> makeBackupThread(DataClass dataClass, RecordSource source, QString folder)
+std::unique_ptr<WorkerThread> makeBackupThread(DataClass dataClass, RecordSource source, QString folder,
+                                               Scope scope)
 {
     switch (dataClass) {
     case DataClass::Contacts:
-        return std::make_unique<BackupContactsThread>(std::move(source), std::move(folder));
+        return std::make_unique<BackupContactsThread>(std::move(source), std::move(folder), scope);
     case DataClass::Calls:
-        return std::make_unique<BackupCallsThread>(std::move(source), std::move(folder));
+        return std::make_unique<BackupCallsThread>(std::move(source), std::move(folder), scope);
     case DataClass::Notes:
-        return std::make_unique<BackupNotesThread>(std::move(source), std::move(folder));
+        return std::make_unique<BackupNotesThread>(std::move(source), std::move(folder), scope);
     case DataClass::Calendar:
-        return std::make_unique<BackupCalendarThread>(std::move(source), std::move(folder));
+        return std::make_unique<BackupCalendarThread>(std::move(source), std::move(folder), scope);
     case DataClass::Bookmarks:
-        return std::make_unique<BackupBookmarsThread>(std::move(source), std::move(folder));
+        return std::make_unique<BackupBookmarsThread>(std::move(source), std::move(folder), scope);
     default:
         return nullptr;
     }

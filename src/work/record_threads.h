@@ -35,7 +35,7 @@ class SaveRecordsThread : public WorkerThread
     Q_OBJECT
 
 public:
-    SaveRecordsThread(RecordSource source, DataClass dataClass, QString folder);
+    SaveRecordsThread(RecordSource source, DataClass dataClass, QString folder, Scope scope = Scope::Usual);
 
 protected:
     QString work(Progress &progress) override;
@@ -44,14 +44,15 @@ private:
     RecordSource m_source;
     DataClass m_dataClass;
     QString m_folder;
+    Scope m_scope;
 };
 
 template <DataClass Class>
 class BackupThread : public SaveRecordsThread
 {
 public:
-    BackupThread(RecordSource source, QString folder)
-        : SaveRecordsThread(std::move(source), Class, std::move(folder))
+    BackupThread(RecordSource source, QString folder, Scope scope = Scope::Usual)
+        : SaveRecordsThread(std::move(source), Class, std::move(folder), scope)
     {
     }
 };
@@ -62,7 +63,8 @@ using BackupCalendarThread = BackupThread<DataClass::Calendar>;
 using BackupBookmarsThread = BackupThread<DataClass::Bookmarks>;
 
 /// The worker that saves a class. Null for a class that is not kept as records.
-std::unique_ptr<WorkerThread> makeBackupThread(DataClass dataClass, RecordSource source, QString folder);
+std::unique_ptr<WorkerThread> makeBackupThread(DataClass dataClass, RecordSource source, QString folder,
+                                               Scope scope = Scope::Usual);
 
 /// Removes records of a local database by the identities that it shows them under, all or none.
 class RemoveRecordsThread : public WorkerThread

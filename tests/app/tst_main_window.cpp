@@ -6,6 +6,7 @@
 #include "support/modal.h"
 #include "support/sample_backup.h"
 #include "support/web_test_main.h"
+#include "views/bk_desc_form.h"
 #include "views/load_itunes_backup_dlg.h"
 #include "views/message_export_dlg.h"
 #include "views/passcode_dlg.h"
@@ -18,6 +19,7 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QTest>
+#include <QToolButton>
 #include <QTreeView>
 
 namespace {
@@ -64,6 +66,7 @@ private slots:
     void loadThroughTheDialog();
     void encryptedBackup();
     void failedLoadLeavesNothing();
+    void whatCannotBeReadIsNoZero();
     void sameBackupTwice();
     void exportAConversation();
     void unlist();
@@ -171,6 +174,46 @@ void TestMainWindow::failedLoadLeavesNothing()
     const AnswerBox absent;
     QVERIFY(!window.loadBackup(QStringLiteral("/nowhere")));
     QVERIFY(absent.text().contains(QStringLiteral("Cannot find /nowhere/Manifest.plist")));
+}
+
+/// A class that is damaged, and one whose content is missing, are told wherever a number or an empty list would
+/// stand.
+void TestMainWindow::whatCannotBeReadIsNoZero()
+{
+    const SampleBackup sample;
+    const QString notes = QStringLiteral("HomeDomain Library/Notes/notes.sqlite");
+    const QString contacts = QStringLiteral("HomeDomain Library/AddressBook/AddressBook.sqlitedb");
+    const auto content = [&sample](const QString &place) {
+        const QString id = sample.summary().file(place.section(u' ', 0, 0), place.section(u' ', 1))->fileId;
+        return QStringLiteral("%1/%2/%3").arg(sample.folder(), id.left(2), id);
+    };
+    QFile garbage(content(notes));
+    QVERIFY(garbage.open(QIODevice::WriteOnly) && garbage.write(QByteArray(9000, 'x')) > 0);
+    garbage.close();
+    QVERIFY(QFile::remove(content(contacts)));
+    MainWindow window({});
+    window.show();
+    const AnswerBox opened;
+    QVERIFY(window.loadBackup(sample.folder()));
+    const auto *panel = window.findChild<BKDescForm *>();
+    for (const QString &place : {notes, contacts}) {
+        QVERIFY2(opened.text().contains(place), qPrintable(opened.text()));
+        const AnswerBox details;
+        panel->findChild<QToolButton *>(QStringLiteral("btnNoticeDetails"))->click();
+        QVERIFY2(details.text().contains(place), qPrintable(details.text()));
+    }
+    const QAbstractItemModel *model = treeOf(window)->model();
+    for (const auto &[label, place] : {std::pair("Notes(?)", notes), std::pair("Contacts(?)", contacts)}) {
+        const QModelIndexList nodes = model->match(backupNode(window), Qt::DisplayRole, QLatin1String(label), 1,
+                                                   Qt::MatchExactly | Qt::MatchRecursive);
+        QVERIFY2(nodes.size() == 1, label);
+        treeOf(window)->setCurrentIndex(nodes.first());
+        const auto forms = window.findChildren<RecordsMainForm *>();
+        const RecordsMainForm *form = *std::find_if(forms.begin(), forms.end(), [](auto *view) { return view->isVisible(); });
+        QTRY_COMPARE(form->status(), QStringLiteral("This could not be read."));
+        const QString said = form->findChild<QLabel *>(QStringLiteral("lbStateText"))->text();
+        QVERIFY2(said.remove(QChar(0x200b)).contains(place), qPrintable(said));
+    }
 }
 
 void TestMainWindow::sameBackupTwice()

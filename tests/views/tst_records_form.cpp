@@ -16,11 +16,13 @@
 #include <QBuffer>
 #include <QCalendarWidget>
 #include <QFile>
+#include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTextDocument>
+#include <QToolButton>
 #include <QTreeView>
 
 namespace {
@@ -68,6 +70,7 @@ private slots:
     void contactsShowEveryRow();
     void longTextsAreCut();
     void deepNotesAreShownAsPlainText();
+    void whatIsLeftOutCanBeShown();
     void exportsWhatIsSelectedOrShown();
     void emptySource();
     void saveShowAndDelete_data() { classRows(); }
@@ -327,6 +330,35 @@ void TestRecordsForm::deepNotesAreShownAsPlainText()
     const auto detail = [&model](int row) { return model.index(row, 0).data(RecordRole::Detail).toString(); };
     QVERIFY(detail(0).contains(QStringLiteral("1 &lt; 2")) && !detail(0).contains(QStringLiteral("<b>")));
     QVERIFY(detail(1).contains(wide.content));
+}
+
+void TestRecordsForm::whatIsLeftOutCanBeShown()
+{
+    const SampleBackup sample;
+    RecordsMainForm form({sample.opened(), {}}, DataClass::Calendar);
+    form.show();
+    QTRY_VERIFY(listOf(form)->isVisible());
+    const auto *filter = static_cast<const RecordFilter *>(listOf(form)->model());
+    const int usual = filter->recordCount();
+    const auto *notice = form.findChild<QLabel *>(QStringLiteral("lbNotice"));
+    auto *everything = form.findChild<QToolButton *>(QStringLiteral("btnNoticeEverything"));
+    QVERIFY(notice->isVisible() && everything->isVisible());
+    const int hidden = notice->text().section(u' ', 0, 0).toInt();
+    QVERIFY2(hidden > 0, qPrintable(notice->text()));
+    QCOMPARE(everything->text(), QStringLiteral("Show them"));
+    everything->click();
+    QTRY_VERIFY(listOf(form)->isVisible());
+    QVERIFY(filter->recordCount() >= usual + hidden);
+    QCOMPARE(everything->text(), QStringLiteral("Hide them"));
+    QTemporaryDir folder;
+    {
+        const AnswerBox done;
+        QVERIFY(form.saveInto(folder.path()));
+        QVERIFY2(done.text().contains(QString::number(filter->recordCount())), "what is shown is what is saved");
+    }
+    everything->click();
+    QTRY_VERIFY(listOf(form)->isVisible());
+    QCOMPARE(filter->recordCount(), usual);
 }
 
 void TestRecordsForm::exportsWhatIsSelectedOrShown()

@@ -15,6 +15,7 @@ public:
     using Job = std::function<QString(Progress &, ScriptedWorker &)>;
     explicit ScriptedWorker(Job job) : m_job(std::move(job)) {}
 
+    using WorkerThread::endText;
     using WorkerThread::tipsWait;
 
 protected:

@@ -1,4 +1,5 @@
 #include "base/error.h"
+#include "base/report.h"
 #include "base/texts.h"
 #include "resources/resources.h"
 #include "scripted_worker.h"
@@ -46,6 +47,8 @@ private slots:
     void longTextsFitTheScreen_data();
     void longTextsFitTheScreen();
     void successOffersTheResult();
+    void successWithFailuresWarns_data();
+    void successWithFailuresWarns();
     void tipClearsItsFlag();
     void jobSucceeds();
     void jobFails();
@@ -243,6 +246,35 @@ void TestProgressForm::successOffersTheResult()
     QVERIFY(offered);
     QCOMPARE(form.result(), 1);
     QVERIFY(!form.isCancelled());
+}
+
+void TestProgressForm::successWithFailuresWarns_data()
+{
+    QTest::addColumn<IssueKind>("kind");
+    QTest::addColumn<BoxIcon>("icon");
+    QTest::newRow("a damaged row") << IssueKind::Damaged << BoxIcon::Warning;
+    QTest::newRow("left out by a rule") << IssueKind::Hidden << BoxIcon::Information;
+}
+
+void TestProgressForm::successWithFailuresWarns()
+{
+    QFETCH(IssueKind, kind);
+    QFETCH(BoxIcon, icon);
+    Report report;
+    report.add({.kind = kind, .what = "IDS_ISSUE_SYSTEM_ITEMS", .count = 2});
+    auto worker = std::make_unique<ScriptedWorker>(
+        [&report](Progress &, ScriptedWorker &self) { return self.endText(QStringLiteral("done"), report); });
+    QString text;
+    QImage picture;
+    const OnModal<MessageBox> look([&](MessageBox &box) {
+        text = box.text();
+        picture = box.iconPixmap().toImage();
+        QTest::mouseClick(box.button(QMessageBox::Ok), Qt::LeftButton);
+    });
+    QVERIFY(runJob(QString(), worker, nullptr));
+    QVERIFY2(text.startsWith(QStringLiteral("done\n")) && text.contains(QStringLiteral("2 system items")),
+             qPrintable(text));
+    QCOMPARE(picture, boxPicture(icon, 1).toImage());
 }
 
 void TestProgressForm::tipClearsItsFlag()
