@@ -81,8 +81,8 @@ class ItemModelBK : public AbsTreeItemModel
 public:
     explicit ItemModelBK(QObject *parent = nullptr);
 
-    /// A backup that is not loaded yet, with the counts of the last time. Without any the classes show that they
-    /// were not counted yet.
+    /// A backup that is not loaded yet, with the counts of the last time. Without any the classes show that
+    /// they were not counted yet.
     BkNode *addBackup(const OpenBackupPtr &backup, const std::optional<BackupCounts> &counts);
     /// Takes what loading the backup has counted.
     void setLoaded(BkNode *backup, const BackupCounts &counts);

@@ -131,9 +131,9 @@ void MainWindow::showCurrent()
                           : StartPage::Offer::LoadOrSample);
     m_views->showNode(needsLoading(node) ? source.backup : node, source);
     const BkNode *shown = source.node();
-    setWindowTitle(shown ? QStringLiteral("%1 (%2)").arg(applicationTitle(),
-                                                         shown->data(Qt::DisplayRole).toString())
-                         : applicationTitle());
+    setWindowTitle(
+        shown ? QStringLiteral("%1 (%2)").arg(applicationTitle(), shown->data(Qt::DisplayRole).toString())
+              : applicationTitle());
     syncWithView();
 }
 
@@ -217,8 +217,8 @@ void MainWindow::forgetViews(const BkNode *source)
     m_views->forget(source);
 }
 
-// A local database that is new shows at once, and the others with what they hold now. The view stays: there may be
-// more to save.
+// A local database that is new shows at once, and the others with what they hold now. The view stays: there
+// may be more to save.
 BkNode *MainWindow::onStoreChanged(const QString &folder)
 {
     BkNode *database = m_model->addLocalDatabase(folder);

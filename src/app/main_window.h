@@ -91,7 +91,7 @@ private:
     ViewStack *m_views = nullptr;
     ElidedLabel *m_status = nullptr;
     StartPage *m_start = nullptr;
-    bool m_backupsFound = false; // when the program started
+    bool m_backupsFound = false;               // when the program started
     QList<QMetaObject::Connection> m_followed; // what is heard of the view that is shown
     QAction *m_load = nullptr;
     QAction *m_openFolder = nullptr;

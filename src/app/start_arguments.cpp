@@ -12,11 +12,10 @@ constexpr int wrongUsage = 2;
 
 // Those of the toolkit, which takes them out of the list itself.
 const char *const toolkitSwitches[] = {"reverse", "widgetcount"};
-const char *const toolkitValues[] = {"platform",        "platformpluginpath", "platformtheme",
-                                     "plugin",          "qmljsdebugger",      "qwindowgeometry",
-                                     "qwindowicon",     "qwindowtitle",       "session",
-                                     "style",           "stylesheet",         "display",
-                                     "geometry"};
+const char *const toolkitValues[] = {
+    "platform",    "platformpluginpath", "platformtheme", "plugin", "qmljsdebugger", "qwindowgeometry",
+    "qwindowicon", "qwindowtitle",       "session",       "style",  "stylesheet",    "display",
+    "geometry"};
 
 template <typename Names>
 bool isAmong(const QString &name, const Names &names)

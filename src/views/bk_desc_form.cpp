@@ -40,8 +40,7 @@ QString shortBackupName(const QString &displayName)
                                                 : displayName;
 }
 
-BKDescForm::BKDescForm(const BackupInfo &backup, QWidget *parent)
-    : QWidget(parent), m_notices(new NoticeBar)
+BKDescForm::BKDescForm(const BackupInfo &backup, QWidget *parent) : QWidget(parent), m_notices(new NoticeBar)
 {
     auto *name = new QLabel(shortBackupName(backup.displayName));
     name->setObjectName(QStringLiteral("lbBKName"));
@@ -52,8 +51,9 @@ BKDescForm::BKDescForm(const BackupInfo &backup, QWidget *parent)
     auto *picture = new QLabel;
     picture->setPixmap(QPixmap(QStringLiteral(":/res/bk_big.png")));
     picture->setAccessibleName(textFor("IDS_ROOT_BK"));
-    auto *path = new QLabel(QStringLiteral("<a href=\"%1\">%2</a>")
-                                .arg(backup.folder.toHtmlEscaped(), breakable(backup.folder).toHtmlEscaped()));
+    auto *path =
+        new QLabel(QStringLiteral("<a href=\"%1\">%2</a>")
+                       .arg(backup.folder.toHtmlEscaped(), breakable(backup.folder).toHtmlEscaped()));
     path->setObjectName(QStringLiteral("lbPath"));
     path->setTextFormat(Qt::RichText);
     path->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);

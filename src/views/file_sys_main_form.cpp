@@ -27,8 +27,7 @@ constexpr int filterDelayMs = 200;
 
 QString exportText(qint64 count)
 {
-    return count == 0 ? textFor("IDS_EXPORT")
-                      : textFor("IDS_EXPORT_ITEMS", count);
+    return count == 0 ? textFor("IDS_EXPORT") : textFor("IDS_EXPORT_ITEMS", count);
 }
 } // namespace
 
@@ -111,9 +110,8 @@ void FileSysMainForm::onFilterApplied()
                             textFor("IDS_SHOW_ALL_FILES"));
     else
         m_states->showEmpty(textFor("IDS_NO_FILES"), textFor("IDS_NO_FILES_HINT"));
-    m_header->setCount(m_model->isFiltered()
-                           ? textFor("IDS_%1_MATCHES").arg(localNumber(m_model->rowCount()))
-                           : textFor("IDS_FILE_COUNT", m_model->fileCount()));
+    m_header->setCount(m_model->isFiltered() ? textFor("IDS_%1_MATCHES").arg(localNumber(m_model->rowCount()))
+                                             : textFor("IDS_FILE_COUNT", m_model->fileCount()));
     refresh();
 }
 
@@ -130,9 +128,8 @@ void FileSysMainForm::refresh()
 {
     const qsizetype selected = m_tree->selectionModel()->selectedRows().size();
     setExportState(exportText(selected), selected == 0 ? textFor("IDS_WHY_SELECT_FILES") : QString());
-    setStatus(
-        textFor("IDS_%1_SELECTED_%2")
-            .arg(textFor("IDS_FILE_COUNT", m_model->fileCount()), localNumber(selected)));
+    setStatus(textFor("IDS_%1_SELECTED_%2")
+                  .arg(textFor("IDS_FILE_COUNT", m_model->fileCount()), localNumber(selected)));
 }
 
 void FileSysMainForm::exportSelection()

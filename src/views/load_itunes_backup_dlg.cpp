@@ -102,9 +102,8 @@ void LoadItunesBackupDlg::refreshState()
     if (m_model->rowCount() > 0)
         m_states->showContent();
     else
-        m_states->showEmpty(
-            textFor(m_loaded.isEmpty() ? "IDS_NO_BACKUP_FOUND" : "IDS_NO_OTHER_BACKUP_FOUND"),
-            textFor("IDS_NO_BACKUP_FOUND_HINT"), textFor("IDS_MAKE_SAMPLE"));
+        m_states->showEmpty(textFor(m_loaded.isEmpty() ? "IDS_NO_BACKUP_FOUND" : "IDS_NO_OTHER_BACKUP_FOUND"),
+                            textFor("IDS_NO_BACKUP_FOUND_HINT"), textFor("IDS_MAKE_SAMPLE"));
 }
 
 void LoadItunesBackupDlg::select(int row)

@@ -77,8 +77,7 @@ void NoticeBar::setNotices(const QStringList &sentences)
 
 void NoticeBar::showText()
 {
-    QPixmap picture =
-        boxPicture(m_isFailure ? BoxIcon::Warning : BoxIcon::Information, devicePixelRatioF());
+    QPixmap picture = boxPicture(m_isFailure ? BoxIcon::Warning : BoxIcon::Information, devicePixelRatioF());
     m_sign->setPixmap(picture.scaled(picture.size() * (signSide / picture.deviceIndependentSize().width()),
                                      Qt::KeepAspectRatio, Qt::SmoothTransformation));
     const QString first = m_sentences.value(0);

@@ -20,8 +20,8 @@ public:
 
     /// Whoever connects to scopeWanted() can read what the rules leave out, so that is offered.
     void offerEverything();
-    /// Says what the report says, what is damaged first. The first sentence stands there; when that is not all,
-    /// "Details" opens a box with all of them. `shown` is what the view was read with.
+    /// Says what the report says, what is damaged first. The first sentence stands there; when that is not
+    /// all, "Details" opens a box with all of them. `shown` is what the view was read with.
     void setReport(const Report &report, Scope shown = Scope::Usual);
     /// The same of sentences on damage.
     void setNotices(const QStringList &sentences);

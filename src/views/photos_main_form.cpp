@@ -123,16 +123,14 @@ void PhotosMainForm::refresh()
 {
     const qint64 selected = m_grid->selectionModel()->selectedIndexes().size();
     const bool isEmpty = m_model->rowCount() == 0;
-    setExportState(selected == 0 ? textFor("IDS_EXPORT_ALL")
-                                 : textFor("IDS_EXPORT_ITEMS", selected),
+    setExportState(selected == 0 ? textFor("IDS_EXPORT_ALL") : textFor("IDS_EXPORT_ITEMS", selected),
                    isEmpty ? textFor("IDS_WHY_NOTHING_TO_EXPORT") : QString());
     m_open->setEnabled(selected == 1);
     m_open->setToolTip(textFor(selected == 1 ? "IDS_OPEN_ITEM" : "IDS_WHY_SELECT_ONE"));
     setStatus(m_model->total() == 0 ? noneText()
               : isEmpty             ? textFor("IDS_NOTHING_MATCHES")
                                     : textFor("IDS_%1_SELECTED_%2")
-                              .arg(textFor("IDS_FILE_COUNT", m_model->rowCount()),
-                                   localNumber(selected)));
+                              .arg(textFor("IDS_FILE_COUNT", m_model->rowCount()), localNumber(selected)));
 }
 
 void PhotosMainForm::showRows(int firstRow, int endRow)

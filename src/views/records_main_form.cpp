@@ -297,14 +297,11 @@ void RecordsMainForm::showState(const QString &why)
 {
     const qsizetype selected = m_records ? selectedRows().size() : 0;
     const bool exportsAll = m_class == DataClass::Bookmarks || selected == 0;
-    setExportState(exportsAll ? textFor("IDS_EXPORT_ALL")
-                              : textFor("IDS_EXPORT_RECORDS", selected),
-                   why);
+    setExportState(exportsAll ? textFor("IDS_EXPORT_ALL") : textFor("IDS_EXPORT_RECORDS", selected), why);
     m_save->setEnabled(why.isEmpty());
     m_save->setToolTip(why.isEmpty() ? m_save->text() : why);
     const QString nothing = selected == 0 ? textFor("IDS_WHY_SELECT_RECORDS") : why;
-    m_remove->setText(selected == 0 ? textFor("IDS_DELETE")
-                                    : textFor("IDS_DELETE_RECORDS", selected));
+    m_remove->setText(selected == 0 ? textFor("IDS_DELETE") : textFor("IDS_DELETE_RECORDS", selected));
     m_import->setEnabled(why.isEmpty() || m_records);
     m_remove->setEnabled(nothing.isEmpty());
     m_remove->setToolTip(nothing.isEmpty() ? m_remove->text() : nothing);

@@ -35,8 +35,8 @@ public:
     QAction *removeAction() const override;
     void reload() override;
 
-    /// Writes the selected records, or all that are shown when none is selected, under the progress dialog. True when it was
-    /// done.
+    /// Writes the selected records, or all that are shown when none is selected, under the progress dialog.
+    /// True when it was done.
     bool exportTo(const QString &format, const QString &target);
     /// Saves all records into the local database in `folder`. True when it was done.
     bool saveInto(const QString &folder);

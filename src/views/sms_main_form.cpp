@@ -334,11 +334,10 @@ void SMSMainForm::showCounts(std::size_t selected)
     const auto shown = static_cast<std::size_t>(m_proxy->rowCount());
     m_header->setCount(conversations(shown));
     const bool searching = m_search && m_search->isRunning();
-    setStatus(
-        searching ? textFor("IDS_SEARCHING")
-        : shown == 0
-            ? textFor("IDS_NOTHING_MATCHES")
-            : textFor("IDS_%1_SELECTED_%2").arg(conversations(shown), localNumber(static_cast<qint64>(selected))));
+    setStatus(searching    ? textFor("IDS_SEARCHING")
+              : shown == 0 ? textFor("IDS_NOTHING_MATCHES")
+                           : textFor("IDS_%1_SELECTED_%2")
+                                 .arg(conversations(shown), localNumber(static_cast<qint64>(selected))));
 }
 
 void SMSMainForm::exportSelection()

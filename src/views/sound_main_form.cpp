@@ -196,8 +196,7 @@ void SoundMainForm::refresh()
     m_header->setCount(localNumber(shown));
     setStatus(shown == 0 ? textFor("IDS_NOTHING_MATCHES")
                          : textFor("IDS_%1_SELECTED_%2").arg(localNumber(shown), localNumber(selected)));
-    setExportState(selected == 0 ? textFor("IDS_EXPORT_ALL")
-                                 : textFor("IDS_EXPORT_RECORDS", selected),
+    setExportState(selected == 0 ? textFor("IDS_EXPORT_ALL") : textFor("IDS_EXPORT_RECORDS", selected),
                    shown == 0 ? textFor("IDS_NOTHING_MATCHES") : QString());
     m_open->setEnabled(selected == 1);
     m_open->setToolTip(textFor(selected == 1 ? "IDS_OPEN_ITEM" : "IDS_WHY_SELECT_ONE"));

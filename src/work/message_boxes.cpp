@@ -117,7 +117,8 @@ void showErrorBox(const QString &text)
 {
     const QString escaped = fitting(text).toHtmlEscaped().replace(QLatin1Char('\n'), QStringLiteral("<br/>"));
     MessageBox box(BoxIcon::Critical,
-                   QStringLiteral("<nobr><b>") + applicationTitle() + QStringLiteral("</b></nobr><br/><br/>") +
+                   QStringLiteral("<nobr><b>") + applicationTitle() +
+                       QStringLiteral("</b></nobr><br/><br/>") +
                        textFor("IDS_ERROR_OCCURRED_%1_%2").arg(escaped, supportAddress()),
                    BoxButton::Ok, QApplication::activeWindow(), Qt::RichText);
     box.offerWhole(text);

@@ -10,9 +10,9 @@ enum class BoxButton { Yes = 1, No = 2, Ok = 4, Cancel = 8 };
 Q_DECLARE_FLAGS(BoxButtons, BoxButton)
 Q_DECLARE_OPERATORS_FOR_FLAGS(BoxButtons)
 
-/// The one message box of the program: titled with the product's name, without a window frame, movable, in the
-/// middle of the window that it belongs to. Text is plain unless `format` says otherwise; a plain one that is too
-/// long for a box is cut.
+/// The one message box of the program: titled with the product's name, without a window frame, movable, in
+/// the middle of the window that it belongs to. Text is plain unless `format` says otherwise; a plain one
+/// that is too long for a box is cut.
 class MessageBox : public QMessageBox
 {
     Q_OBJECT

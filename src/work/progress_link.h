@@ -15,7 +15,7 @@ struct ProgressLink
     std::shared_ptr<std::atomic<bool>> cancelled = std::make_shared<std::atomic<bool>>(false);
     /// Set while a worker waits for a tip to be read; the receiver's tipsWait clears it.
     std::shared_ptr<std::atomic<bool>> tipPending = std::make_shared<std::atomic<bool>>(false);
-    /// Set by a job that is done but met damage, or something that it could not hand over: its success is told as a
-    /// warning.
+    /// Set by a job that is done but met damage, or something that it could not hand over: its success is
+    /// told as a warning.
     std::shared_ptr<std::atomic<bool>> withFailures = std::make_shared<std::atomic<bool>>(false);
 };

@@ -35,7 +35,6 @@ QString toolTipOf(const QString &text)
 {
     if (text.isEmpty())
         return {};
-    const QString shown =
-        text.size() > longestToolTip ? text.left(longestToolTip) + QChar(0x2026) : text;
+    const QString shown = text.size() > longestToolTip ? text.left(longestToolTip) + QChar(0x2026) : text;
     return QStringLiteral("<p style=\"white-space:pre-wrap\">%1</p>").arg(breakable(shown).toHtmlEscaped());
 }

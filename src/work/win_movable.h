@@ -5,12 +5,12 @@
 
 class QWidget;
 
-/// Puts a dialog into the middle of the window that it belongs to, as far as the screen allows. Qt does so too,
-/// but makes room for a frame that a dialog without one does not have.
+/// Puts a dialog into the middle of the window that it belongs to, as far as the screen allows. Qt does so
+/// too, but makes room for a frame that a dialog without one does not have.
 void centreOnItsWindow(QWidget *dialog);
 
-/// Lets a window without a frame be moved by dragging anywhere on it, and shows it in the middle of the window that
-/// it belongs to. Owned by the window.
+/// Lets a window without a frame be moved by dragging anywhere on it, and shows it in the middle of the
+/// window that it belongs to. Owned by the window.
 class WinMovable : public QObject
 {
     Q_OBJECT

@@ -50,8 +50,8 @@ protected:
     /// begun and not finished it takes back itself when an exception passes.
     virtual QString work(Progress &progress) = 0;
 
-    /// The text for succeed(): what was done, and below it the sentences of the report. One with failures is shown as a
-    /// warning.
+    /// The text for succeed(): what was done, and below it the sentences of the report. One with failures is
+    /// shown as a warning.
     QString endText(const QString &done, const Report &report);
 
     /// Shows `info` and returns once the user has closed it. Throws Cancelled.

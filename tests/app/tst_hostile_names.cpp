@@ -31,8 +31,8 @@ struct Tampering
     const char *statements; // ?: the name
 };
 const Tampering tamperings[] = {
-    {"Library/AddressBook/AddressBook.sqlitedb",
-     "update ABPerson set First=?, Last='', Organization=?, Note=?; update ABMultiValue set value=? where rowid%2"},
+    {"Library/AddressBook/AddressBook.sqlitedb", "update ABPerson set First=?, Last='', Organization=?, "
+                                                 "Note=?; update ABMultiValue set value=? where rowid%2"},
     {"Library/SMS/sms.db", "update chat set display_name=?; update message set text=?, subject=?;"
                            "update attachment set transfer_name=?"},
     {"Library/CallHistoryDB/CallHistory.storedata", "update ZCALLRECORD set ZADDRESS=?, ZNAME=?"},
@@ -107,7 +107,8 @@ QString withoutBreaks(QString text)
 }
 } // namespace
 
-/// Names out of a backup are plain text wherever they are shown, whatever they look like and however long they are.
+/// Names out of a backup are plain text wherever they are shown, whatever they look like and however long
+/// they are.
 class TestHostileNames : public QObject
 {
     Q_OBJECT
@@ -150,7 +151,8 @@ void TestHostileNames::lookAt(const QAbstractItemModel &model, const QModelIndex
     for (int row = 0; row < std::min(20, model.rowCount(parent)); ++row) {
         for (int column = 0; column < model.columnCount(parent); ++column) {
             const QModelIndex index = model.index(row, column, parent);
-            note(seen(index.data(Qt::ToolTipRole).toString()), QLatin1String(model.metaObject()->className()));
+            note(seen(index.data(Qt::ToolTipRole).toString()),
+                 QLatin1String(model.metaObject()->className()));
             QVERIFY2(index.data().toString().size() < longName, model.metaObject()->className());
         }
         lookAt(model, model.index(row, 0, parent));
@@ -205,7 +207,8 @@ void TestHostileNames::shownAsTheyAre()
         tree->setCurrentIndex(model->indexOf(node.get()));
         const QString label = static_cast<BkNode *>(node.get())->label();
         const auto views = window.findChildren<DataView *>();
-        const auto shown = std::find_if(views.begin(), views.end(), [](DataView *view) { return view->isVisible(); });
+        const auto shown =
+            std::find_if(views.begin(), views.end(), [](DataView *view) { return view->isVisible(); });
         QVERIFY2(shown != views.end(), qPrintable(label));
         QTRY_VERIFY2(!(*shown)->status().endsWith(u"..."_s), qPrintable(label));
         look(window);

@@ -176,8 +176,8 @@ void TestMainWindow::failedLoadLeavesNothing()
     QVERIFY(absent.text().contains(QStringLiteral("Cannot find /nowhere/Manifest.plist")));
 }
 
-/// A class that is damaged, and one whose content is missing, are told wherever a number or an empty list would
-/// stand.
+/// A class that is damaged, and one whose content is missing, are told wherever a number or an empty list
+/// would stand.
 void TestMainWindow::whatCannotBeReadIsNoZero()
 {
     const SampleBackup sample;
@@ -204,12 +204,13 @@ void TestMainWindow::whatCannotBeReadIsNoZero()
     }
     const QAbstractItemModel *model = treeOf(window)->model();
     for (const auto &[label, place] : {std::pair("Notes(?)", notes), std::pair("Contacts(?)", contacts)}) {
-        const QModelIndexList nodes = model->match(backupNode(window), Qt::DisplayRole, QLatin1String(label), 1,
-                                                   Qt::MatchExactly | Qt::MatchRecursive);
+        const QModelIndexList nodes = model->match(backupNode(window), Qt::DisplayRole, QLatin1String(label),
+                                                   1, Qt::MatchExactly | Qt::MatchRecursive);
         QVERIFY2(nodes.size() == 1, label);
         treeOf(window)->setCurrentIndex(nodes.first());
         const auto forms = window.findChildren<RecordsMainForm *>();
-        const RecordsMainForm *form = *std::find_if(forms.begin(), forms.end(), [](auto *view) { return view->isVisible(); });
+        const RecordsMainForm *form =
+            *std::find_if(forms.begin(), forms.end(), [](auto *view) { return view->isVisible(); });
         QTRY_COMPARE(form->status(), QStringLiteral("This could not be read."));
         const QString said = form->findChild<QLabel *>(QStringLiteral("lbStateText"))->text();
         QVERIFY2(said.remove(QChar(0x200b)).contains(place), qPrintable(said));
@@ -380,8 +381,9 @@ void TestMainWindow::localViewIsFreshAfterASave()
     QVERIFY(window.loadBackup(sample.folder()));
     const QAbstractItemModel *model = treeOf(window)->model();
     const auto select = [&](const QModelIndex &root, const char *label) {
-        treeOf(window)->setCurrentIndex(model->match(root, Qt::DisplayRole, QLatin1String(label), 1,
-                                                     Qt::MatchStartsWith | Qt::MatchRecursive)
+        treeOf(window)->setCurrentIndex(model
+                                            ->match(root, Qt::DisplayRole, QLatin1String(label), 1,
+                                                    Qt::MatchStartsWith | Qt::MatchRecursive)
                                             .value(0));
         const auto views = window.findChildren<DataView *>();
         return *std::find_if(views.begin(), views.end(), [](DataView *view) { return view->isVisible(); });

@@ -23,7 +23,8 @@ void TestStartArguments::endsAtOnce_data()
     QTest::newRow("version") << QStringList{u"--version"_s} << 0 << QStringLiteral(QB_VERSION);
     QTest::newRow("unknown option") << QStringList{u"--frobnicate"_s} << 2 << u"quillbarrow: --frobnicate"_s;
     QTest::newRow("unknown behind one of the toolkit")
-        << QStringList{u"-platform"_s, u"offscreen"_s, u"--frobnicate"_s} << 2 << u"quillbarrow: --frobnicate"_s;
+        << QStringList{u"-platform"_s, u"offscreen"_s, u"--frobnicate"_s} << 2
+        << u"quillbarrow: --frobnicate"_s;
     QTest::newRow("no option at all") << QStringList{u"backup"_s} << 2 << u"quillbarrow: backup"_s;
 }
 

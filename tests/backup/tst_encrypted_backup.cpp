@@ -236,9 +236,10 @@ void TestEncryptedBackup::plainRecordInASaltedCatalogue()
         catalogue.openThrow(salted.folder() + u"/Manifest.db"_s, SqliteOpen::ReadWrite);
         catalogue.executeThrow(
             Sqlite3Sql(u"attach ? as plain"_s).addTextParam(plain.folder() + u"/Manifest.db"_s));
-        catalogue.executeThrow(Sqlite3Sql(u"update Files set file=(select file from plain.Files where fileID=?1)"
-                                          " where fileID=?1"_s)
-                                   .addTextParam(file->fileId));
+        catalogue.executeThrow(
+            Sqlite3Sql(u"update Files set file=(select file from plain.Files where fileID=?1)"
+                       " where fileID=?1"_s)
+                .addTextParam(file->fileId));
         QCOMPARE(catalogue.changes(), 1);
     }
     const auto backup = salted.opened();

@@ -182,9 +182,9 @@ void TestSqlite::failureHasAKind_data()
         db.executeThrow(u"pragma max_page_count=2"_s);
         db.executeThrow(u"insert into t(text) values(zeroblob(100000))"_s);
     }) << ErrorKind::NoSpace << true;
-    QTest::newRow("writing what is open for reading") << Action([=](const QString &path) {
-        execute(path, SqliteOpen::ReadOnly, u"delete from t"_s);
-    }) << ErrorKind::Denied << false;
+    QTest::newRow("writing what is open for reading")
+        << Action([=](const QString &path) { execute(path, SqliteOpen::ReadOnly, u"delete from t"_s); })
+        << ErrorKind::Denied << false;
     QTest::newRow("a column that our own lacks") << Action([=](const QString &path) {
         execute(path, SqliteOpen::ReadOnly, u"select absent from t"_s);
     }) << ErrorKind::Other << false;

@@ -177,7 +177,8 @@ void TestDataViews::rangeIsWhatIsActedOn()
     const LoadedMessagesPtr messages = loadMessages({sample.opened()}, nobody);
     QHash<QDate, QSet<qint64>> byDay;
     for (const MessageRef &ref : messages->database->select({}, INT64_MIN, INT64_MAX))
-        byDay[QDateTime::fromSecsSinceEpoch(unixFromApple(ref.message->date)).date()].insert(ref.message->rowid);
+        byDay[QDateTime::fromSecsSinceEpoch(unixFromApple(ref.message->date)).date()].insert(
+            ref.message->rowid);
     const auto busiest = std::max_element(byDay.begin(), byDay.end(), [](const auto &one, const auto &other) {
         return one.size() < other.size();
     });
@@ -193,8 +194,9 @@ void TestDataViews::rangeIsWhatIsActedOn()
     SMSMainForm form({sample.opened()});
     form.show();
     QTRY_VERIFY(isLoaded(form));
-    QCOMPARE(listOf(form)->model()->index(0, ItemModelSms::LastDate).data(ItemModelSms::SortRole).toLongLong(),
-             qint64(form.findChild<ItemModelSms *>()->bounds().to)); // the newest first
+    QCOMPARE(
+        listOf(form)->model()->index(0, ItemModelSms::LastDate).data(ItemModelSms::SortRole).toLongLong(),
+        qint64(form.findChild<ItemModelSms *>()->bounds().to)); // the newest first
     const auto store = [&folder] {
         NoProgress progress;
         const LoadedMessagesPtr stored = loadMessages({nullptr, folder.path()}, progress);

@@ -166,8 +166,10 @@ void TestRecordsForm::rowsSayWhatIsRecorded()
             cells << first.siblingAtColumn(column).data().toString();
         return cells.join(QLatin1Char('|'));
     };
-    for (const auto &[type, word] : {std::pair(CallType::Incoming, "Incoming"), {CallType::Outgoing, "Outgoing"},
-                                     {CallType::Missed, "Missed"}, {CallType::Unknown, "Unknown"}}) {
+    for (const auto &[type, word] : {std::pair(CallType::Incoming, "Incoming"),
+                                     {CallType::Outgoing, "Outgoing"},
+                                     {CallType::Missed, "Missed"},
+                                     {CallType::Unknown, "Unknown"}}) {
         CallEntry call;
         call.address = QStringLiteral("+1 555");
         call.date = lateEvening;
@@ -188,7 +190,8 @@ void TestRecordsForm::rowsSayWhatIsRecorded()
     event.summary = QStringLiteral("Tea\nKitchen");
     event.start_date = lateEvening;
     event.end_date = lateEvening.addSecs(3600);
-    QCOMPARE(firstRow(DataClass::Calendar, QList<CalendarEvent>{event}), QStringLiteral("Tea|%1|").arg(shown));
+    QCOMPARE(firstRow(DataClass::Calendar, QList<CalendarEvent>{event}),
+             QStringLiteral("Tea|%1|").arg(shown));
     event.all_day = 1; // the day that is stored, wherever one is
     QCOMPARE(firstRow(DataClass::Calendar, QList<CalendarEvent>{event}),
              QStringLiteral("Tea|%1|All day")
@@ -354,7 +357,8 @@ void TestRecordsForm::whatIsLeftOutCanBeShown()
     {
         const AnswerBox done;
         QVERIFY(form.saveInto(folder.path()));
-        QVERIFY2(done.text().contains(QString::number(filter->recordCount())), "what is shown is what is saved");
+        QVERIFY2(done.text().contains(QString::number(filter->recordCount())),
+                 "what is shown is what is saved");
     }
     everything->click();
     QTRY_VERIFY(listOf(form)->isVisible());
@@ -375,7 +379,8 @@ void TestRecordsForm::exportsWhatIsSelectedOrShown()
         form.exportTo(QStringLiteral("csv"), path);
         QFile file(path);
         QStringList lines;
-        if (file.open(QIODevice::ReadOnly) && done.text().startsWith(QStringLiteral("Successfully extracted ")))
+        if (file.open(QIODevice::ReadOnly) &&
+            done.text().startsWith(QStringLiteral("Successfully extracted ")))
             lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts).mid(1);
         return lines;
     };

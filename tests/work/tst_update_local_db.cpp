@@ -208,8 +208,8 @@ void TestUpdateLocalDb::whatStandsInTheLogAndHasNoHandle()
     QCOMPARE(updateLocalDatabases(m_folder->path(), progress), QStringList());
     QStringList kept = texts(name);
     kept.replaceInStrings(QRegularExpression(QStringLiteral("^[^ ]* ")), QString());
-    QCOMPARE(kept, QStringList({QStringLiteral("text 1"), QStringLiteral("its file"), QStringLiteral("text 2"),
-                                QStringLiteral("only in the log")}));
+    QCOMPARE(kept, QStringList({QStringLiteral("text 1"), QStringLiteral("its file"),
+                                QStringLiteral("text 2"), QStringLiteral("only in the log")}));
     QVERIFY2(!files(name).contains(QStringLiteral("mms.db-wal")), "the log goes aside with its database");
 }
 

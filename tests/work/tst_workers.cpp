@@ -106,7 +106,8 @@ void TestWorkers::loadStops()
     StopAt progress(looks);
     QVERIFY_EXCEPTION_THROWN(loadBackup(*backup, progress), Cancelled);
     NoProgress nobody;
-    QCOMPARE(loadBackup(*backup, nobody).of(DataClass::Messages), qint64(sample.summary().counts.joinedMessages));
+    QCOMPARE(loadBackup(*backup, nobody).of(DataClass::Messages),
+             qint64(sample.summary().counts.joinedMessages));
 }
 
 void TestWorkers::countsByTheirNames()
