@@ -35,23 +35,20 @@ bool isName(QByteArrayView text)
     return !text.isEmpty() && !text.contains('/');
 }
 
-/// "name.ending" at the start of `text`, neither with a dot or slash in it. Whatever follows does not matter.
+/// A file's name in parts. The last ending is what desktops decide by what a file is, so it is what counts.
 struct Item
 {
-    QByteArrayView base;
+    QByteArrayView base;   // up to the first dot: what a thumbnail shares with its picture
     QByteArrayView ending; // with the dot
 };
 
-std::optional<Item> itemAt(QByteArrayView text)
+std::optional<Item> itemNamed(QByteArrayView name)
 {
-    const auto isBreak = [](char c) { return c == '/' || c == '.'; };
-    const auto dot = std::find_if(text.begin(), text.end(), isBreak);
-    if (dot == text.begin() || dot == text.end() || *dot != '.')
+    const qsizetype first = name.indexOf('.');
+    const qsizetype last = name.lastIndexOf('.');
+    if (!isName(name) || first <= 0 || last + 1 == name.size())
         return std::nullopt;
-    const auto end = std::find_if(dot + 1, text.end(), isBreak);
-    if (end == dot + 1)
-        return std::nullopt;
-    return Item{text.first(dot - text.begin()), QByteArrayView(dot, end - dot)};
+    return Item{name.first(first), name.sliced(last)};
 }
 
 /// "100APPLE" and its like.
@@ -72,7 +69,7 @@ bool isCameraItem(QByteArrayView path)
 {
     path = path.sliced(camera.size());
     const auto folder = takeFolder(path);
-    const auto item = folder && isCameraFolder(*folder) ? itemAt(path) : std::nullopt;
+    const auto item = folder && isCameraFolder(*folder) ? itemNamed(path) : std::nullopt;
     return item && hasEnding(*item, {".mov", ".jpg", ".png", ".jpeg", ".heic", ".heif", ".avif", ".gif",
                                      ".tif", ".tiff", ".webp", ".dng", ".mp4", ".m4v", ".3gp"});
 }
@@ -83,7 +80,7 @@ std::optional<QByteArrayView> thumbnailKey(QByteArrayView path)
     if (path.startsWith(cameraMetadata)) {
         path = path.sliced(cameraMetadata.size());
         const auto folder = takeFolder(path);
-        const auto item = folder && isCameraFolder(*folder) ? itemAt(path) : std::nullopt;
+        const auto item = folder && isCameraFolder(*folder) ? itemNamed(path) : std::nullopt;
         return item && hasEnding(*item, {".jpg", ".png"}) ? std::optional(item->base) : std::nullopt;
     }
     constexpr QByteArrayView folderMark = "APPLE___";
@@ -93,7 +90,7 @@ std::optional<QByteArrayView> thumbnailKey(QByteArrayView path)
     const qsizetype mark = path.indexOf(folderMark);
     if (mark < 0 || !isDigits(path.first(mark)))
         return std::nullopt;
-    const auto item = itemAt(path.sliced(mark + folderMark.size()));
+    const auto item = itemNamed(path.sliced(mark + folderMark.size()));
     return item && hasEnding(*item, {".thm"}) ? std::optional(item->base) : std::nullopt;
 }
 

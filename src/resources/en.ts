@@ -1127,6 +1127,10 @@ What the window does, quillbarrow-cli does without one: see quillbarrow-cli --he
         <translation>This Voicemail does not exist.</translation>
     </message>
     <message>
+        <source>IDS_NOT_OPENED_%1</source>
+        <translation>“%1” is not opened from here, since it is no picture, sound or film by its name. Export it to look at it with a program of your choice.</translation>
+    </message>
+    <message>
         <source>IDS_TOO_LARGE_FILE</source>
         <translation>Too large file. Please open it yourself after extracting.</translation>
     </message>

@@ -1,12 +1,16 @@
 #include "views/bubble_view_mgr.h"
 
+#include "base/error.h"
+#include "base/shell.h"
+#include "export/free_names.h"
 #include "views/conversation_web_page.h"
-#include "views/open_attachment.h"
 #include "views/page_server.h"
+#include "views/save_attachment.h"
 #include "views/web_views.h"
 #include "work/background_job.h"
 #include "work/fetch_attachment_thread.h"
 #include "work/message_boxes.h"
+#include "work/opened_files.h"
 
 #include <QWebEngineProfile>
 #include <QWebEngineView>
@@ -16,6 +20,13 @@
 namespace {
 const QString startAnchor = QStringLiteral("start");
 const QString endAnchor = QStringLiteral("end");
+
+/// The name of an attachment's file, which is what the desktop would go by.
+QString storedName(const _MsgAttachment &attachment)
+{
+    const QString path = attachment.source.isNull() ? attachment.local_path : attachment.source.relativePath;
+    return portableFileName(path.section(QLatin1Char('/'), -1), QStringLiteral("attachment"));
+}
 } // namespace
 
 BubbleViewMgr::BubbleViewMgr(QWebEngineView *view, QObject *parent)
@@ -105,28 +116,43 @@ void BubbleViewMgr::onLoadFinish(bool ok)
 
 void BubbleViewMgr::onLinkClicked(const QUrl &url)
 {
-    if (url.isLocalFile())
-        openAttachment(url.toLocalFile(), m_view);
-    else if (url.path() == QLatin1String("/pre_page"))
+    if (url.path() == QLatin1String("/pre_page"))
         prePage();
     else if (url.path() == QLatin1String("/next_page"))
         nextPage();
     else if (const _MsgAttachment *attachment = m_server->attachmentOf(url))
-        fetchAndOpen(*attachment);
+        openOrSave(*attachment);
+}
+
+// Other programs get a copy, so that what they do to it is done to no one's archive.
+void BubbleViewMgr::openOrSave(const _MsgAttachment &attachment)
+{
+    const QString name = storedName(attachment);
+    if (!isOpenedByTheDesktop(name)) {
+        fetch(attachment, {});
+        return;
+    }
+    try {
+        fetch(attachment, placeToOpen(m_owner->files.owner(), QString::number(attachment.rowid), name));
+    } catch (const Error &error) {
+        showErrorBox(error.sentence());
+    }
 }
 
 // A long film takes a while to decrypt; the window stays usable meanwhile.
-void BubbleViewMgr::fetchAndOpen(const _MsgAttachment &attachment)
+void BubbleViewMgr::fetch(const _MsgAttachment &attachment, const QString &copyToOpen)
 {
-    auto worker = std::make_unique<FetchAttachmentThread>(attachment, m_owner);
+    auto worker = std::make_unique<FetchAttachmentThread>(attachment, m_owner, copyToOpen);
     FetchAttachmentThread *fetching = worker.get();
     m_fetch = std::make_unique<BackgroundJob>(std::move(worker));
     const QString name = attachment.filename.isEmpty() ? attachment.displayName() : attachment.filename;
-    connect(m_fetch.get(), &BackgroundJob::succeeded, this, [this, fetching, name] {
-        if (fetching->path())
-            openAttachment(*fetching->path(), m_view);
-        else
+    connect(m_fetch.get(), &BackgroundJob::succeeded, this, [this, fetching, name, copyToOpen] {
+        if (!fetching->path())
             tellMissing(name);
+        else if (copyToOpen.isEmpty())
+            saveAttachment(*fetching->path(), m_view);
+        else
+            openInShell(copyToOpen);
     });
     connect(m_fetch.get(), &BackgroundJob::failed, this, [](const QString &text) { showErrorBox(text); });
     m_fetch->start();

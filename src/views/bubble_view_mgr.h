@@ -48,7 +48,8 @@ signals:
 
 private:
     void render(int page, const QString &anchor);
-    void fetchAndOpen(const _MsgAttachment &attachment);
+    void openOrSave(const _MsgAttachment &attachment);
+    void fetch(const _MsgAttachment &attachment, const QString &copyToOpen);
 
     QWebEngineView *m_view;
     std::unique_ptr<PageServer> m_server;

@@ -6,6 +6,7 @@
 #include "work/background_job.h"
 #include "work/fetch_file_thread.h"
 #include "work/message_boxes.h"
+#include "work/opened_files.h"
 
 FileOpener::FileOpener(OpenBackupPtr backup, QObject *parent) : QObject(parent), m_backup(std::move(backup))
 {
@@ -17,6 +18,12 @@ void FileOpener::open(FileCatalogue::Index file, const QString &withoutFile)
 {
     if (file == FileCatalogue::none) {
         showWarningBox(withoutFile);
+        return;
+    }
+    const QString name =
+        QString::fromUtf8(m_backup->manifest().catalogue().relativePath(file)).section(QLatin1Char('/'), -1);
+    if (!isOpenedByTheDesktop(name)) {
+        showWarningBox(textFor("IDS_NOT_OPENED_%1").arg(name));
         return;
     }
     if (isTooLargeToOpen(m_backup->manifest(), file)) {

@@ -15,8 +15,8 @@ public:
     explicit FileOpener(OpenBackupPtr backup, QObject *parent);
     ~FileOpener() override;
 
-    /// Copies the file out and opens the copy; says so in a box when it is too large, cannot be copied, or is
-    /// FileCatalogue::none (`withoutFile`).
+    /// Copies the file out and opens the copy; says so in a box when its name is not that of a picture, sound
+    /// or film, when it is too large, cannot be copied, or is FileCatalogue::none (`withoutFile`).
     void open(FileCatalogue::Index file, const QString &withoutFile);
 
 private:

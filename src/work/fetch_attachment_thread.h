@@ -11,8 +11,10 @@ class FetchAttachmentThread : public WorkerThread
     Q_OBJECT
 
 public:
-    /// `attachment` is one of `owner`'s.
-    FetchAttachmentThread(const _MsgAttachment &attachment, LoadedMessagesPtr owner);
+    /// `attachment` is one of `owner`'s. With a destination the file is copied there; without one it stays
+    /// where it is when it lies on this computer, and must not be changed.
+    FetchAttachmentThread(const _MsgAttachment &attachment, LoadedMessagesPtr owner,
+                          QString destination = {});
 
     /// To be read after success: where the file is. Nothing when it is not there.
     const std::optional<QString> &path() const { return m_path; }
@@ -23,5 +25,6 @@ protected:
 private:
     const _MsgAttachment &m_attachment;
     LoadedMessagesPtr m_owner;
+    QString m_destination;
     std::optional<QString> m_path;
 };

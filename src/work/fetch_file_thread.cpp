@@ -1,11 +1,9 @@
 #include "work/fetch_file_thread.h"
 
-#include "base/contained_path.h"
 #include "base/error.h"
 #include "base/file_names.h"
-#include "base/private_folder.h"
+#include "work/opened_files.h"
 
-#include <QDir>
 #include <QFileInfo>
 
 bool isTooLargeToOpen(const BackupManifest &backup, FileCatalogue::Index file)
@@ -22,10 +20,8 @@ QString openedCopyPath(const BackupManifest &backup, FileCatalogue::Index file)
     const QString name =
         QString::fromUtf8(backup.catalogue().relativePath(file)).section(QLatin1Char('/'), -1);
     const QString prefix = device.isEmpty() ? backupUid(backup.info().folder) : device;
-    const auto path = containedPath(openedFilesFolder(backupUid(backup.info().folder)), prefix + QLatin1Char('-') + name);
-    if (!path)
-        throw Error(QStringLiteral("can not open %1. No file may have such a name.").arg(name));
-    return *path;
+    return placeToOpen(backupUid(backup.info().folder), QString::fromLatin1(backup.catalogue().fileId(file)),
+                       prefix + QLatin1Char('-') + name);
 }
 
 FetchFileThread::FetchFileThread(OpenBackupPtr backup, FileCatalogue::Index file, QString destination)

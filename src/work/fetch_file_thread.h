@@ -8,8 +8,8 @@ inline constexpr std::uint64_t largestOpenedBytes = 10485760;
 
 bool isTooLargeToOpen(const BackupManifest &backup, FileCatalogue::Index file);
 
-/// Where a file is copied to for being opened with another program: in a private folder that is there as long
-/// as this program runs and the backup stays listed, named after the device and the file. Throws Error.
+/// Where a file is copied to for being opened with another program, see placeToOpen(): named after the device
+/// and the file. Throws Error when it may not be opened.
 QString openedCopyPath(const BackupManifest &backup, FileCatalogue::Index file);
 
 /// Fetches one file out of a backup for looking at it.

@@ -1,5 +1,10 @@
 #include "work/message_files.h"
 
+QString MessageFiles::owner() const
+{
+    return m_backup ? backupUid(m_backup->info().folder) : QStringLiteral("loose");
+}
+
 void MessageFiles::use(Progress &progress, const std::function<void(FileSource *)> &job) const
 {
     if (!m_backup)

@@ -16,6 +16,8 @@ public:
     MessageFiles(OpenBackupPtr backup) : m_backup(std::move(backup)) {}
     MessageFiles(std::shared_ptr<FileSource> source) : m_source(std::move(source)) {}
 
+    /// The identifier of the backup; "loose" where there is none.
+    QString owner() const;
     /// Runs `job` with the source, or null when there is none. Throws what it throws, and Cancelled.
     void use(Progress &progress, const std::function<void(FileSource *)> &job) const;
 

@@ -104,6 +104,12 @@ void TestWellKnownFiles::groups_data()
         {"Media/DCIM/100APPLE/IMG_0001.HEIC"});
     row("CameraRollDomain", "Media/DCIM/100APPLE/IMG_0001.jpg", Group::CameraRoll,
         {"Media/DCIM/100APPLE/IMG_0001.jpg"});
+    row("CameraRollDomain", "Media/DCIM/100APPLE/IMG_0001.edited.JPG", Group::CameraRoll,
+        {"Media/DCIM/100APPLE/IMG_0001.edited.JPG"});
+    row("CameraRollDomain", "Media/DCIM/100APPLE/IMG_0001.JPG.desktop");
+    row("CameraRollDomain", "Media/DCIM/100APPLE/IMG_0001.JPG.exe");
+    row("CameraRollDomain", "Media/DCIM/100APPLE/IMG_0001.JPG.");
+    row("CameraRollDomain", "Media/DCIM/100APPLE/IMG_0001.JPG/run.JPG");
     row("CameraRollDomain", "Media/DCIM/100APPLE/IMG_0001.AAE");
     row("CameraRollDomain", "Media/DCIM/APPLE/IMG_0001.JPG");
     row("CameraRollDomain", "Media/DCIM/x100APPLE/IMG_0001.JPG");
@@ -117,6 +123,7 @@ void TestWellKnownFiles::groups_data()
     row("CameraRollDomain", "Media/DCIM/.THMB/158x158/100APPLE___IMG_0002.THM", Group::CameraRollThumbnail,
         {"IMG_0002"});
     row("CameraRollDomain", "Media/DCIM/.THMB/100APPLE___IMG_0002.THM");
+    row("CameraRollDomain", "Media/DCIM/.THMB/158x158/100APPLE___IMG_0002.THM.exe");
 }
 
 void TestWellKnownFiles::groups()

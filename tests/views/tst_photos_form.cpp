@@ -3,9 +3,11 @@
 #include "resources/resources.h"
 #include "support/modal.h"
 #include "support/sample_backup.h"
+#include "views/file_opener.h"
 #include "views/item_model_photo_icon.h"
 #include "views/photo_grid.h"
 #include "views/photos_main_form.h"
+#include "work/fetch_file_thread.h"
 #include "work/thumbnail_maker.h"
 
 #include <QAbstractItemModelTester>
@@ -80,6 +82,7 @@ private slots:
     void keysAndSelection();
     void filterAndStates();
     void exportsSelectionOrAll();
+    void opensByItsLastEndingAlone();
 };
 
 void TestPhotosForm::initTestCase()
@@ -313,6 +316,34 @@ void TestPhotosForm::exportsSelectionOrAll()
         contents.insert(file.readAll());
     }
     QCOMPARE(contents, QSet<QByteArray>({first, second}));
+}
+
+/// What a desktop would run is no photo, whatever it is called before its last ending.
+void TestPhotosForm::opensByItsLastEndingAlone()
+{
+    const QByteArray picture = pictureOf("JPEG", {30, 20}, Qt::red);
+    const SampleBackup sample(small({{camera, u"Media/DCIM/500APPLE/A.JPG.desktop"_s, picture},
+                                     {camera, u"Media/DCIM/500APPLE/B.JPG.exe"_s, picture},
+                                     {camera, u"Media/DCIM/500APPLE/C.desktop.JPG"_s, picture}}));
+    const OpenBackupPtr backup = sample.opened();
+    ItemModelPhotoIcon model(backup, CameraRollKind::Photo);
+    model.setFilter(u"."_s);
+    QStringList names;
+    for (int row = 0; row < model.rowCount(); ++row)
+        names.append(model.name(row));
+    QVERIFY(names.contains(u"C.desktop.JPG"_s));
+    QVERIFY(names.filter(u"A.JPG"_s).isEmpty() && names.filter(u"B.JPG"_s).isEmpty());
+
+    // Not even when a view has listed one.
+    const FileCatalogue &catalogue = backup->manifest().catalogue();
+    FileOpener opener(backup, nullptr);
+    for (const char *name : {"A.JPG.desktop", "B.JPG.exe"}) {
+        const auto file = catalogue.find("CameraRollDomain", QByteArray("Media/DCIM/500APPLE/") + name);
+        const AnswerBox box;
+        opener.open(file, {});
+        QVERIFY(box.text().contains(u"“%1” is not opened from here"_s.arg(QLatin1String(name))));
+        QVERIFY_EXCEPTION_THROWN(openedCopyPath(backup->manifest(), file), Error);
+    }
 }
 
 QTEST_MAIN(TestPhotosForm)

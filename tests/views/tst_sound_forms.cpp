@@ -1,4 +1,5 @@
 #include "base/error.h"
+#include "base/private_folder.h"
 #include "base/report.h"
 #include "base/texts.h"
 #include "resources/resources.h"
@@ -10,6 +11,7 @@
 #include "views/recording_main_form.h"
 #include "views/sound_player.h"
 #include "views/voicemail_main_form.h"
+#include "work/clear_cache_thread.h"
 #include "work/fetch_file_thread.h"
 
 #include <QAbstractItemModelTester>
@@ -209,9 +211,13 @@ void TestSoundForms::opensWithTheDesktop()
             const FakeDesktop desktop;
             QTest::keyClick(listOf(*form), Qt::Key_Return);
             QTRY_VERIFY(!desktop.asked().isEmpty());
-            QVERIFY2(desktop.asked().startsWith(QDir::tempPath() + u'/' + backup->info().deviceId + u'-'),
-                     qPrintable(desktop.asked()));
-            QVERIFY(QFile::remove(desktop.asked()));
+            const QFileInfo copy(desktop.asked());
+            QVERIFY2(copy.fileName().startsWith(backup->info().deviceId + u'-'), qPrintable(copy.filePath()));
+            QVERIFY(copy.isFile() && !copy.isExecutable());
+            QVERIFY(copy.filePath().startsWith(runFolder() + u'/'));
+            NoProgress nobody;
+            clearCacheFiles(backupUid(backup->info().folder), {}, nobody);
+            QVERIFY(!QFileInfo::exists(copy.filePath()));
             opened = true;
         }
     }
