@@ -59,6 +59,11 @@ QString AttachmentCopies::copy(const _MsgAttachment &attachment)
     return name;
 }
 
+void AttachmentCopies::noteBadPicture(const _MsgAttachment &attachment)
+{
+    m_exported.report.add(badPicture(attachment));
+}
+
 /// A file could not be written. When that lies in the folder and not in the file, every other one would fail
 /// too.
 void AttachmentCopies::requireTargetWorks(qint64 neededBytes) const

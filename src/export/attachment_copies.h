@@ -20,6 +20,9 @@ public:
     /// Cancelled.
     QString copy(const _MsgAttachment &attachment);
 
+    /// Notes that the copy of an attachment is a picture that cannot be shown.
+    void noteBadPicture(const _MsgAttachment &attachment);
+
     FreeNames &names() { return m_names; }
     QString pathOf(const QString &name) const { return m_folder + QLatin1Char('/') + name; }
 

@@ -4,6 +4,11 @@
 
 #include <algorithm>
 
+Issue badPicture(const _MsgAttachment &attachment)
+{
+    return {.kind = IssueKind::Remark, .what = "IDS_ISSUE_BAD_PICTURES", .where = attachmentFileName(attachment)};
+}
+
 QString attachmentFileName(const _MsgAttachment &attachment)
 {
     const QString name = attachment.displayName();

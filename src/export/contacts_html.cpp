@@ -5,18 +5,19 @@
 #include "base/texts.h"
 #include "export/output_file.h"
 #include "export/page_policy.h"
+#include "export/picture_reader.h"
 #include "personal/contact_words.h"
 
 #include <QBuffer>
 #include <QDir>
 #include <QFileInfo>
 #include <QImage>
-#include <QImageReader>
 #include <QFile>
 
 namespace {
 constexpr char placeholder[] = "contact.png";
-constexpr int largestPictureSide = 12000;
+// Those of people stay as they are; cameras of telephones take no larger ones.
+constexpr QSize largestPicture(8192, 8192);
 
 QString line(const QString &text)
 {
@@ -29,22 +30,6 @@ QString escaped(const QString &text)
     html.remove(QChar(0));
     return html.replace(QStringLiteral("\r\n"), QStringLiteral("<br/>"))
         .replace(QLatin1Char('\n'), QStringLiteral("<br/>"));
-}
-
-// A picture may claim any size; only its header is believed before it is decoded.
-QImage decode(const QByteArray &bytes)
-{
-    for (const char *format : {"JPEG", "PNG"}) {
-        QBuffer buffer;
-        buffer.setData(bytes);
-        QImageReader reader(&buffer, format);
-        const QSize size = reader.size();
-        if (!size.isValid() || size.width() > largestPictureSide || size.height() > largestPictureSide)
-            continue;
-        if (const QImage image = reader.read(); !image.isNull())
-            return image;
-    }
-    return {};
 }
 
 QString listItem(ContactDataKind kind, const ContactDataRow &row)
@@ -135,7 +120,8 @@ QString ContactsHtml::photoElement(const ContactRecord &contact)
     QString name = QLatin1String(placeholder);
     const auto photos = contact.rows.value(ContactDataKind::Photo);
     const QByteArray stored = photos.isEmpty() ? QByteArray() : photos.first().data15;
-    const QImage image = decode(stored);
+    const QImage image =
+        stored.isEmpty() ? QImage() : readPicture(stored, {PictureFit::Within, largestPicture}).image;
     m_unreadablePictures += image.isNull() && !stored.isEmpty() ? 1 : 0;
     if (!image.isNull()) {
         // Contacts of several sources may share an identifier, and must not share a picture.

@@ -8,6 +8,7 @@
 #include "export/output_file.h"
 #include "export/thumbnails.h"
 
+#include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -90,11 +91,15 @@ QByteArray FilesFolder::makePicture(const _MsgAttachment &attachment, const Held
     if (held.name.isEmpty())
         return {};
     const bool isCard = attachmentKind(attachment.mime_type) == AttachmentKind::VCard;
-    const std::optional<QString> made =
-        isCard ? vCardPictureOf(m_copies.pathOf(held.name)) : thumbnailOf(m_copies.pathOf(held.name));
-    if (!made)
+    const QString path = m_copies.pathOf(held.name);
+    const SmallPicture picture = isCard ? vCardPictureOf(path) : thumbnailOf(path);
+    if (picture.isBad)
+        m_copies.noteBadPicture(attachment);
+    const QByteArray bytes = picture.encoded();
+    if (bytes.isEmpty())
         return {};
-    const QString name = m_copies.names().take(QFileInfo(*made).fileName());
-    writeWholeFile(m_copies.pathOf(name), contentOf(*made));
+    const QByteArray hash = QCryptographicHash::hash(path.toUtf8(), QCryptographicHash::Md5).toHex();
+    const QString name = m_copies.names().take(QString::fromLatin1(hash + (isCard ? ".card" : ".thumb")));
+    writeWholeFile(m_copies.pathOf(name), bytes);
     return "files/" + addressOf(name);
 }

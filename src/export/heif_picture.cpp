@@ -1,7 +1,6 @@
 #include "export/heif_picture.h"
 
 #include <QColorSpace>
-#include <QFile>
 
 #include <libheif/heif.h>
 
@@ -12,8 +11,6 @@ namespace {
 // A header may claim one size and the pictures that it is put together from another; the library holds all of
 // them to this. The widest panoramas of telephones stay below it.
 constexpr int largestSide = 16384;
-// How much of a file tells its kind.
-constexpr qint64 headBytes = 64;
 
 struct FreeImage
 {
@@ -29,18 +26,6 @@ bool succeeded(const heif_error &error)
 QSize sizeOf(const heif_image_handle *handle)
 {
     return {heif_image_handle_get_width(handle), heif_image_handle_get_height(handle)};
-}
-
-bool looksLikeHeif(const QString &path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return false;
-    const QByteArray head = file.read(headBytes);
-    if (head.size() < 12)
-        return false;
-    return heif_check_filetype(reinterpret_cast<const uint8_t *>(head.constData()),
-                               static_cast<int>(head.size())) == heif_filetype_yes_supported;
 }
 
 QColorSpace colourSpaceOf(const heif_image_handle *handle)
@@ -91,13 +76,12 @@ HeifPicture::HeifPicture(Context context, Handle handle)
 {
 }
 
-std::unique_ptr<HeifPicture> HeifPicture::open(const QString &path)
+std::unique_ptr<HeifPicture> HeifPicture::open(const QByteArray &file)
 {
-    if (!looksLikeHeif(path))
-        return nullptr;
     Context context(heif_context_alloc());
     heif_context_set_maximum_image_size_limit(context.get(), largestSide);
-    if (!succeeded(heif_context_read_from_file(context.get(), QFile::encodeName(path).constData(), nullptr)))
+    if (!succeeded(heif_context_read_from_memory_without_copy(
+            context.get(), file.constData(), static_cast<std::size_t>(file.size()), nullptr)))
         return nullptr;
     heif_image_handle *raw = nullptr;
     const heif_error error = heif_context_get_primary_image_handle(context.get(), &raw);

@@ -1,20 +1,20 @@
 #pragma once
 
+#include <QByteArray>
 #include <QImage>
-#include <QString>
 
 #include <memory>
 
 struct heif_context;
 struct heif_image_handle;
 
-/// The main picture of an HEIF file: HEIC, which iPhones write, or AVIF. Use PictureReader, which knows when
-/// to use this.
+/// The main picture of an HEIF file: HEIC, which iPhones write, or AVIF. What such a file is put together
+/// from is not bounded here: the program that uses this runs under limits, see heif_process.h.
 class HeifPicture
 {
 public:
-    /// Null when the file is none or is damaged where it says what is in it.
-    static std::unique_ptr<HeifPicture> open(const QString &path);
+    /// Null when the file, which must live as long, is none or is damaged where it says what is in it.
+    static std::unique_ptr<HeifPicture> open(const QByteArray &file);
 
     /// Upright, in pixels; what the file says, which may be anything.
     QSize size() const;

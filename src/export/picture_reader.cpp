@@ -1,74 +1,78 @@
 #include "export/picture_reader.h"
 
-#include "export/heif_picture.h"
+#include "export/heif_process.h"
+#include "export/picture_filter.h"
 
+#include <QBuffer>
+#include <QFile>
+#include <QFileInfo>
 #include <QImageReader>
-
-#include <algorithm>
+#include <QMutex>
 
 namespace {
-// Formats of which Qt has a reader that does not go beyond the picture itself: an SVG may name other files.
-constexpr const char *formats[] = {"jpeg", "png", "gif", "bmp", "webp"};
+constexpr qint64 largestFileBytes = 128 << 20;
+constexpr qint64 headBytes = 64;      // tell the format
+constexpr int megabytesOfImage = 512; // what the most pixels take, with room
+constexpr qint64 manyPixels = 16'000'000;
 
-bool isAllowed(const QByteArray &format)
+/// Threads that decode at the same time share the memory of one: large pictures wait for each other.
+class Turn
 {
-    return std::find(std::begin(formats), std::end(formats), format) != std::end(formats);
-}
+public:
+    explicit Turn(QSize size) : m_isLarge(qint64{size.width()} * size.height() > manyPixels)
+    {
+        if (m_isLarge)
+            mutex().lock();
+    }
+    ~Turn()
+    {
+        if (m_isLarge)
+            mutex().unlock();
+    }
+    Turn(const Turn &) = delete;
+    Turn &operator=(const Turn &) = delete;
 
-bool isTooLarge(QSize size)
-{
-    return size.isEmpty() || qint64(size.width()) * size.height() > PictureReader::mostPixels;
-}
+private:
+    bool m_isLarge;
 
-void decideFromContent(QImageReader &reader)
+    static QMutex &mutex()
+    {
+        static QMutex mutex;
+        return mutex;
+    }
+};
+
+QImage decoded(FilteredPicture &picture, const PictureFit &fit)
 {
-    reader.setDecideFormatFromContent(true);
+    static const bool limited = (QImageReader::setAllocationLimit(megabytesOfImage), true);
+    Q_UNUSED(limited);
+    const Turn turn(picture.size);
+    QBuffer buffer(&picture.bytes);
+    QImageReader reader(&buffer, picture.format);
+    reader.setAutoDetectImageFormat(false);
     reader.setAutoTransform(true);
+    const bool isTurned = reader.transformation().testFlag(QImageIOHandler::TransformationRotate90);
+    const QSize upright = isTurned ? picture.size.transposed() : picture.size;
+    if (const QSize wanted = fit.sizeOf(upright); wanted != upright)
+        reader.setScaledSize(isTurned ? wanted.transposed() : wanted);
+    return reader.read();
 }
 } // namespace
 
-PictureReader::PictureReader(const QString &path) : m_path(path), m_heif(HeifPicture::open(path))
+ReadPicture readPicture(const QByteArray &bytes, const PictureFit &fit)
 {
-    if (m_heif) {
-        m_size = m_heif->size();
-        m_format = "heif";
-    } else {
-        QImageReader reader(path);
-        decideFromContent(reader);
-        m_format = reader.format();
-        if (!isAllowed(m_format)) {
-            m_format.clear();
-            return;
-        }
-        m_turned = reader.transformation().testFlag(QImageIOHandler::TransformationRotate90);
-        m_size = m_turned ? reader.size().transposed() : reader.size();
-    }
-    if (isTooLarge(m_size)) {
-        m_format.clear();
-        m_size = {};
-    }
+    FilteredPicture picture = filteredPicture(bytes);
+    if (picture.bytes.isEmpty())
+        return {picture.format, {}};
+    return {picture.format, picture.format == "heif" ? readHeif(picture.bytes, fit) : decoded(picture, fit)};
 }
 
-PictureReader::~PictureReader() = default;
-
-QImage PictureReader::read(QSize size)
+ReadPicture readPictureFile(const QString &path, const PictureFit &fit)
 {
-    if (m_format.isEmpty())
+    QFile file(path);
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
         return {};
-    if (m_heif)
-        return m_heif->read(size.isEmpty() ? m_size : size);
-    QImageReader reader(m_path);
-    decideFromContent(reader);
-    if (!size.isEmpty())
-        reader.setScaledSize(m_turned ? size.transposed() : size);
-    return reader.read();
-}
-
-QImage readPictureWithin(const QString &path, QSize bounds)
-{
-    PictureReader reader(path);
-    const QSize size = reader.size();
-    if (size.width() <= bounds.width() && size.height() <= bounds.height())
-        return reader.read();
-    return reader.read(size.scaled(bounds, Qt::KeepAspectRatio).expandedTo(QSize(1, 1)));
+    if (file.size() > largestFileBytes)
+        return {filteredPicture(file.read(headBytes)).format, {}};
+    return readPicture(file.readAll(), fit);
 }

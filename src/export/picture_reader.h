@@ -1,44 +1,27 @@
 #pragma once
 
+#include "export/picture_fit.h"
+
+#include <QByteArray>
 #include <QImage>
 #include <QString>
 
-#include <memory>
-
-class HeifPicture;
-
-/// A picture file of unknown origin: JPEG, PNG, GIF, BMP, WebP, HEIC or AVIF, told by its content and never
-/// by its name. What the file claims of itself is checked before anything is decoded, so that a file of a few
-/// kilobytes cannot exhaust the memory. Two threads need a reader each.
-class PictureReader
+/// A picture of unknown origin that was read: out of a backup, a message, a card, a note.
+struct ReadPicture
 {
-public:
-    /// More pixels than any camera takes are refused.
-    static constexpr qint64 mostPixels = 100'000'000;
+    /// "jpeg", "png", "gif", "bmp", or "heif" for HEIC and AVIF: what telephones write, told by the content
+    /// and never by a name. Empty for anything else.
+    QByteArray format;
+    /// Upright, as it is to be looked at. Null where the format is empty, and where the picture is damaged or
+    /// takes more to decode than any camera's.
+    QImage image;
 
-    explicit PictureReader(const QString &path);
-    ~PictureReader();
-    PictureReader(const PictureReader &) = delete;
-    PictureReader &operator=(const PictureReader &) = delete;
-
-    /// "jpeg", "png", "gif", "bmp", "webp", or "heif" for HEIC and AVIF. Empty when the file is no picture
-    /// that can be read, or one of too many pixels.
-    const QByteArray &format() const { return m_format; }
-    /// Upright, as it is to be looked at, in pixels. Empty when format() is.
-    QSize size() const { return m_size; }
-
-    /// The picture, upright, in its own size or scaled to `size`, which takes less memory and time than
-    /// scaling afterwards when it is smaller. Null when the content turns out to be damaged.
-    QImage read(QSize size = {});
-
-private:
-    QString m_path;
-    QByteArray m_format;
-    QSize m_size;
-    bool m_turned = false; // stored lying on its side
-    std::unique_ptr<HeifPicture> m_heif;
+    bool isBad() const { return !format.isEmpty() && image.isNull(); }
 };
 
-/// The picture in `path`, upright, scaled down to fit into `bounds` when it is larger. Null when the file is
-/// no picture.
-QImage readPictureWithin(const QString &path, QSize bounds);
+/// The one way to a picture that is not the program's own. Takes at most about a gigabyte and twenty seconds,
+/// whatever the bytes are. Any number of threads may call these.
+ReadPicture readPicture(const QByteArray &bytes, const PictureFit &fit = {});
+/// The same for a file, which is not read when it is larger than pictures are, or no file but a pipe or the
+/// like.
+ReadPicture readPictureFile(const QString &path, const PictureFit &fit = {});

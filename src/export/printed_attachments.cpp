@@ -9,7 +9,7 @@
 #include <QFile>
 
 FetchedAttachments::FetchedAttachments(FileSource *source, Progress &progress, Report &report)
-    : m_source(source), m_progress(progress), m_report(report)
+    : m_source(source), m_progress(progress), m_report(report), m_scratch(QStringLiteral("loose"))
 {
 }
 
@@ -17,8 +17,12 @@ QImage FetchedAttachments::picture(const _MsgAttachment &attachment)
 {
     const bool isCard = attachmentKind(attachment.mime_type) == AttachmentKind::VCard;
     QImage result;
-    withFile(attachment,
-             [&](const QString &path) { result = isCard ? vCardImage(path) : thumbnailImage(path); });
+    withFile(attachment, [&](const QString &path) {
+        const SmallPicture picture = isCard ? vCardPictureOf(path) : thumbnailOf(path);
+        if (picture.isBad)
+            m_report.add(badPicture(attachment));
+        result = picture.image;
+    });
     return result;
 }
 
@@ -43,8 +47,11 @@ void FetchedAttachments::withFile(const _MsgAttachment &attachment,
         read(attachment.local_path);
         return;
     }
-    const QString path = m_folder.filePath(QStringLiteral("attachment"));
+    QString path;
     try {
+        path =
+            m_scratch.withRoomFor(static_cast<std::uint64_t>(std::max<qint64>(0, attachment.total_bytes))) +
+            QStringLiteral("/attachment");
         m_source->fetchTo(attachment.source, path,
                           [this](std::uint64_t, std::uint64_t) { m_progress.check(); });
     } catch (const Error &error) {

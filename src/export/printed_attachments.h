@@ -1,11 +1,11 @@
 #pragma once
 
+#include "backup/scratch_folder.h"
 #include "base/progress.h"
 #include "base/report.h"
 #include "messages/msg_records.h"
 
 #include <QImage>
-#include <QTemporaryDir>
 
 #include <functional>
 #include <optional>
@@ -44,7 +44,7 @@ private:
     FileSource *m_source;
     Progress &m_progress;
     Report &m_report;
-    QTemporaryDir m_folder;
+    ScratchFolder m_scratch;
 
     void withFile(const _MsgAttachment &attachment, const std::function<void(const QString &path)> &read);
 };

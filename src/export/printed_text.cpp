@@ -93,7 +93,11 @@ QList<QTextLayout::FormatRange> blanksIn(const QString &text, const QFont &font)
             blank.setFont(wide);
             blank.setForeground(Qt::transparent);
         }
-        ranges.append({static_cast<int>(at), 1, blank});
+        // Those that follow each other are one range: the layout asks for a range's look again and again.
+        if (!ranges.isEmpty() && ranges.last().start + ranges.last().length == at)
+            ++ranges.last().length;
+        else
+            ranges.append({static_cast<int>(at), 1, blank});
     }
     return ranges;
 }

@@ -2071,6 +2071,13 @@ What the window does, quillbarrow-cli does without one: see quillbarrow-cli --he
         </translation>
     </message>
     <message numerus="yes">
+        <source>IDS_ISSUE_BAD_PICTURES</source>
+        <translation>
+            <numerusform>%n picture is damaged, or larger than any camera takes, and is not shown: %1</numerusform>
+            <numerusform>%n pictures are damaged, or larger than any camera takes, and are not shown: %1</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
         <source>IDS_ISSUE_SYSTEM_ITEMS</source>
         <translation>
             <numerusform>%n system item is left out</numerusform>

@@ -1,17 +1,15 @@
 #include "views/face_picture.h"
 
+#include "export/picture_reader.h"
 #include "messages/msg_records.h"
 #include "views/icons.h"
 
-#include <QBuffer>
 #include <QFont>
 #include <QGuiApplication>
-#include <QImageReader>
 #include <QPainter>
 #include <QPainterPath>
 
 namespace {
-constexpr int largestSide = 12000;
 const QColor discColour(0xcf, 0xe0, 0xde);
 const QColor signColour(0x1f, 0x66, 0x64);
 
@@ -42,20 +40,13 @@ void paintSign(QPainter &painter, const QString &sign, int side)
 }
 } // namespace
 
-// A picture may claim any size: it is scaled while it is read, and refused when it is absurd.
 QImage readSquare(const QByteArray &bytes, int side)
 {
     if (bytes.isEmpty())
         return {};
-    QBuffer buffer;
-    buffer.setData(bytes);
-    QImageReader reader(&buffer);
-    const QSize size = reader.size();
-    if (!size.isValid() || size.width() > largestSide || size.height() > largestSide)
-        return {};
-    reader.setScaledSize(size.scaled(side, side, Qt::KeepAspectRatioByExpanding));
-    const QImage image = reader.read();
-    return image.copy((image.width() - side) / 2, (image.height() - side) / 2, side, side);
+    const QImage image = readPicture(bytes, {PictureFit::Covering, {side, side}}).image;
+    return image.isNull() ? image
+                          : image.copy((image.width() - side) / 2, (image.height() - side) / 2, side, side);
 }
 
 QPixmap facePicture(const _MsgChat &chat, int side, qreal ratio)

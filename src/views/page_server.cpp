@@ -69,27 +69,14 @@ std::optional<QString> fetched(const ShownPage &page, const _MsgAttachment &atta
     return path;
 }
 
-QByteArray encoded(const QImage &image)
-{
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    if (!image.isNull())
-        image.save(&buffer, image.hasAlphaChannel() ? "PNG" : "JPEG");
-    return bytes;
-}
-
-/// The picture that stands for an attachment; empty when there is none. Of a copy that vanishes nothing is
-/// kept.
+/// The picture that stands for an attachment; empty when there is none.
 QByteArray smallPicture(const ShownPage &page, const _MsgAttachment &attachment)
 {
     const std::optional<QString> file = fetched(page, attachment);
     if (!file)
         return {};
     const bool isCard = attachmentKind(attachment.mime_type) == AttachmentKind::VCard;
-    if (!page.owner->filesStay)
-        return encoded(isCard ? vCardImage(*file) : thumbnailImage(*file));
-    const std::optional<QString> kept = isCard ? vCardPictureOf(*file) : thumbnailOf(*file);
-    return kept ? contentOf(*kept) : QByteArray();
+    return (isCard ? vCardPictureOf(*file) : thumbnailOf(*file)).encoded();
 }
 
 /// Links to addresses of the page's own. Pictures are promised and made when the page asks for them.

@@ -279,7 +279,7 @@ void RecordsMainForm::refresh()
     const QModelIndexList rows = selectedRows();
     m_detail->document()->setDefaultStyleSheet(
         QStringLiteral(".label{color:%1}").arg(palette().color(QPalette::PlaceholderText).name()));
-    m_detail->setHtml(rows.isEmpty() ? QString() : rows.first().data(RecordRole::Detail).toString());
+    m_detail->showHtml(rows.isEmpty() ? QString() : rows.first().data(RecordRole::Detail).toString());
     if (m_month && rows.size() == 1)
         m_month->setSelectedDate(MonthGrid::dayOf(
             std::get<QList<CalendarEvent>>(*m_records).at(rows.first().data(RecordRole::Number).toInt())));

@@ -11,6 +11,12 @@ class SafeTextBrowser : public QTextBrowser
 public:
     explicit SafeTextBrowser(QWidget *parent = nullptr);
 
+    /// Shows a text, and of its pictures as many as are reasonable.
+    void showHtml(const QString &html);
+
 protected:
     QVariant loadResource(int type, const QUrl &name) override;
+
+private:
+    qsizetype m_pictureBytes = 0; // decoded, of the text that is shown
 };

@@ -19,7 +19,7 @@ LoadedMessagesPtr loadFromBackup(const OpenBackupPtr &backup, Scope scope, Progr
         return nullptr;
     auto database = openMessageDb(manifest);
     loadAll(*database, scope, progress);
-    return std::make_shared<const LoadedMessages>(LoadedMessages{backup, std::move(database), false});
+    return std::make_shared<const LoadedMessages>(LoadedMessages{backup, std::move(database)});
 }
 } // namespace
 
@@ -32,6 +32,6 @@ LoadedMessagesPtr loadMessages(const MessageOrigin &origin, Progress &progress, 
     MessageSource source =
         origin.file.isEmpty() ? openLocalMessages(origin.localDatabase) : openMessageFile(origin.file);
     loadAll(*source.database, scope, progress);
-    return std::make_shared<const LoadedMessages>(LoadedMessages{
-        std::shared_ptr<FileSource>(std::move(source.files)), std::move(source.database), true});
+    return std::make_shared<const LoadedMessages>(
+        LoadedMessages{std::shared_ptr<FileSource>(std::move(source.files)), std::move(source.database)});
 }

@@ -20,7 +20,6 @@ struct LoadedMessages
 {
     MessageFiles files;
     std::unique_ptr<const AbsMessageDb> database; // goes before what it reads from
-    bool filesStay = false; // the files lie there for good; otherwise they are copies that vanish
 };
 
 using LoadedMessagesPtr = std::shared_ptr<const LoadedMessages>;

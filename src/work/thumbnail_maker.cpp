@@ -53,7 +53,7 @@ QImage ThumbnailMaker::make(Index item, int side, Progress &progress)
     try {
         const QString kept = cachePath(item);
         if (QFileInfo::exists(kept))
-            return readPictureWithin(kept, QSize(side, side));
+            return readPictureFile(kept, {PictureFit::Within, {side, side}}).image;
         const QImage large = makeLarge(item, progress);
         if (!large.isNull() && !opaque(large).save(kept, "JPEG", jpegQuality))
             QFile::remove(kept);
@@ -126,8 +126,8 @@ QImage ThumbnailMaker::read(Index file, Progress &progress)
     if (!QFileInfo(manifest.filePath(file)).isFile())
         return {};
     const QString copy = manifest.info().encrypted ? localCopy(file, progress) : manifest.filePath(file);
-    const QImage image =
-        isVideo ? firstFrameOf(copy, keptSide, progress) : readPictureWithin(copy, QSize(keptSide, keptSide));
+    const QImage image = isVideo ? firstFrameOf(copy, keptSide, progress)
+                                 : readPictureFile(copy, {PictureFit::Within, {keptSide, keptSide}}).image;
     if (manifest.info().encrypted)
         QFile::remove(copy);
     return image;

@@ -1,12 +1,14 @@
 #include "work/video_frame.h"
 
-#include <QElapsedTimer>
-#include <QProcess>
+#include "base/limited_process.h"
+#include "export/picture_reader.h"
+
 #include <QStandardPaths>
 
 namespace {
-constexpr qint64 longestMs = 5000;
-constexpr int pollMs = 50;
+constexpr int longestMs = 5000;
+constexpr qint64 mostOutputBytes = 4 << 20;           // one small picture
+constexpr quint64 mostMemoryBytes = quint64{3} << 29; // 1.5 GB
 
 /// The reader is named, not guessed from the content: a playlist in a video's clothes could make the program
 /// open other files or the network.
@@ -15,6 +17,7 @@ QStringList arguments(const QString &path, int side)
     const QString scale =
         QStringLiteral("scale='min(%1,iw)':'min(%1,ih)':force_original_aspect_ratio=decrease").arg(side);
     return {QStringLiteral("-v"),           QStringLiteral("error"),
+            QStringLiteral("-threads"),     QStringLiteral("1"),
             QStringLiteral("-nostdin"),     QStringLiteral("-protocol_whitelist"),
             QStringLiteral("file,pipe"),    QStringLiteral("-f"),
             QStringLiteral("mov"),          QStringLiteral("-i"),
@@ -25,19 +28,6 @@ QStringList arguments(const QString &path, int side)
             QStringLiteral("-f"),           QStringLiteral("image2pipe"),
             QStringLiteral("pipe:1")};
 }
-
-/// Kills the program when it is still running at the end.
-class Killed : public QProcess
-{
-public:
-    ~Killed() override
-    {
-        if (state() != NotRunning) {
-            kill();
-            waitForFinished(-1);
-        }
-    }
-};
 } // namespace
 
 QImage firstFrameOf(const QString &path, int side, Progress &progress)
@@ -45,15 +35,11 @@ QImage firstFrameOf(const QString &path, int side, Progress &progress)
     const QString program = QStandardPaths::findExecutable(QStringLiteral("ffmpeg"));
     if (program.isEmpty())
         return {};
-    Killed process;
-    process.setStandardErrorFile(QProcess::nullDevice());
-    process.start(program, arguments(path, side));
-    QElapsedTimer elapsed;
-    elapsed.start();
-    while (!process.waitForFinished(pollMs)) {
-        progress.check();
-        if (process.state() == QProcess::NotRunning || elapsed.elapsed() > longestMs)
-            return {};
-    }
-    return QImage::fromData(process.readAllStandardOutput(), "JPEG");
+    const std::optional<QByteArray> frame = outputOf({.program = program,
+                                                      .arguments = arguments(path, side),
+                                                      .mostOutputBytes = mostOutputBytes,
+                                                      .mostMemoryBytes = mostMemoryBytes,
+                                                      .longestMs = longestMs},
+                                                     &progress);
+    return frame ? readPicture(*frame, {PictureFit::Within, {side, side}}).image : QImage();
 }

@@ -1,3 +1,4 @@
+#include "base/limited_process.h"
 #include "export/emoji_picture.h"
 #include "export/picture_reader.h"
 #include "export/softbank_emoji.h"
@@ -7,11 +8,14 @@
 #include "sample_messages.h"
 
 #include <QBuffer>
-#include <QCryptographicHash>
+#include <QGuiApplication>
 #include <QImage>
 #include <QImageReader>
+#include <QImageWriter>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <cstdio>
 
 namespace {
 QByteArray picture(int width, int height, const char *format = "PNG", QRgb colour = 0xFF2B7A78)
@@ -71,26 +75,72 @@ QByteArray claimingHeic(quint32 side)
     return bytes;
 }
 
-/// A PNG whose header claims another size than its pixels have.
-QByteArray claiming(quint32 width, quint32 height)
+QByteArray bigEndian(quint32 value)
 {
-    QByteArray bytes = picture(1, 1);
-    const auto put = [&](qsizetype at, quint32 value) {
-        for (int i = 0; i < 4; ++i)
-            bytes[at + i] = char(value >> (24 - 8 * i));
-    };
-    put(16, width);
-    put(20, height);
-    // The chunk's check sum covers its type and content.
+    QByteArray bytes;
+    for (int shift = 24; shift >= 0; shift -= 8)
+        bytes += char(value >> shift);
+    return bytes;
+}
+
+QByteArray pngChunk(const QByteArray &type, const QByteArray &content)
+{
     quint32 crc = 0xFFFFFFFF;
-    for (const char byte : bytes.mid(12, 17)) {
+    for (const char byte : type + content) {
         crc ^= quint8(byte);
         for (int bit = 0; bit < 8; ++bit)
             crc = (crc >> 1) ^ (0xEDB88320 & (0 - (crc & 1)));
     }
-    put(29, ~crc);
+    return bigEndian(quint32(content.size())) + type + content + bigEndian(~crc);
+}
+
+/// A PNG whose header claims another size than its pixels have.
+QByteArray claiming(quint32 width, quint32 height)
+{
+    QByteArray bytes = picture(1, 1);
+    return bytes.replace(8, 25, pngChunk("IHDR", bigEndian(width) + bigEndian(height) + bytes.mid(24, 5)));
+}
+
+/// A PNG with a chunk in front of its pixels, so many times.
+QByteArray pngWith(const QByteArray &chunk, int times)
+{
+    return picture(30, 20).insert(33, chunk.repeated(times));
+}
+
+/// What unfolds to many bytes, packed.
+QByteArray packed(qsizetype bytes)
+{
+    return qCompress(QByteArray(bytes, 'x')).mid(4);
+}
+
+QByteArray progressiveJpeg(const QImage &image)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    QImageWriter writer(&buffer, "JPEG");
+    writer.setProgressiveScanWrite(true);
+    writer.write(image);
     return bytes;
 }
+
+/// A JPEG whose last pass over the pixels is there so many times.
+QByteArray jpegOfPasses(int times)
+{
+    QByteArray bytes = progressiveJpeg(twoHalves(30, 20));
+    const qsizetype begin = bytes.lastIndexOf("\xFF\xDA");
+    const QByteArray pass = bytes.mid(begin, bytes.size() - begin - 2);
+    return bytes.insert(begin, pass.repeated(times));
+}
+
+/// A JPEG, GIF or BMP with other bytes at a place.
+QByteArray forged(const QByteArray &file, qsizetype at, const QByteArray &bytes)
+{
+    return QByteArray(file).replace(at, bytes.size(), bytes);
+}
+
+const QByteArray smallGif = QByteArray::fromHex("4749463839611e0014008000002b7a78ffffff2c000000001e001400000"
+                                                "2228c8f69c0ed0fa39cb4da8bb3debcfb0f86e24896e689a6eacab6ee0b"
+                                                "c7f24cd75b01003b");
 
 QString write(const QString &path, const QByteArray &bytes)
 {
@@ -107,13 +157,14 @@ private slots:
     void initTestCase();
     void thumbnail_data();
     void thumbnail();
+    void thumbnailIsOfWhatLiesThereNow();
     void readsUpright_data();
     void readsUpright();
     void smallerVersionInTheFileServes();
     void readsAnyKind_data();
     void readsAnyKind();
-    void thumbnailIsKept();
-    void thumbnailOfSomebodyElseIsNotUsed();
+    void hostile_data();
+    void hostile();
     void cardPhoto_data();
     void cardPhoto();
     void cardPicture();
@@ -170,20 +221,28 @@ void TestPictures::thumbnail()
     QFETCH(QSize, size);
     // The suffix says nothing: telephones name pictures as they like.
     const QString path = write(m_folder.filePath(QLatin1String(QTest::currentDataTag()) + ".dat"), file);
-    const std::optional<QString> made = thumbnailOf(path);
-    QCOMPARE(made.has_value(), !size.isEmpty());
-    if (!made)
+    QByteArray made = thumbnailOf(path).encoded();
+    QCOMPARE(made.isEmpty(), size.isEmpty());
+    QVERIFY2(QDir(m_temporary.path()).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+             "something is left in the temporary folder");
+    if (made.isEmpty())
         return;
-    QCOMPARE(*made,
-             m_temporary.filePath(QString::fromLatin1(
-                 QCryptographicHash::hash(path.toUtf8(), QCryptographicHash::Md5).toHex() + ".thumb")));
-    QImageReader reader(*made);
+    QBuffer buffer(&made);
+    QImageReader reader(&buffer);
     QCOMPARE(reader.size(), size);
     QTEST(reader.format(), "format");
-    QCOMPARE(QFile::permissions(*made) & ~(QFile::ReadUser | QFile::WriteUser),
-             QFile::ReadOwner | QFile::WriteOwner);
-    QVERIFY(
-        QDir(m_temporary.path()).entryList({QStringLiteral("*.part")}, QDir::Files | QDir::Hidden).isEmpty());
+}
+
+/// The files of another backup come to the same place, in the same second.
+void TestPictures::thumbnailIsOfWhatLiesThereNow()
+{
+    const QString path = write(m_folder.filePath("place.png"), picture(200, 100));
+    const QDateTime time = QFileInfo(path).lastModified();
+    QCOMPARE(thumbnailOf(path).image.size(), QSize(120, 60));
+    QFile file(write(path, picture(100, 200)));
+    QVERIFY(file.open(QIODevice::ReadWrite) && file.setFileTime(time, QFileDevice::FileModificationTime));
+    file.close();
+    QCOMPARE(thumbnailOf(path).image.size(), QSize(60, 120));
 }
 
 void TestPictures::readsUpright_data()
@@ -200,16 +259,20 @@ void TestPictures::readsUpright()
 {
     QFETCH(QByteArray, file);
     const QString path = write(m_folder.filePath(QLatin1String(QTest::currentDataTag())), file);
-    PictureReader reader(path);
-    QCOMPARE(reader.size(), QSize(200, 320));
-    for (const QImage &image : {reader.read(), readPictureWithin(path, QSize(50, 80)),
-                                readPictureWithin(path, QSize(1000, 80)), thumbnailImage(path)}) {
+    const auto within = [&path](int width, int height) {
+        return readPictureFile(path, {PictureFit::Within, {width, height}}).image;
+    };
+    const QImage whole = readPictureFile(path).image;
+    QCOMPARE(whole.size(), QSize(200, 320));
+    const QImage covering = readPictureFile(path, {PictureFit::Covering, {50, 50}}).image;
+    QCOMPARE(covering.size(), QSize(50, 80));
+    for (const QImage &image : {whole, covering, within(50, 80), within(1000, 80), thumbnailOf(path).image}) {
         QCOMPARE(image.height() * 10 / image.width(), 16);
         QCOMPARE(colourAt(image, 0.5, 0.2), QStringLiteral("red"));
         QCOMPARE(colourAt(image, 0.5, 0.8), QStringLiteral("blue"));
     }
-    QCOMPARE(readPictureWithin(path, QSize(50, 1000)).size(), QSize(50, 80));
-    QCOMPARE(readPictureWithin(path, QSize(1000, 1000)).size(), QSize(200, 320));
+    QCOMPARE(within(50, 1000).size(), QSize(50, 80));
+    QCOMPARE(within(1000, 1000).size(), QSize(200, 320));
 }
 
 /// The whole picture is cut off here, so only the smaller one can have been read.
@@ -222,10 +285,10 @@ void TestPictures::smallerVersionInTheFileServes()
     QVERIFY(wholeBytes > 0 && begin + wholeBytes < file.size());
     file.replace(begin, wholeBytes, QByteArray(wholeBytes, '\0'));
     const QString path = write(m_folder.filePath("cut.heic"), file);
-    const QImage small = readPictureWithin(path, QSize(120, 120));
+    const QImage small = readPictureFile(path, {PictureFit::Within, {120, 120}}).image;
     QCOMPARE(small.size(), QSize(120, 75));
     QCOMPARE(colourAt(small, 0.25, 0.5), QStringLiteral("red"));
-    QVERIFY(PictureReader(path).read().isNull());
+    QVERIFY(readPictureFile(path).isBad());
 }
 
 void TestPictures::readsAnyKind_data()
@@ -234,10 +297,11 @@ void TestPictures::readsAnyKind_data()
     QTest::addColumn<QByteArray>("format"); // empty: no picture
     QTest::newRow("JPEG") << picture(30, 20, "JPEG") << QByteArray("jpeg");
     QTest::newRow("BMP") << picture(30, 20, "BMP") << QByteArray("bmp");
-    QTest::newRow("GIF") << QByteArray::fromHex("4749463839611e0014008000002b7a78ffffff2c000000001e001400000"
-                                                "2228c8f69c0ed0fa39cb4da8bb3debcfb0f86e24896e689a6eacab6ee0b"
-                                                "c7f24cd75b01003b")
-                         << QByteArray("gif");
+    QTest::newRow("GIF") << smallGif << QByteArray("gif");
+    QTest::newRow("PNG") << picture(30, 20) << QByteArray("png");
+    QTest::newRow("JPEG of many passes") << progressiveJpeg(twoHalves(30, 20)) << QByteArray("jpeg");
+    QTest::newRow("JPEG with bytes behind its end")
+        << picture(30, 20, "JPEG") + QByteArray(5000, '\xFF') << QByteArray("jpeg");
     QTest::newRow("HEIC") << sample::heicOf(twoHalves(30, 20)) << QByteArray("heif");
     QTest::newRow("pages that may name other files")
         << QByteArray("<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"30\" height=\"20\"></svg>")
@@ -253,43 +317,63 @@ void TestPictures::readsAnyKind()
 {
     QFETCH(QByteArray, file);
     QFETCH(QByteArray, format);
-    PictureReader reader(write(m_folder.filePath("any"), file));
-    QCOMPARE(reader.format(), format);
-    QCOMPARE(reader.size(), format.isEmpty() ? QSize() : QSize(30, 20));
-    QCOMPARE(reader.read().size(), reader.size().isEmpty() ? QSize(0, 0) : QSize(30, 20));
+    const ReadPicture read = readPictureFile(write(m_folder.filePath("any"), file));
+    QCOMPARE(read.format, format);
+    QCOMPARE(read.image.size(), format.isEmpty() ? QSize(0, 0) : QSize(30, 20));
+    QVERIFY(!read.isBad());
 }
 
-void TestPictures::thumbnailIsKept()
+void TestPictures::hostile_data()
 {
-    const QString path = write(m_folder.filePath("kept.png"), picture(200, 100));
-    const QString made = thumbnailOf(path).value_or(QString());
-    const QDateTime time = QFileInfo(path).lastModified();
-    const QByteArray marked = readFile(made) + "kept";
-    const auto setTime = [](const QString &file, const QDateTime &to) {
-        QFile touched(file);
-        return touched.open(QIODevice::ReadWrite) &&
-               touched.setFileTime(to, QFileDevice::FileModificationTime);
-    };
-    write(made, marked);
-    QVERIFY(setTime(made, time));
-    QCOMPARE(thumbnailOf(path).value_or(QString()), made);
-    QCOMPARE(readFile(made), marked);
-
-    // Another picture has come to the same place.
-    write(path, picture(100, 200));
-    QVERIFY(setTime(path, time.addSecs(-1000)));
-    QCOMPARE(QImage(thumbnailOf(path).value_or(QString())).size(), QSize(60, 120));
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<bool>("isShown");
+    const QByteArray jpeg = picture(30, 20, "JPEG");
+    const qsizetype frame = jpeg.indexOf("\xFF\xC0");
+    constexpr qsizetype unfolded = 7 << 20;
+    const QByteArray text = "Comment" + QByteArray(2, '\0') + packed(unfolded);
+    const QByteArray newText =
+        "Comment" + QByteArray(1, '\0') + '\1' + QByteArray(3, '\0') + packed(unfolded);
+    const QByteArray profile = "Profile" + QByteArray(2, '\0') + packed(unfolded);
+    QTest::newRow("PNG, 900 packed texts") << pngWith(pngChunk("zTXt", text), 900) << true;
+    QTest::newRow("PNG, 900 packed texts of the newer kind")
+        << pngWith(pngChunk("iTXt", newText), 900) << true;
+    QTest::newRow("PNG, 900 packed profiles") << pngWith(pngChunk("iCCP", profile), 900) << true;
+    QTest::newRow("PNG, 200,000 chunks of no kind") << pngWith(pngChunk("quIl", "x"), 200000) << true;
+    QTest::newRow("PNG, chunk longer than the file")
+        << forged(picture(30, 20), 33, bigEndian(0x7FFFFFFF)) << false;
+    QTest::newRow("PNG of 10 gigabytes") << claiming(50000, 50000) << false;
+    QTest::newRow("PNG of one line") << claiming(100'000'000, 1) << false;
+    QTest::newRow("JPEG of 5,000 passes") << jpegOfPasses(5000) << false;
+    QTest::newRow("JPEG of 50 passes") << jpegOfPasses(40) << true;
+    QTest::newRow("JPEG of 4 gigapixels") << forged(jpeg, frame + 5, "\xFF\xFF\xFF\xFF") << false;
+    QTest::newRow("JPEG, 500 comments")
+        << QByteArray(jpeg).insert(2, ("\xFF\xFE\xFF\xFF" + QByteArray(65533, 'x')).repeated(500)) << true;
+    QTest::newRow("JPEG of a kind that nobody writes") << forged(jpeg, frame + 1, "\xC9") << false;
+    QTest::newRow("JPEG, two frames") << QByteArray(jpeg).insert(frame, jpeg.mid(frame, 19)) << false;
+    QTest::newRow("JPEG without pixels") << jpeg.left(jpeg.indexOf("\xFF\xDA")) << false;
+    QTest::newRow("GIF of 4 gigapixels") << forged(smallGif, 6, "\xFF\xFF\xFF\xFF") << false;
+    QTest::newRow("GIF of 20,000 pictures")
+        << QByteArray(smallGif).insert(smallGif.size() - 1, smallGif.mid(19).chopped(1).repeated(20000))
+        << true;
+    QTest::newRow("BMP of 4 gigapixels")
+        << forged(picture(30, 20, "BMP"), 18, QByteArray::fromHex("ffff0000ffff0000")) << false;
+    QTest::newRow("HEIC that claims more than it has") << claimingHeic(16000) << false;
+    QTest::newRow("HEIC of 4 gigapixels") << claimingHeic(65000) << false;
 }
 
-void TestPictures::thumbnailOfSomebodyElseIsNotUsed()
+/// Each in a process of its own that may use half of what any input may.
+void TestPictures::hostile()
 {
-    const QString path = write(m_folder.filePath("mine.png"), picture(200, 100));
-    const QString place = thumbnailOf(path).value_or(QString());
-    const QString victim = write(m_folder.filePath("victim"), "precious");
-    QVERIFY(QFile::remove(place));
-    QVERIFY(QFile::link(victim, place));
-    QCOMPARE(QImage(thumbnailOf(path).value_or(QString())).size(), QSize(120, 60));
-    QCOMPARE(readFile(victim), QByteArray("precious"));
+    QFETCH(QByteArray, file);
+    QFETCH(bool, isShown);
+    const std::optional<QByteArray> said =
+        outputOf({.program = QCoreApplication::applicationFilePath(),
+                  .arguments = {"--read", write(m_folder.filePath("bad"), file)},
+                  .mostOutputBytes = 1000,
+                  .mostMemoryBytes = quint64{1} << 30,
+                  .longestMs = 20000});
+    QVERIFY2(said, "it took too much memory or time");
+    QCOMPARE(*said, isShown ? QByteArray("shown") : QByteArray("bad"));
 }
 
 void TestPictures::cardPhoto_data()
@@ -332,12 +416,15 @@ void TestPictures::cardPhoto()
 
 void TestPictures::cardPicture()
 {
-    const QByteArray card = "PHOTO;ENCODING=b:" + picture(8, 8).toBase64();
-    const std::optional<QString> made = vCardPictureOf(write(m_folder.filePath("a.vcf"), card));
-    QVERIFY(made);
-    QCOMPARE(readFile(*made), picture(8, 8));
-    QVERIFY(!vCardPictureOf(write(m_folder.filePath("b.vcf"), "N:A")));
-    QVERIFY(!vCardPictureOf(m_folder.filePath("missing.vcf")));
+    const auto pictureOf = [this](const QByteArray &card) {
+        return vCardPictureOf(write(m_folder.filePath("a.vcf"), card));
+    };
+    const auto photo = [](const QByteArray &bytes) { return "PHOTO;ENCODING=b:" + bytes.toBase64(); };
+    QCOMPARE(pictureOf(photo(picture(8, 8))).image.size(), QSize(8, 8));
+    QCOMPARE(pictureOf(photo(picture(1000, 500, "JPEG"))).image.size(), QSize(200, 100));
+    QVERIFY(pictureOf(photo(claiming(60000, 60000))).isBad);
+    QVERIFY(pictureOf("N:A").encoded().isEmpty());
+    QVERIFY(vCardPictureOf(m_folder.filePath("missing.vcf")).encoded().isEmpty());
 }
 
 void TestPictures::emojiOfOldTelephones_data()
@@ -389,5 +476,25 @@ void TestPictures::everyEmojiHasAPicture()
     QVERIFY2(opaque > area / 20 && opaque < area, qPrintable(QString::number(opaque)));
 }
 
-QTEST_MAIN(TestPictures)
+namespace {
+/// What a test does with a picture that it does not want to read itself.
+int readForTest(const char *path)
+{
+    const ReadPicture read =
+        readPictureFile(QString::fromLocal8Bit(path), {PictureFit::Within, QSize(640, 640)});
+    std::fputs(!read.image.isNull() ? "shown" : read.isBad() ? "bad" : "none", stdout);
+    return 0;
+}
+} // namespace
+
+int main(int argc, char **argv)
+{
+    if (argc == 3 && QByteArray(argv[1]) == "--read") {
+        const QCoreApplication application(argc, argv);
+        return readForTest(argv[2]);
+    }
+    const QGuiApplication application(argc, argv);
+    TestPictures tests;
+    return QTest::qExec(&tests, argc, argv);
+}
 #include "tst_pictures.moc"

@@ -4,8 +4,10 @@
 #include "sample/mbdb_writer.h"
 #include "sample/typedstream_writer.h"
 
+#include <QBuffer>
 #include <QDir>
 #include <QFile>
+#include <QImageWriter>
 
 #include <cstdio>
 
@@ -140,6 +142,26 @@ void addCards(const Corpus &corpus)
                "GgoA\r\nBDAY:19061209\r\nURL;X-LABEL=\"a:b;c\":http://x\r\n"
                "END:VCARD\r\nBEGIN:VCARD\r\nFN:cut");
 }
+
+/// Small pictures of every format that is decoded.
+void addPictures(const Corpus &corpus)
+{
+    QImage image(20, 10, QImage::Format_RGB32);
+    image.fill(0xFF2B7A78);
+    for (const char *format : {"jpeg", "png", "bmp"}) {
+        QByteArray bytes;
+        QBuffer buffer(&bytes);
+        QImageWriter writer(&buffer, format);
+        writer.setProgressiveScanWrite(true);
+        writer.setText(text("Comment"), text("text"));
+        if (!writer.write(image))
+            qFatal("cannot write a picture");
+        corpus.add("picture", format, bytes);
+    }
+    corpus.add("picture", "gif",
+               QByteArray::fromHex("4749463839610a0005008000002b7a78ffffff21f904010000000021fe04746578740"
+                                   "02c000000000a000500000207848fa9cbed0f0b003b"));
+}
 } // namespace
 
 int main(int argc, char **argv)
@@ -151,6 +173,7 @@ int main(int argc, char **argv)
     const Corpus corpus(QDir(QString::fromLocal8Bit(argv[1])).absolutePath());
     addRecords(corpus);
     addLists(corpus);
+    addPictures(corpus);
     corpus.add("keybag", "single", keybag(0));
     corpus.add("keybag", "double", keybag(3));
     corpus.add("manifest_plist", "binary", sample::binaryPlist(description()));
