@@ -6,6 +6,7 @@
 #include "app/view_stack.h"
 #include "app/web_pages.h"
 #include "base/app_folders.h"
+#include "base/error.h"
 #include "base/file_names.h"
 #include "base/shell.h"
 #include "base/texts.h"
@@ -14,6 +15,7 @@
 #include "views/local_database_dlg.h"
 #include "work/count_messages_thread.h"
 #include "work/elided_label.h"
+#include "work/local_databases.h"
 #include "work/make_sample_thread.h"
 #include "work/message_boxes.h"
 #include "work/record_threads.h"
@@ -23,12 +25,23 @@
 #include <QAction>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 
 namespace {
 constexpr QSize firstSize(1080, 700);
+
+/// Says which one goes, and what goes with it.
+QString removalQuestion(const BkNode &database)
+{
+    QStringList contents;
+    for (const auto &child : database.children())
+        contents << static_cast<const BkNode *>(child.get())->label();
+    return textFor("IDS_CONFIRM_REMOVE_LOCAL_DB_%1_%2")
+        .arg(database.label(), contents.join(QStringLiteral(", ")));
 }
+} // namespace
 
 MainWindow::MainWindow(const QStringList &roots, QWidget *parent)
     : QMainWindow(parent), m_roots(roots), m_model(new ItemModelBK(this))
@@ -270,11 +283,15 @@ bool MainWindow::importCards(const QString &file, const QString &folder)
 void MainWindow::miRemoveLocalDb()
 {
     BkNode *database = m_model->sourceOf(currentNode()).localDatabase;
-    if (!database || !askQuestion(textFor("IDS_CONFIRM_REMOVE_LOCAL_DB")))
+    if (!database || !askQuestion(removalQuestion(*database)))
         return;
-    removeFolderTree(database->folder());
-    if (QFileInfo::exists(database->folder())) {
-        showErrorBox(textFor("IDS_CANT_DEL_LOCAL_DB"));
+    try {
+        if (!removeLocalDatabase(database->folder())) {
+            showErrorBox(textFor("IDS_CANT_DEL_LOCAL_DB"));
+            return;
+        }
+    } catch (const Error &error) {
+        showErrorBox(error.sentence());
         return;
     }
     showInformationBox(textFor("IDS_REMOVE_LOCALDB_SUC"));

@@ -12,6 +12,7 @@
 #include "base/own_file.h"
 #include "base/source_guard.h"
 #include "base/texts.h"
+#include "base/secret.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -85,6 +86,8 @@ struct BackupManifest::Opened
     {
     }
 
+    ~Opened() { wipe(password); }
+
     const BackupInfo &info;
     SourceGuard guard{{info.folder}};
     Keybag keybag;
@@ -156,16 +159,19 @@ bool BackupManifest::openEncrypted(const QString &password, Progress &progress)
     const QDir folder(m_info.folder);
     const QString manifest = folder.filePath(QStringLiteral("Manifest.plist"));
     const QString catalogue = folder.filePath(QStringLiteral("Manifest.db"));
+    QByteArray secret = password.toUtf8();
+    const WipedAtEnd wipedSecret(secret);
     Keybag keybag;
     try {
         keybag = Keybag::parse(m_info.keybag);
-        if (!keybag.unlock(password.toUtf8(), unlockProgress(progress)))
+        if (!keybag.unlock(secret, unlockProgress(progress)))
             return false;
     } catch (const Error &error) {
         throw error.withContext(manifest);
     }
     if (m_info.layout == BackupLayout::Modern && !hasSqliteHeader(catalogue)) {
-        const QByteArray key = catalogueKey(m_info, keybag);
+        QByteArray key = catalogueKey(m_info, keybag);
+        const WipedAtEnd wipedKey(key);
         if (key.isEmpty())
             throw Error(
                 QStringLiteral("%1: the key that opens Manifest.db is missing or damaged.").arg(manifest));
@@ -174,7 +180,7 @@ bool BackupManifest::openEncrypted(const QString &password, Progress &progress)
         d->decrypted.make(m_info.folder, key, d->scratch);
     }
     d->keybag = std::move(keybag);
-    d->password = password.toUtf8();
+    d->password = std::exchange(secret, QByteArray());
     return true;
 }
 
@@ -205,8 +211,7 @@ void BackupManifest::buildIndex(Progress &progress)
     tellFolders(d->catalogue, d->tree);
     d->wellKnown.emplace(d->catalogue);
     d->decrypted.remove();
-    d->password.fill('\0');
-    d->password.clear();
+    wipe(d->password);
 }
 
 bool BackupManifest::hasIndex() const

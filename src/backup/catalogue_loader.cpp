@@ -3,6 +3,7 @@
 #include "backup/archived_record.h"
 #include "backup/mbdb_parser.h"
 #include "base/error.h"
+#include "base/secret.h"
 #include "base/texts.h"
 #include "sqlite/sqlite3_db.h"
 
@@ -101,7 +102,9 @@ Report CatalogueLoader::loadDatabase(const QString &path, const QByteArray &pass
         tellDamage(db.damage());
     if (!db.hasTable(QStringLiteral("Files")))
         throw unreadable(QStringLiteral("can not read %1. It has no table Files.").arg(m_name));
-    readRows(db, descriptorKey(db, password));
+    QByteArray key = descriptorKey(db, password);
+    const WipedAtEnd wiped(key);
+    readRows(db, key);
     return m_report;
 }
 

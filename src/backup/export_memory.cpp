@@ -16,6 +16,14 @@ QString canonical(const QString &folder)
     const QFileInfo info(folder);
     return info.exists() ? info.canonicalFilePath() : info.absoluteFilePath();
 }
+
+QByteArray hashOf(const QString &folder, const QString &place)
+{
+    return QCryptographicHash::hash((folder + QLatin1Char('\0') + place).toUtf8(),
+                                    QCryptographicHash::Sha256);
+}
+
+constexpr char16_t writeOne[] = u"insert or replace into written(place,source,size) values(?,?,?)";
 } // namespace
 
 ExportMemory::ExportMemory(const QString &targetFolder) : m_folder(canonical(targetFolder))
@@ -35,9 +43,31 @@ void ExportMemory::open(const QString &path)
     // Another run holds the lock for a moment; whoever waits longer does without.
     if (!m_database.exec(QStringLiteral(
             "pragma busy_timeout=1000; pragma synchronous=off;"
-            "create table if not exists exported(folder TEXT NOT NULL, place TEXT NOT NULL,"
-            " source BLOB NOT NULL, size INTEGER NOT NULL, PRIMARY KEY(folder, place)) without rowid")))
+            "create table if not exists written(place BLOB PRIMARY KEY, source BLOB NOT NULL,"
+            " size INTEGER NOT NULL) without rowid")))
         throw Error(QStringLiteral("can not open %1. %2").arg(path, m_database.lastError()));
+    QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner);
+    if (m_database.hasTable(QStringLiteral("exported")))
+        takeOverNames();
+}
+
+/// An earlier version kept the names themselves. They are not left in pages that are free.
+void ExportMemory::takeOverNames()
+{
+    Sqlite3Transaction transaction(m_database);
+    {
+        Sqlite3Cursor row =
+            m_database.queryThrow(QStringLiteral("select folder, place, source, size from exported"));
+        while (row.moveNext())
+            m_database.executeCachedThrow(Sqlite3Sql(QString::fromUtf16(writeOne))
+                                              .addBlobParam(hashOf(row.getText(0), row.getText(1)))
+                                              .addBlobParam(row.getBlob(2))
+                                              .addInt64Param(row.getInt64(3)));
+    }
+    m_database.executeThrow(QStringLiteral("drop table exported"));
+    transaction.commit();
+    if (!m_database.exec(QStringLiteral("vacuum")))
+        qWarning("Old names of exported files are not wiped out: %s", qUtf8Printable(m_database.lastError()));
 }
 
 ExportMemory::~ExportMemory()
@@ -63,9 +93,8 @@ std::optional<ExportMemory::Entry> ExportMemory::at(const QString &place)
         return std::nullopt;
     try {
         Sqlite3Cursor &row = m_database.cachedThrow(
-            Sqlite3Sql(QStringLiteral("select source, size from exported where folder=? and place=?"))
-                .addTextParam(m_folder)
-                .addTextParam(place));
+            Sqlite3Sql(QStringLiteral("select source, size from written where place=?"))
+                .addBlobParam(hashOf(m_folder, place)));
         if (row.moveNext())
             return Entry{row.getBlob(0), row.getInt64(1)};
     } catch (const Error &error) {
@@ -77,7 +106,7 @@ std::optional<ExportMemory::Entry> ExportMemory::at(const QString &place)
 
 void ExportMemory::remember(const QString &place, const Entry &entry)
 {
-    m_new.push_back({place, entry});
+    m_new.push_back({hashOf(m_folder, place), entry});
     if (m_new.size() >= writtenTogether)
         writeDown();
 }
@@ -91,10 +120,8 @@ void ExportMemory::writeDown()
         Sqlite3Transaction transaction(m_database);
         for (const New &each : all)
             m_database.executeCachedThrow(
-                Sqlite3Sql(QStringLiteral("insert or replace into exported(folder,place,source,size) "
-                                          "values(?,?,?,?)"))
-                    .addTextParam(m_folder)
-                    .addTextParam(each.place)
+                Sqlite3Sql(QString::fromUtf16(writeOne))
+                    .addBlobParam(each.place)
                     .addBlobParam(each.entry.source)
                     .addInt64Param(each.entry.sizeBytes));
         transaction.commit();

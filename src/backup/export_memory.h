@@ -8,7 +8,8 @@
 
 /// What earlier exports wrote into a folder: which file of which device lies at each place, and how large it
 /// was when it was written. It is kept in the application's data folder, so that the target holds nothing but
-/// what was exported. When it is lost, files are recognised by size and time alone.
+/// what was exported. Names are kept as hashes only: those of an encrypted backup are nobody's business. When
+/// it is lost, files are recognised by size and time alone.
 class ExportMemory
 {
 public:
@@ -34,7 +35,7 @@ public:
 private:
     struct New
     {
-        QString place;
+        QByteArray place;
         Entry entry;
     };
 
@@ -43,5 +44,6 @@ private:
     std::vector<New> m_new;
 
     void open(const QString &path);
+    void takeOverNames();
     void writeDown();
 };

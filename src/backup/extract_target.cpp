@@ -31,7 +31,7 @@ void requireTarget(const QString &target, const QString &backupFolder)
     SourceGuard::requireOutside(target);
     if (!QDir().mkpath(target))
         throw Error(QStringLiteral("can not create %1. The folder cannot be made.").arg(target));
-    QTemporaryFile probe(QDir(target).filePath(QStringLiteral(".XXXXXX.part")));
+    QTemporaryFile probe(QDir(target).filePath(QStringLiteral(".quillbarrow-XXXXXX.part")));
     if (!probe.open())
         throw Error(QStringLiteral("can not write %1. %2").arg(target, probe.errorString()));
 }

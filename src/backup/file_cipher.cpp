@@ -4,6 +4,7 @@
 #include "backup/target_file.h"
 #include "base/error.h"
 #include "base/own_file.h"
+#include "base/secret.h"
 
 #include <QFile>
 
@@ -106,6 +107,9 @@ public:
     {
         aes256_set_decrypt_key(&m_context, octets(key));
     }
+    ~Decryption() { wipe(&m_context, sizeof m_context); }
+    Decryption(const Decryption &) = delete;
+    Decryption &operator=(const Decryption &) = delete;
 
     /// Fills `block` as far as the source goes; gives the number of bytes.
     std::uint64_t fill(std::vector<std::uint8_t> &block)

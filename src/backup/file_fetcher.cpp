@@ -1,7 +1,9 @@
 #include "backup/file_fetcher.h"
 
 #include "backup/target_file.h"
+#include "base/error.h"
 #include "base/own_file.h"
+#include "base/secret.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -100,7 +102,8 @@ void FileFetcher::requireFile(Index index) const
 
 FetchOutcome FileFetcher::fetch(Index index, const QString &destination, const CopyProgress &progress) const
 {
-    const QByteArray fileKey = key(index);
+    QByteArray fileKey = key(index);
+    const WipedAtEnd wiped(fileKey);
     const Destination place{destination, m_catalogue.lastModified(index)};
     try {
         requireFile(index);

@@ -168,6 +168,15 @@ Keybag Keybag::parse(QByteArrayView bytes)
     return keybag;
 }
 
+Keybag::~Keybag()
+{
+    if (!m_classes.isDetached())
+        return;
+    for (Attributes &entry : m_classes)
+        if (const auto key = entry.find("KEY"); key != entry.end())
+            wipe(*key);
+}
+
 bool Keybag::hasDoubleProtection() const
 {
     return m_attributes.contains("DPIC") && m_attributes.contains("DPSL");
@@ -246,5 +255,7 @@ QByteArray aesKeyUnwrap(const QByteArray &key, QByteArrayView wrapped)
         a = qFromBigEndian<quint64>(block);
         std::memcpy(r, block + half, half);
     }
+    wipe(&context, sizeof context);
+    wipe(block, sizeof block);
     return a == integrity ? plain : QByteArray();
 }

@@ -12,6 +12,14 @@
 class Keybag
 {
 public:
+    Keybag() = default;
+    Keybag(const Keybag &) = default;
+    Keybag(Keybag &&) = default;
+    Keybag &operator=(const Keybag &) = default;
+    Keybag &operator=(Keybag &&) = default;
+    /// The last copy wipes the keys.
+    ~Keybag();
+
     using Attributes = QHash<QByteArray, QByteArray>; // tag -> value
 
     /// Throws Error when the bytes are no keybag (cut off inside an item, no class entry at all).

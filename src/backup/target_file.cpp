@@ -6,7 +6,6 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
-#include <QRandomGenerator>
 
 #include <filesystem>
 #include <system_error>
@@ -76,14 +75,18 @@ bool TargetFile::open(const QString &path)
 
 void TargetFile::openBeside()
 {
-    // A name taken by somebody else is drawn again; the name is short, so that a long final name still fits.
+    // A name taken by somebody else is drawn again.
     constexpr int attempts = 16;
     const QString folder = QFileInfo(m_path).path();
+    sweepParts(folder);
     for (int i = 0; i < attempts; ++i) {
-        const quint64 number = QRandomGenerator::global()->generate64();
-        const QString beside = QStringLiteral("%1/.%2.part").arg(folder, QString::number(number, 36));
-        if (open(beside) || !QFileInfo::exists(beside))
+        const QString beside = partPath(folder);
+        if (!open(beside) && !QFileInfo::exists(beside))
             return;
+        if (m_file.isOpen() && m_lock.take(m_file))
+            return;
+        m_file.close();
+        m_lock.release();
     }
 }
 
@@ -131,4 +134,5 @@ void TargetFile::commit(std::uint32_t unixSeconds)
             throw cannotCreate(m_path, QString::fromStdString(error.message()), kindOf(error));
     }
     m_committed = true;
+    m_lock.release();
 }

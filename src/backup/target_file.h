@@ -1,6 +1,7 @@
 #pragma once
 
 #include "backup/file_cipher.h"
+#include "backup/part_file.h"
 
 #include <QFile>
 #include <QString>
@@ -10,8 +11,8 @@ bool setTimes(QFile &file, std::uint32_t unixSeconds);
 
 /// A file that is complete or absent: it is written under a name of its own beside its place and renamed over
 /// it by commit(). A link that stands at the place is replaced, never followed. Without commit() nothing
-/// stays behind. Only its owner may read it: it holds somebody's data. Nothing is
-/// written over a source that is being read. Every failure is thrown as
+/// stays behind; what a run that was killed left in the folder goes with the first target there. Only its owner may
+/// read it: it holds somebody's data. Nothing is written over a source that is being read. Every failure is thrown as
 /// Error("can not create %1. %2") or Error("can not write %1. %2") with the final path.
 class TargetFile
 {
@@ -31,6 +32,7 @@ private:
     QString m_path;
     Placing m_placing;
     QFile m_file;
+    PartLock m_lock; // goes after the file
     bool m_committed = false;
 
     void requirePlace() const;

@@ -2,6 +2,7 @@
 
 #include "base/error.h"
 #include "base/report.h"
+#include "base/secret.h"
 #include "cli/command.h"
 #include "cli/password.h"
 
@@ -25,7 +26,7 @@ void requireBackupFolder(const QString &folder)
 void unlock(BackupManifest &backup, const QString &folder, const PasswordOption &password, PasswordNeed need,
             Progress &progress)
 {
-    const std::optional<QString> text =
+    std::optional<QString> text =
         need == PasswordNeed::Always ? password.givenOrAsked(folder) : password.given();
     if (!text && need == PasswordNeed::IfGiven)
         return;
@@ -35,6 +36,7 @@ void unlock(BackupManifest &backup, const QString &folder, const PasswordOption 
                            "QUILLBARROW_PASSWORD or on a terminal")
                 .arg(folder));
     }
+    const WipedAtEnd wiped(*text);
     if (!backup.openEncrypted(*text, progress))
         throw PasswordError(QStringLiteral("%1: Invalid password.").arg(folder));
 }

@@ -1,6 +1,7 @@
 #include "cli/password.h"
 
 #include "base/error.h"
+#include "base/secret.h"
 #include "cli/arguments.h"
 #include "cli/line_text.h"
 #include "cli/terminal.h"
@@ -18,6 +19,7 @@ QString readPasswordFile(const QString &path)
     if (!file.open(QIODevice::ReadOnly))
         throw Error(QStringLiteral("can not open the password file %1. %2").arg(path, file.errorString()));
     QByteArray bytes = file.read(longestPassword);
+    const WipedAtEnd wiped(bytes);
     if (file.error() != QFileDevice::NoError)
         throw Error(QStringLiteral("can not read the password file %1. %2").arg(path, file.errorString()));
     if (bytes.endsWith('\n'))

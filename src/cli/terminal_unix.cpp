@@ -1,6 +1,7 @@
 #include "cli/terminal.h"
 
 #include "base/error.h"
+#include "base/secret.h"
 #include "cli/stop_signal.h"
 
 #include <QByteArray>
@@ -134,6 +135,7 @@ std::optional<QString> askHidden(const QString &prompt)
     std::fprintf(stderr, "%s ", qUtf8Printable(prompt));
     std::fflush(stderr);
     QByteArray line;
+    const WipedAtEnd wiped(line);
     char letter = 0;
     while (true) {
         waitFor(STDIN_FILENO, POLLIN);

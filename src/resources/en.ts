@@ -396,8 +396,8 @@
         <translation>Copies the messages with all their pictures to this computer, for a backup on a slow disk.</translation>
     </message>
     <message>
-        <source>IDS_CONFIRM_REMOVE_LOCAL_DB</source>
-        <translation>Confirm to delete local Database?</translation>
+        <source>IDS_CONFIRM_REMOVE_LOCAL_DB_%1_%2</source>
+        <translation>Delete the local database “%1” with all that it holds? It holds: %2. It goes to the trash, or for good where the desktop has none.</translation>
     </message>
     <message>
         <source>IDS_REMOVE_LOCALDB_SUC</source>
@@ -518,7 +518,7 @@
     </message>
     <message>
         <source>IDS_ABOUT_TEXT</source>
-        <translation>Opens the backups that iTunes and Finder make of iPhones and iPads, shows what is in them and copies it out. Reading a backup never changes it.&lt;br/&gt;&lt;br/&gt;Free software under the GNU General Public License, version 3 or later.</translation>
+        <translation>Opens the backups that iTunes and Finder make of iPhones and iPads, shows what is in them and copies it out. Reading a backup never changes its files; while an encrypted one is opened, a decrypted copy of its list of files lies beside them.&lt;br/&gt;&lt;br/&gt;Free software under the GNU General Public License, version 3 or later.</translation>
     </message>
     <message>
         <source>IDS_ACC_EXPORT_TARGET</source>

@@ -112,6 +112,7 @@ void PasscodeDlg::onChecked(bool unlocked)
 {
     setBusy(false);
     if (unlocked) {
+        m_password->clear();
         accept();
         return;
     }

@@ -2,6 +2,7 @@
 #include "app/main_window.h"
 #include "base/app_folders.h"
 #include "base/texts.h"
+#include "personal/local_contacts_db.h"
 #include "resources/resources.h"
 #include "support/modal.h"
 #include "support/sample_backup.h"
@@ -292,7 +293,8 @@ void TestMainWindow::sampleFromTheStartPage()
 void TestMainWindow::localDatabases()
 {
     const QString family = localDatabasesFolder().filePath(QStringLiteral("Family"));
-    QVERIFY(QDir().mkpath(family + QStringLiteral("/attachments")));
+    QVERIFY(QDir().mkpath(family));
+    LocalContactsDb(family).open();
     MainWindow window({});
     window.show();
     const QModelIndex root = treeOf(window)->model()->index(1, 0);
@@ -302,7 +304,8 @@ void TestMainWindow::localDatabases()
     {
         const AnswerBox no(QMessageBox::No);
         remove->trigger();
-        QCOMPARE(no.text(), QStringLiteral("Confirm to delete local Database?"));
+        QVERIFY2(no.text().contains(QStringLiteral("“Family”")) && no.text().contains(QStringLiteral("Contacts(0)")),
+                 qPrintable(no.text()));
         QVERIFY(QFile::exists(family));
     }
     std::unique_ptr<AnswerBox> done;
@@ -312,6 +315,7 @@ void TestMainWindow::localDatabases()
     });
     remove->trigger();
     QVERIFY(!QFile::exists(family));
+    QVERIFY(QFile::exists(m_home->filePath(QStringLiteral(".local/share/Trash/files/Family/contacts.db"))));
     QVERIFY(done && done->text() == QStringLiteral("Successfully deleted local Database."));
     QCOMPARE(treeOf(window)->model()->rowCount(root), 0);
 }
