@@ -13,6 +13,7 @@
 #include "cli/stop_signal.h"
 #include "cli/terminal.h"
 #include "resources/resources.h"
+#include "sqlite/foreign_guard.h"
 
 #include <CLI/CLI.hpp>
 #include <QGuiApplication>
@@ -74,6 +75,7 @@ std::optional<int> parse(CLI::App &app, const std::optional<QStringList> &argume
 ExitStatus runJob(const Job &job)
 {
     ProgressBar progress;
+    const StatementStop stop(progress);
     const auto tell = [&progress](const QString &sentence) {
         progress.clear();
         tellOneLine(sentence);

@@ -2078,6 +2078,27 @@ What the window does, quillbarrow-cli does without one: see quillbarrow-cli --he
         </translation>
     </message>
     <message numerus="yes">
+        <source>IDS_ISSUE_UNKNOWN_ROWS_DAMAGED</source>
+        <translation>
+            <numerusform>Rows of %1 cannot be read, nobody can tell how many: %2</numerusform>
+            <numerusform>Rows of %1 cannot be read, nobody can tell how many: %2</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_TABLE_UNREADABLE</source>
+        <translation>
+            <numerusform>%n table of %1 cannot be read: %2</numerusform>
+            <numerusform>%n tables of %1 cannot be read: %2</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_COLUMNS_MISSING</source>
+        <translation>
+            <numerusform>%n column is missing in %1: %2</numerusform>
+            <numerusform>%n columns are missing in %1: %2</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
         <source>IDS_ISSUE_SYSTEM_ITEMS</source>
         <translation>
             <numerusform>%n system item is left out</numerusform>

@@ -1,5 +1,6 @@
 #include "sqlite/sqlite3_cursor.h"
 
+#include "sqlite/foreign_guard.h"
 #include "sqlite/sqlite3_db.h"
 #include "sqlite/sqlite3_row.h"
 #include "sqlite/sqlite3_sql.h"
@@ -35,16 +36,16 @@ Sqlite3Cursor::~Sqlite3Cursor()
 bool Sqlite3Cursor::moveNext()
 {
     const int result = sqlite3_step(m_statement);
-    if (result == SQLITE_ROW)
-        return true;
-    if (result == SQLITE_DONE)
-        return false;
-    fail();
+    if (result != SQLITE_ROW && result != SQLITE_DONE)
+        fail();
+    if (ForeignGuard *guard = m_db->guard())
+        guard->gotOn();
+    return result == SQLITE_ROW;
 }
 
 void Sqlite3Cursor::fail() const
 {
-    throw m_db->failure(QStringLiteral("can not read %1. %2"));
+    m_db->fail(QStringLiteral("can not read %1. %2"));
 }
 
 void Sqlite3Cursor::bindInt64(int position, qint64 value)

@@ -1,11 +1,14 @@
 #include "sqlite/sqlite3_db.h"
 
+#include "sqlite/foreign_guard.h"
+
 #include <QFileInfo>
 #include <QUrl>
 
 #include <sqlite3.h>
 
 #include <cerrno>
+#include <utility>
 
 namespace {
 constexpr int longestWaitMs = 2000;
@@ -71,6 +74,8 @@ ErrorKind kindOfSystemError(int code)
 }
 } // namespace
 
+Sqlite3DB::Sqlite3DB() = default;
+
 Sqlite3DB::~Sqlite3DB()
 {
     close();
@@ -99,11 +104,16 @@ bool Sqlite3DB::openFile(const DatabaseFile &file, SqliteOpen mode)
         sqlite3_open_v2(fileNameFor(file.path, mode).constData(), &m_db, flagsOf(mode), nullptr);
     if (m_db)
         distrust(m_db, mode);
+    if (m_db && m_isForeign)
+        watchForeign();
     // A store of this program may be open elsewhere in it, for as long as a few statements take.
     if (m_db && mode == SqliteOpen::ReadWriteCreate)
         sqlite3_busy_timeout(m_db, longestWaitMs);
-    if (opened == SQLITE_OK && touchSchema(m_db) == SQLITE_OK)
+    if (opened == SQLITE_OK && touchSchema(m_db) == SQLITE_OK) {
+        if (m_guard)
+            m_guard->readTableKinds();
         return true;
+    }
     m_openFailure = lastFailure();
     m_lastError = m_openFailure.message;
     close();
@@ -112,6 +122,8 @@ bool Sqlite3DB::openFile(const DatabaseFile &file, SqliteOpen mode)
 
 Sqlite3DB::Failure Sqlite3DB::lastFailure() const
 {
+    if (m_db && ranAway())
+        return {SQLITE_CORRUPT, 0, QStringLiteral("A statement on it does not end.")};
     if (m_db)
         return {sqlite3_extended_errcode(m_db), sqlite3_system_errno(m_db),
                 QString::fromUtf8(sqlite3_errmsg(m_db))};
@@ -155,6 +167,19 @@ Error Sqlite3DB::failure(const QString &sentence) const
         .at(m_file.name);
 }
 
+bool Sqlite3DB::ranAway() const
+{
+    return m_guard && m_guard->end() == ForeignGuard::End::RanAway &&
+           sqlite3_errcode(m_db) == SQLITE_INTERRUPT;
+}
+
+void Sqlite3DB::fail(const QString &sentence) const
+{
+    if (m_guard && m_guard->end() == ForeignGuard::End::Stopped && sqlite3_errcode(m_db) == SQLITE_INTERRUPT)
+        throw Cancelled();
+    throw failure(sentence);
+}
+
 int Sqlite3DB::lastErrorCode() const
 {
     return (m_db ? sqlite3_errcode(m_db) : m_openFailure.code) & withoutExtension;
@@ -180,9 +205,26 @@ void Sqlite3DB::openForeign(const DatabaseFile &file, SqliteOpen mode)
     m_damage = error.sentence();
 }
 
+void Sqlite3DB::goOnWith(Sqlite3DB &copy)
+{
+    close();
+    copy.m_cached.clear();
+    copy.m_guard.reset();
+    m_db = std::exchange(copy.m_db, nullptr);
+    watchForeign();
+    m_guard->readTableKinds();
+}
+
+void Sqlite3DB::watchForeign()
+{
+    m_guard = std::make_unique<ForeignGuard>(m_db);
+    m_guard->setSize(QFileInfo(m_file.path).size());
+}
+
 void Sqlite3DB::close()
 {
     m_cached.clear();
+    m_guard.reset();
     sqlite3_close_v2(m_db);
     m_db = nullptr;
 }
@@ -204,11 +246,14 @@ void Sqlite3DB::executeThrow(const Sqlite3Sql &sql)
 
 Sqlite3Cursor Sqlite3DB::queryThrow(const Sqlite3Sql &sql) const
 {
+    if (m_guard)
+        if (const QString table = m_guard->badTableOf(sql.sql()); !table.isEmpty())
+            requireTable(table);
     sqlite3_stmt *statement = nullptr;
     const QByteArray text = sql.sql().toUtf8();
     if (sqlite3_prepare_v2(m_db, text.constData(), static_cast<int>(text.size()), &statement, nullptr) !=
         SQLITE_OK)
-        throw failure(QStringLiteral("can not read %1. %2"));
+        fail(QStringLiteral("can not read %1. %2"));
     sql.bindTo(statement);
     return Sqlite3Cursor(statement, *this);
 }
@@ -268,10 +313,8 @@ int Sqlite3DB::changes() const
 
 QList<_SqliteCol> Sqlite3DB::tbInfo(const QString &table) const
 {
-    QString quoted = table;
-    quoted.replace(QLatin1Char('"'), QLatin1String("\"\""));
     QList<_SqliteCol> columns;
-    Sqlite3Cursor cursor = queryThrow(QStringLiteral("pragma table_info(\"%1\")").arg(quoted));
+    Sqlite3Cursor cursor = queryThrow(QStringLiteral("pragma table_info(%1)").arg(quotedName(table)));
     while (cursor.moveNext())
         columns.append({cursor.getText(1), cursor.getText(2), cursor.getInt(3) != 0, cursor.getText(4),
                         cursor.getInt(5)});
@@ -293,6 +336,19 @@ bool Sqlite3DB::hasTable(const QString &table) const
         Sqlite3Sql(QStringLiteral("select 1 from sqlite_master where type='table' and name=? collate nocase"))
             .addTextParam(table));
     return cursor.moveNext();
+}
+
+QString Sqlite3DB::tableFault(const QString &table) const
+{
+    if (const QString fault = m_guard ? m_guard->faultOf(table) : QString(); !fault.isEmpty())
+        return QStringLiteral("the table %1 of %2 %3").arg(table, name(), fault);
+    return hasTable(table) ? QString() : QStringLiteral("%1 has no table %2").arg(name(), table);
+}
+
+void Sqlite3DB::requireTable(const QString &table) const
+{
+    if (const QString fault = tableFault(table); !fault.isEmpty())
+        throw Error(fault, ErrorKind::Damaged, FileAccess::Reading).at(m_file.name);
 }
 
 QString Sqlite3DB::likeCondition(const QString &text) const

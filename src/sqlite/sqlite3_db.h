@@ -9,6 +9,7 @@
 #include <QStringList>
 
 struct sqlite3;
+class ForeignGuard;
 
 enum class SqliteOpen {
     ReadOnly,        // the file is never written; companions may appear beside it
@@ -32,12 +33,12 @@ struct DatabaseFile
 /// One connection to one SQLite file, owned and used by one thread at a time. Closing is what the destructor
 /// does as well; an open transaction is rolled back by it.
 ///
-/// The kind of an Error tells what SQLite's code means: Damaged (what is there is no whole database), NoSpace,
-/// Denied, NotFound.
+/// The kind of an Error tells what SQLite's code means: Damaged (what is there is no whole database),
+/// NoSpace, Denied, NotFound.
 class Sqlite3DB
 {
 public:
-    Sqlite3DB() = default;
+    Sqlite3DB();
     ~Sqlite3DB();
     Sqlite3DB(const Sqlite3DB &) = delete;
     Sqlite3DB &operator=(const Sqlite3DB &) = delete;
@@ -50,7 +51,12 @@ public:
     void openThrow(const DatabaseFile &file, SqliteOpen mode = SqliteOpen::ReadOnly);
     /// The same for a database that somebody else made: one out of a backup, or a loose file. Whatever cannot
     /// be read of it is damage. One that was cut off is opened for what is left of it, see damage().
+    /// Statements on it may name tables alone: a view, a virtual table or one with computed columns in the
+    /// place of a table is damage. A statement ends with Error when it works on and on without a row, and
+    /// with Cancelled when the job of this thread is to stop (StatementStop).
     void openForeign(const DatabaseFile &file, SqliteOpen mode = SqliteOpen::ReadOnly);
+    /// Goes on under its name with what `copy` holds, which is closed by it. No cursor may be there.
+    void goOnWith(Sqlite3DB &copy);
     /// What openForeign() found wrong with the file as a whole, a sentence; empty for nothing.
     QString damage() const { return m_damage; }
     void close();
@@ -88,12 +94,20 @@ public:
     /// Column names of a table in lower case; empty when there is no such table.
     QSet<QString> tbCols(const QString &table) const;
     bool hasTable(const QString &table) const;
+    /// Why a table cannot be read at all: it is not there, or no table; a sentence. Empty when it can be.
+    QString tableFault(const QString &table) const;
+    /// Throws Error with that sentence.
+    void requireTable(const QString &table) const;
     /// The rest of a condition that compares a column with `text`, which is to be bound: with LIKE, or, as
     /// LIKE refuses long patterns, for equality without regard to the case of ASCII letters.
     QString likeCondition(const QString &text) const;
 
     /// For calls that this wrapper does not have.
     sqlite3 *handle() const { return m_db; }
+    /// Null for a database of our own.
+    ForeignGuard *guard() const { return m_guard.get(); }
+    /// Throws the last failure, see failure().
+    [[noreturn]] void fail(const QString &sentence) const;
 
 private:
     /// What SQLite says of a failure, kept of an attempt to open.
@@ -108,6 +122,7 @@ private:
     DatabaseFile m_file{QString()};
     SqliteOpen m_mode = SqliteOpen::ReadOnly;
     bool m_isForeign = false;
+    std::unique_ptr<ForeignGuard> m_guard;
     QString m_damage;
     QString m_lastError;
     Failure m_openFailure;
@@ -116,6 +131,8 @@ private:
     bool openFile(const DatabaseFile &file, SqliteOpen mode);
     Failure lastFailure() const;
     ErrorKind kindOf(const Failure &failure) const;
+    void watchForeign();
+    bool ranAway() const;
     void resetCached();
 };
 

@@ -2,6 +2,11 @@
 
 #include <sqlite3.h>
 
+QString quotedName(const QString &name)
+{
+    return u'"' + QString(name).replace(QLatin1Char('"'), QLatin1String("\"\"")) + u'"';
+}
+
 Sqlite3Sql &Sqlite3Sql::appendSql(const QString &sql)
 {
     m_sql += sql;

@@ -8,6 +8,9 @@
 
 struct sqlite3_stmt;
 
+/// The name of a table or column as it is written in a statement, whatever it holds.
+QString quotedName(const QString &name);
+
 /// The text of a statement and the values of its positional `?` parameters, in order.
 class Sqlite3Sql
 {

@@ -3,6 +3,7 @@
 #include "base/error.h"
 #include "base/report.h"
 #include "base/texts.h"
+#include "sqlite/foreign_guard.h"
 #include "work/summary_text.h"
 
 #include <QDeadlineTimer>
@@ -91,6 +92,7 @@ void WorkerThread::onEnded()
 void WorkerThread::runJobBody()
 {
     Reporter reporter(*this);
+    const StatementStop stop(reporter);
     try {
         const QString text = work(reporter);
         send("succeed", text);
