@@ -1250,10 +1250,6 @@ What the window does, quillbarrow-cli does without one: see quillbarrow-cli --he
         <source>IDS_NO_PHOTOS_HINT</source>
         <translation>The device had none when it was backed up, or it keeps them in iCloud.</translation>
     </message>
-    <message>
-        <source>IDS_SEARCHING</source>
-        <translation>Searching...</translation>
-    </message>
     <message numerus="yes">
         <source>IDS_ISSUE_CATALOGUE_DAMAGED</source>
         <translation>

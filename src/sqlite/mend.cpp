@@ -1,5 +1,7 @@
 #include "sqlite/mend.h"
 
+#include "sqlite/foreign_guard.h"
+
 #include <sqlite3.h>
 
 #include <algorithm>

@@ -70,15 +70,6 @@ void countAll(BackupManifest &manifest, BackupCounts &counts, Progress &progress
     }
 }
 
-void reportCatalogue(const BackupManifest &manifest, Report &report)
-{
-    if (manifest.skippedRows() > 0)
-        report.add({.kind = IssueKind::Damaged,
-                    .what = "IDS_ISSUE_CATALOGUE_ROWS",
-                    .count = manifest.skippedRows(),
-                    .reason = manifest.skippedReason()});
-}
-
 /// What the user is told at once; what the rules leave out is said where it would stand.
 Report failuresOf(const Report &report)
 {
@@ -115,7 +106,7 @@ BackupCounts loadBackup(OpenBackup &backup, Progress &progress)
     fetchDatabases(backup.manifest(), progress);
     progress.check();
     BackupCounts counts;
-    reportCatalogue(backup.manifest(), counts.report);
+    counts.report.merge(backup.manifest().report());
     countAll(backup.manifest(), counts, progress);
     progress.check();
     return counts;
