@@ -8,6 +8,8 @@
 
 #include <QFile>
 
+#include <algorithm>
+
 FetchedAttachments::FetchedAttachments(FileSource *source, Progress &progress, Report &report)
     : m_source(source), m_progress(progress), m_report(report), m_scratch(QStringLiteral("loose"))
 {
