@@ -3,6 +3,7 @@
 #include "base/texts.h"
 #include "views/item_model_file_sys.h"
 #include "views/local_number.h"
+#include "views/notice_bar.h"
 #include "views/roomy_delegate.h"
 #include "views/state_stack.h"
 #include "views/view_header.h"
@@ -47,6 +48,9 @@ FileSysMainForm::FileSysMainForm(OpenBackupPtr backup, QWidget *parent)
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(m_header);
+    auto *notices = new NoticeBar;
+    notices->setReport(m_backup->manifest().report());
+    layout->addWidget(notices);
     layout->addWidget(m_states, 1);
 
     m_filterDelay->setSingleShot(true);

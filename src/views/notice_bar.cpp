@@ -67,14 +67,6 @@ void NoticeBar::setReport(const Report &report, Scope shown)
     showText();
 }
 
-void NoticeBar::setNotices(const QStringList &sentences)
-{
-    m_isFailure = true;
-    m_sentences = sentences;
-    m_everything->hide();
-    showText();
-}
-
 void NoticeBar::showText()
 {
     QPixmap picture = boxPicture(m_isFailure ? BoxIcon::Warning : BoxIcon::Information, devicePixelRatioF());

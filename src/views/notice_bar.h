@@ -23,8 +23,6 @@ public:
     /// Says what the report says, what is damaged first. The first sentence stands there; when that is not
     /// all, "Details" opens a box with all of them. `shown` is what the view was read with.
     void setReport(const Report &report, Scope shown = Scope::Usual);
-    /// The same of sentences on damage.
-    void setNotices(const QStringList &sentences);
 
 signals:
     /// "Show them", or "Hide them" to go back.

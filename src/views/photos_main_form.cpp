@@ -4,6 +4,7 @@
 #include "views/file_opener.h"
 #include "views/item_model_photo_icon.h"
 #include "views/local_number.h"
+#include "views/notice_bar.h"
 #include "views/photo_grid.h"
 #include "views/state_stack.h"
 #include "views/view_header.h"
@@ -45,6 +46,9 @@ PhotosMainForm::PhotosMainForm(OpenBackupPtr backup, CameraRollKind kind, QWidge
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(m_header);
+    auto *notices = new NoticeBar;
+    notices->setReport(m_backup->manifest().report());
+    layout->addWidget(notices);
     layout->addWidget(m_states, 1);
     connect(m_filter, &QLineEdit::textChanged, this, &PhotosMainForm::applyFilter);
     connect(m_header, &ViewHeader::filterLeft, m_grid, [this] { m_grid->setFocus(); });

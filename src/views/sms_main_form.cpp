@@ -40,12 +40,6 @@ QString conversations(std::size_t count)
 {
     return textFor("IDS_CONVERSATION_COUNT", static_cast<qint64>(count));
 }
-
-/// What was left out of the messages that are shown, one sentence each.
-QStringList noticesOf(const AbsMessageDb &messages)
-{
-    return sentencesOf(messages.report());
-}
 } // namespace
 
 SMSMainForm::SMSMainForm(MessageOrigin origin, QWidget *parent)
@@ -146,7 +140,7 @@ void SMSMainForm::reload()
     m_proxy->setFound({});
     m_model->setMessages(nullptr);
     m_messages.reset();
-    m_notices->setNotices({});
+    m_notices->setReport({});
     auto worker = std::make_unique<LoadMessagesThread>(m_origin);
     LoadMessagesThread *loading = worker.get();
     m_job = std::make_unique<BackgroundJob>(std::move(worker));
@@ -166,7 +160,7 @@ void SMSMainForm::onLoaded(const LoadMessagesThread &worker)
     m_messages = worker.messages();
     m_model->setMessages(m_messages);
     if (m_messages)
-        m_notices->setNotices(noticesOf(*m_messages->database));
+        m_notices->setReport(m_messages->database->report());
     if (m_model->rowCount() == 0) {
         showEmpty();
         return;

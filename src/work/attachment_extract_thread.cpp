@@ -55,7 +55,7 @@ AttachmentExtractThread::AttachmentExtractThread(std::vector<MessageRef> message
 QString AttachmentExtractThread::work(Progress &progress)
 {
     const ExportedMessages exported = extractAttachments(m_messages, m_files, m_folder, progress);
-    return textFor("IDS_SUC_EXTRACTED_%1_ATTACHMENTS_TO_%2")
-               .arg(QString::number(exported.attachmentsCopied), QDir::toNativeSeparators(m_folder)) +
-           reportText(exported.report);
+    return endText(textFor("IDS_SUC_EXTRACTED_%1_ATTACHMENTS_TO_%2")
+                       .arg(QString::number(exported.attachmentsCopied), QDir::toNativeSeparators(m_folder)),
+                   exported.report);
 }

@@ -31,5 +31,6 @@ BackupMMSThread::BackupMMSThread(std::vector<MessageRef> messages, std::shared_p
 QString BackupMMSThread::work(Progress &progress)
 {
     m_saved = backUpMessages(m_messages, m_files, m_folder, m_changed, progress);
+    noteFailures(m_saved.report);
     return messageSaveText(m_saved);
 }

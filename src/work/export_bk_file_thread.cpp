@@ -43,5 +43,6 @@ QString ExportBKFileThread::work(Progress &progress)
     const ::Report report =
         nodes ? extractNodes(manifest, *nodes, m_folder, progress)
               : extractNamed(manifest, std::get<QList<NamedExtract>>(m_files), m_folder, progress);
+    noteFailures(report);
     return fileExportText(report, m_successKey) + listedProblems("IDS_WITHOUT_FILE_%1", m_withoutFile);
 }

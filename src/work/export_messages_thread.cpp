@@ -24,5 +24,6 @@ QString ExportMessagesThread::work(Progress &progress)
     m_files.use(progress, [&](FileSource *source) {
         m_exported = exportMessages(m_messages, m_format, m_target, source, progress);
     });
+    noteFailures(m_exported.report);
     return messageExportText(m_exported);
 }

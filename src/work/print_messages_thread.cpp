@@ -36,5 +36,5 @@ QString PrintMessagesThread::work(Progress &progress)
             throw;
         }
     });
-    return textFor("IDS_SUC_PRINTED_%1_MESSAGES").arg(m_messages.size()) + reportText(report);
+    return endText(textFor("IDS_SUC_PRINTED_%1_MESSAGES").arg(m_messages.size()), report);
 }

@@ -78,7 +78,7 @@ ExportRecordsThread::ExportRecordsThread(RecordSelection selection, QString form
 QString ExportRecordsThread::work(Progress &progress)
 {
     const Report report = exportRecords(m_selection, m_format, m_target, progress);
-    return textFor(exportTextKey(m_selection)).arg(report.done) + reportText(report);
+    return endText(textFor(exportTextKey(m_selection)).arg(report.done), report);
 }
 
 std::unique_ptr<WorkerThread> makeExportThread(RecordSelection selection, QString format, QString target)

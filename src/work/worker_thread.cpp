@@ -167,10 +167,15 @@ void WorkerThread::call(const char *slot, const QString &text)
         QMetaObject::invokeMethod(m_link.receiver, slot, Q_ARG(QString, text));
 }
 
-QString WorkerThread::endText(const QString &done, const Report &report)
+void WorkerThread::noteFailures(const Report &report)
 {
     if (report.isFailure())
         *m_link.withFailures = true;
+}
+
+QString WorkerThread::endText(const QString &done, const Report &report)
+{
+    noteFailures(report);
     return done + reportText(report);
 }
 

@@ -54,6 +54,10 @@ protected:
     /// shown as a warning.
     QString endText(const QString &done, const Report &report);
 
+    /// For a job that makes its text elsewhere: with failures in the report its success is shown as a
+    /// warning.
+    void noteFailures(const Report &report);
+
     /// Shows `info` and returns once the user has closed it. Throws Cancelled.
     void tipsWait(const QString &info);
 
