@@ -243,7 +243,7 @@ void TestEncryptedBackup::plainRecordInASaltedCatalogue()
         QCOMPARE(catalogue.changes(), 1);
     }
     const auto backup = salted.opened();
-    QCOMPARE(backup->skippedRows(), 0);
+    QVERIFY(backup->report().isEmpty());
     QCOMPARE(qint64(backup->catalogue().lastModified(backup->wellKnown(WellKnown::MessageDatabase))),
              file->modified);
 }

@@ -26,6 +26,12 @@
 #include <QTreeView>
 
 namespace {
+qint64 countIn(const QString &folder, DataClass dataClass)
+{
+    Report report;
+    return openLocalRecords(folder)->count(dataClass, report).value();
+}
+
 QTreeView *listOf(const RecordsMainForm &form)
 {
     return form.findChild<QTreeView *>(QStringLiteral("listRecords"));
@@ -428,7 +434,7 @@ void TestRecordsForm::saveShowAndDelete()
         QVERIFY(done.text().startsWith(QStringLiteral("Successfully backup ")));
     }
     QCOMPARE(changed.size(), 2);
-    const qint64 saved = openLocalRecords(folder)->count(dataClass);
+    const qint64 saved = countIn(folder, dataClass);
     QVERIFY(saved > 1);
 
     RecordsMainForm local({nullptr, folder}, dataClass);
@@ -442,7 +448,7 @@ void TestRecordsForm::saveShowAndDelete()
         const AnswerBox no(QMessageBox::No);
         local.removeAction()->trigger();
         QVERIFY(no.wasShown());
-        QCOMPARE(openLocalRecords(folder)->count(dataClass), saved);
+        QCOMPARE(countIn(folder, dataClass), saved);
     }
     // First the question, then the box that says it is done.
     QStringList boxes;
@@ -456,7 +462,7 @@ void TestRecordsForm::saveShowAndDelete()
     answers.start(1);
     local.removeAction()->trigger();
     QCOMPARE(boxes.size(), 2);
-    QVERIFY(openLocalRecords(folder)->count(dataClass) < saved);
+    QVERIFY(countIn(folder, dataClass) < saved);
 
     QTRY_VERIFY(listOf(local)->isVisible());
     QVERIFY2(!identities(listOf(local)->model()).contains(removed), "another record went");
@@ -466,7 +472,7 @@ void TestRecordsForm::saveShowAndDelete()
     QCOMPARE(boxes.size(), 2);
     QVERIFY2(boxes.first().startsWith(QStringLiteral("Confirm to delete all ")), qPrintable(boxes.first()));
     QVERIFY2(boxes.last().startsWith(QStringLiteral("Successfully deleted all ")), qPrintable(boxes.last()));
-    QCOMPARE(openLocalRecords(folder)->count(dataClass), 0);
+    QCOMPARE(countIn(folder, dataClass), 0);
 }
 
 void TestRecordsForm::richTextFetchesNothing()

@@ -118,7 +118,7 @@ void TestSoundForms::models()
 {
     const SampleBackup sample;
     const OpenBackupPtr backup = sample.opened();
-    ItemModelVoicemail voicemail(backup, readNamedVoicemail(backup->manifest()));
+    ItemModelVoicemail voicemail(backup, readNamedVoicemail(backup->manifest(), heard));
     ItemModelRecording recordings(backup, readRecordings(backup->manifest(), heard));
     const QAbstractItemModelTester one(&voicemail, QAbstractItemModelTester::FailureReportingMode::QtTest);
     const QAbstractItemModelTester two(&recordings, QAbstractItemModelTester::FailureReportingMode::QtTest);
