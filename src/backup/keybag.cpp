@@ -182,7 +182,7 @@ bool Keybag::hasDoubleProtection() const
     return m_attributes.contains("DPIC") && m_attributes.contains("DPSL");
 }
 
-bool Keybag::unlock(const QByteArray &password, const RoundsDone &told)
+void Keybag::requireWhole() const
 {
     for (auto entry = m_classes.cbegin(); entry != m_classes.cend(); ++entry) {
         const qsizetype size = entry->value("WPKY").size();
@@ -191,6 +191,11 @@ bool Keybag::unlock(const QByteArray &password, const RoundsDone &told)
     }
     if (!m_attributes.contains("SALT") || !m_attributes.contains("ITER"))
         throw damaged(QStringLiteral("SALT or ITER is missing"));
+}
+
+bool Keybag::unlock(const QByteArray &password, const RoundsDone &told)
+{
+    requireWhole();
     const std::uint32_t count = rounds(m_attributes, "ITER");
 
     const std::uint32_t outerCount = hasDoubleProtection() ? rounds(m_attributes, "DPIC") : 0;

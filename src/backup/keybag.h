@@ -25,6 +25,10 @@ public:
     /// Throws Error when the bytes are no keybag (cut off inside an item, no class entry at all).
     static Keybag parse(QByteArrayView bytes);
 
+    /// Throws Error when the keybag lacks what unlocking needs (SALT, ITER), or a key that the password protects
+    /// is cut: no password opens it then.
+    void requireWhole() const;
+
     /// Told how far the derivation of a key is, about ten times a second; what it throws, such as Cancelled, ends
     /// the derivation. Devices ask for rounds that take seconds, and a keybag may ask for many more.
     using RoundsDone = std::function<void(std::uint64_t done, std::uint64_t total)>;

@@ -1,5 +1,6 @@
 #include "cli/commands.h"
 
+#include "backup/keybag.h"
 #include "base/error.h"
 #include "base/report.h"
 #include "cli/arguments.h"
@@ -52,8 +53,10 @@ QByteArray asText(const BackupInfo &info, const std::optional<ItemCounts> &count
 std::optional<ItemCounts> countsOf(BackupManifest &backup, Report &report, Progress &progress)
 {
     try {
-        if (!backup.isUnlocked())
+        if (!backup.isUnlocked()) {
+            Keybag::parse(backup.info().keybag).requireWhole();
             return std::nullopt;
+        }
         backup.buildIndex(progress);
     } catch (const Error &error) {
         report.add({.kind = IssueKind::Damaged, .what = "IDS_ISSUE_FAILURE", .count = 0, .reason = error.sentence()});

@@ -2,6 +2,10 @@
 
 #include "backup/backup_fixture.h"
 
+#include "backup/export_memory.h"
+#include "base/app_folders.h"
+#include "sqlite/sqlite3_db.h"
+
 #include <QTest>
 
 #include <filesystem>
@@ -38,6 +42,7 @@ private slots:
     void cancelLeavesNothingHalf();
     void fullDiskEndsTheJob();
     void badTargets();
+    void memoryTellsNoNames();
 
 private:
     std::unique_ptr<BackupFixture> m_fixture; // of all rows of one test
@@ -502,6 +507,33 @@ void TestExtract::badTargets()
     }
     QCOMPARE(fingerprint(fixture.folder()), before);
     QCOMPARE(contentOf(fixture.path(u"file"_s)), QByteArray("in the way"));
+}
+
+void TestExtract::memoryTellsNoNames()
+{
+    const QTemporaryDir target;
+    const QString path = appDataFolder().filePath(u"exports.db"_s);
+    QFile::remove(path);
+    {
+        Sqlite3DB old; // as an earlier version kept it
+        old.openThrow(path, SqliteOpen::ReadWriteCreate);
+        QVERIFY(old.exec(u"create table exported(folder TEXT NOT NULL, place TEXT NOT NULL, source BLOB NOT NULL,"
+                         " size INTEGER NOT NULL, PRIMARY KEY(folder, place)) without rowid"_s));
+        old.executeThrow(Sqlite3Sql(u"insert into exported values(?, 'Letters/to the doctor.txt', x'aa', 7)"_s)
+                             .addTextParam(QFileInfo(target.path()).canonicalFilePath()));
+    }
+    const auto sizeOf = [&](const QString &place) {
+        const auto entry = ExportMemory(target.path()).at(place);
+        return entry ? entry->sizeBytes : -1;
+    };
+    QCOMPARE(sizeOf(u"Letters/to the doctor.txt"_s), 7);
+    ExportMemory(target.path()).remember(u"IMG_0001.JPG"_s, {"source", 9});
+    QCOMPARE(sizeOf(u"IMG_0001.JPG"_s), 9);
+    QCOMPARE(sizeOf(u"IMG_0002.JPG"_s), -1);
+    const QByteArray kept = contentOf(path);
+    for (const QByteArray &name : {QByteArray("doctor"), QByteArray("IMG_0001"), target.path().toUtf8()})
+        QVERIFY2(!kept.contains(name), name.constData());
+    QVERIFY(!(QFile::permissions(path) & (QFile::ReadGroup | QFile::ReadOther)));
 }
 
 QTEST_GUILESS_MAIN(TestExtract)

@@ -1,5 +1,6 @@
 """Wrong usage, things that are not there, and passwords: the exit status and the one line."""
 
+import json
 import os
 import plistlib
 import pty
@@ -129,10 +130,15 @@ class Passwords(Case):
         shutil.copytree(self.locked["modern"], backup)
         wrong = self.refuse(3, "info", backup, password="wrong")
         whole = plistlib.loads((backup / "Manifest.plist").read_bytes())
-        for keybag in (b"", whole["BackupKeyBag"][:-7], whole["BackupKeyBag"].replace(b"SALT", b"TLAS")):
+        keys = whole["BackupKeyBag"].split(b"WPKY\0\0\0\x28", 1)
+        short_key = keys[0] + b"WPKY\0\0\0\x08" + keys[1][:8] + keys[1][40:]
+        for keybag in (b"", whole["BackupKeyBag"][:-7], whole["BackupKeyBag"].replace(b"SALT", b"TLAS"), short_key):
             (backup / "Manifest.plist").write_bytes(plistlib.dumps({**whole, "BackupKeyBag": keybag}))
             damaged = self.refuse(1, "info", backup, password=PASSWORD)
             self.assertRegex(damaged, "(?i)keybag")
+            locked = run("info", backup, "--json")
+            self.assertEqual(locked.returncode, 1)
+            self.assertRegex("".join(json.loads(locked.stdout)["problems"]), "(?i)keybag")
         (backup / "Manifest.plist").write_bytes(plistlib.dumps(whole))
         (backup / "Manifest.db").write_bytes(b"")
         unreadable = self.refuse(1, "info", backup, password=PASSWORD)
