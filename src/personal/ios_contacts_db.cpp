@@ -4,12 +4,13 @@
 #include "base/apple_time.h"
 #include "base/error.h"
 #include "base/report.h"
+#include "personal/contact_side_tables.h"
 #include "personal/contact_words.h"
-
-#include <QHash>
+#include "sqlite/read_rows.h"
 
 #include <algorithm>
-#include <vector>
+#include <optional>
+#include <utility>
 
 namespace {
 const SourceFile peopleFile{QStringLiteral("HomeDomain"),
@@ -18,7 +19,16 @@ const SourceFile imagesFile{QStringLiteral("HomeDomain"),
                             QStringLiteral("Library/AddressBook/AddressBookImages.sqlitedb")};
 
 // What the device's ABMultiValue.property means here.
-enum Property { Phone = 3, Email = 4, Address = 5, Date = 12, InstantMessage = 13, Url = 22, Related = 23 };
+enum Property {
+    Phone = 3,
+    Email = 4,
+    Address = 5,
+    Date = 12,
+    InstantMessage = 13,
+    Url = 22,
+    Related = 23,
+    Profile = 46
+};
 
 std::optional<ContactDataKind> kindOf(int property)
 {
@@ -53,136 +63,18 @@ QString dateText(qint64 appleSecondsValue)
     return date.toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss"));
 }
 
-QString imService(const QString &service)
+bool fillDate(ContactDataRow &row, qint64 appleSecondsValue, Report &report)
 {
-    static const QHash<QString, int> numbers{
-        {QStringLiteral("AIM"), 1},      {QStringLiteral("MSN"), 2},    {QStringLiteral("Yahoo"), 3},
-        {QStringLiteral("Skype"), 4},    {QStringLiteral("QQ"), 5},     {QStringLiteral("GoogleTalk"), 6},
-        {QStringLiteral("ICQ"), 7},      {QStringLiteral("Jabber"), 8}, {QStringLiteral("GaduGadu"), 10},
-        {QStringLiteral("Facebook"), 11}};
-    const auto found = numbers.constFind(service);
-    return found == numbers.constEnd() ? QString() : QString::number(*found);
-}
-
-QHash<qint64, QString> readTexts(const Sqlite3DB &db, const QString &table)
-{
-    QHash<qint64, QString> texts;
-    if (!db.hasTable(table))
-        return texts;
-    Sqlite3Cursor row = db.queryThrow(QStringLiteral("select rowid, value from %1").arg(table));
-    while (row.moveNext())
-        texts.insert(row.getInt64(0), row.getText(1));
-    return texts;
-}
-
-/// What the key of a dictionary entry stands for, told once for each key and not for each entry.
-struct EntryKey
-{
-    int addressColumn = 0; // 0: none
-    bool isService = false;
-    bool isUserName = false;
-};
-
-EntryKey entryKey(const QString &name)
-{
-    // Devices have written the keys in either case.
-    static const QHash<QString, int> columns{{QStringLiteral("country"), 10},
-                                             {QStringLiteral("state"), 8},
-                                             {QStringLiteral("city"), 7},
-                                             {QStringLiteral("street"), 4},
-                                             {QStringLiteral("zip"), 9}};
-    const QString key = name.toLower();
-    return {columns.value(key), key == QLatin1String("service"), key == QLatin1String("username")};
-}
-
-struct DictionaryEntry
-{
-    qint64 parent; // UID of a multi-value
-    EntryKey key;
-    QString value;
-};
-
-/// The parts of addresses and messenger names, by the value that they belong to.
-class Dictionaries
-{
-public:
-    explicit Dictionaries(const Sqlite3DB &db)
-    {
-        if (!db.hasTable(QStringLiteral("ABMultiValueEntry")))
-            return;
-        QHash<qint64, EntryKey> keys;
-        const QHash<qint64, QString> names = readTexts(db, QStringLiteral("ABMultiValueEntryKey"));
-        for (auto name = names.constBegin(); name != names.constEnd(); ++name)
-            keys.insert(name.key(), entryKey(name.value()));
-        Sqlite3Cursor row = db.queryThrow(
-            QStringLiteral("select parent_id, key, value from ABMultiValueEntry order by rowid"));
-        while (row.moveNext()) {
-            const auto key = keys.constFind(row.getInt64(1));
-            if (key != keys.constEnd())
-                m_entries.push_back({row.getInt64(0), *key, row.getText(2)});
-        }
-        std::stable_sort(m_entries.begin(), m_entries.end(),
-                         [](const auto &a, const auto &b) { return a.parent < b.parent; });
+    if (appleSecondsValue > farthestSeconds || appleSecondsValue < -farthestSeconds) {
+        report.add({.kind = IssueKind::Damaged,
+                    .what = "IDS_ISSUE_DATES_DAMAGED",
+                    .where = peopleFile.display(),
+                    .reason = QString::number(appleSecondsValue)});
+        return false;
     }
-
-    template <typename Visit>
-    void forEach(qint64 parent, Visit visit) const
-    {
-        auto entry = std::lower_bound(m_entries.begin(), m_entries.end(), parent,
-                                      [](const auto &a, qint64 wanted) { return a.parent < wanted; });
-        for (; entry != m_entries.end() && entry->parent == parent; ++entry)
-            visit(*entry);
-    }
-
-private:
-    std::vector<DictionaryEntry> m_entries;
-};
-
-void fillAddress(ContactDataRow &row, const Dictionaries &dictionaries, qint64 uid)
-{
-    dictionaries.forEach(uid, [&row](const DictionaryEntry &entry) {
-        if (entry.key.addressColumn != 0)
-            row.data(entry.key.addressColumn) = entry.value;
-    });
-    row.data(1) = composeAddress(row);
+    row.data(1) = dateText(appleSecondsValue);
+    return true;
 }
-
-void fillInstantMessage(ContactDataRow &row, const Dictionaries &dictionaries, qint64 uid)
-{
-    dictionaries.forEach(uid, [&row](const DictionaryEntry &entry) {
-        if (entry.key.isService)
-            row.data(5) = imService(entry.value);
-        else if (entry.key.isUserName)
-            row.data(1) = entry.value;
-    });
-}
-
-/// Type number and custom text of the labels, by row id; the few that there are stand on thousands of values.
-class Labels
-{
-public:
-    explicit Labels(const Sqlite3DB &db) : m_texts(readTexts(db, QStringLiteral("ABMultiValueLabel"))) {}
-
-    /// Null when there is no such label.
-    const std::pair<QString, QString> *find(ContactDataKind kind, qint64 rowid)
-    {
-        const auto text = m_texts.constFind(rowid);
-        if (text == m_texts.constEnd())
-            return nullptr;
-        auto &ofKind = m_known[kind];
-        auto known = ofKind.find(rowid);
-        if (known == ofKind.end()) {
-            QString custom;
-            const QString type = QString::number(contactTypeOfLabel(kind, *text, custom));
-            known = ofKind.insert(rowid, {type, custom});
-        }
-        return &*known;
-    }
-
-private:
-    QHash<qint64, QString> m_texts;
-    QMap<ContactDataKind, QHash<qint64, std::pair<QString, QString>>> m_known;
-};
 
 void addText(ContactRecord &record, ContactDataKind kind, const QString &text)
 {
@@ -191,6 +83,85 @@ void addText(ContactRecord &record, ContactDataKind kind, const QString &text)
     ContactDataRow row;
     row.data(1) = text;
     record.rows[kind].append(std::move(row));
+}
+
+/// Tells of rows that a reading leaves out; nothing of none.
+void tellLeftOut(Report &report, IssueKind kind, const char *what, qint64 count,
+                 const SourceFile &file = peopleFile)
+{
+    if (count > 0)
+        report.add({.kind = kind, .what = what, .where = file.display(), .count = count});
+}
+
+TableRows expected(const char *table, QStringList columns)
+{
+    return {.table = QLatin1String(table), .columns = std::move(columns), .need = TableRows::Need::Expected};
+}
+
+void tellDamage(const Sqlite3DB &db, Report &report)
+{
+    if (!db.damage().isEmpty())
+        report.add("IDS_ISSUE_DATABASE_DAMAGED",
+                   Error(db.damage(), ErrorKind::Damaged, FileAccess::Reading).at(db.name()));
+}
+
+// The columns of a person, by their place in the statement.
+enum PersonColumn {
+    First = 1,
+    Last,
+    Middle,
+    Prefix,
+    Suffix,
+    Organization,
+    Department,
+    JobTitle,
+    Note,
+    Birthday,
+    Nickname
+};
+
+const QStringList personColumns{
+    QStringLiteral("First"),      QStringLiteral("Last"),     QStringLiteral("Middle"),
+    QStringLiteral("Prefix"),     QStringLiteral("Suffix"),   QStringLiteral("Organization"),
+    QStringLiteral("Department"), QStringLiteral("JobTitle"), QStringLiteral("Note"),
+    QStringLiteral("Birthday"),   QStringLiteral("Nickname")};
+
+ContactRecord personOf(const Sqlite3Cursor &row)
+{
+    ContactRecord record;
+    record.src_id = QString::number(row.getInt64(0));
+    ContactDataRow name;
+    name.data(2) = row.getText(First);
+    name.data(3) = row.getText(Last);
+    name.data(4) = row.getText(Middle);
+    name.data(5) = row.getText(Prefix);
+    name.data(6) = row.getText(Suffix);
+    name.data(1) = composeDisplayName(name);
+    record.rows[ContactDataKind::Name].append(std::move(name));
+    ContactDataRow work;
+    work.data(1) = row.getText(Organization);
+    work.data(4) = row.getText(JobTitle);
+    work.data(5) = row.getText(Department);
+    if (work != ContactDataRow())
+        record.rows[ContactDataKind::Organization].append(std::move(work));
+    addText(record, ContactDataKind::Note, row.getText(Note));
+    return record;
+}
+
+/// False for a birthday that is there and left out.
+bool addBirthday(ContactRecord &record, const Sqlite3Cursor &row, Scope scope, Report &report)
+{
+    if (row.getText(Birthday).isEmpty())
+        return true;
+    // Zero stands for "none" on the device, and so does everything before it.
+    const qint64 seconds = row.getInt64(Birthday);
+    if (seconds <= 0 && scope == Scope::Usual)
+        return false;
+    ContactDataRow event;
+    event.data(2) = QString::number(birthdayType);
+    if (fillDate(event, seconds, report))
+        record.rows[ContactDataKind::Event].append(std::move(event));
+    return true;
 }
 } // namespace
 
@@ -210,133 +181,201 @@ void IOSContactsDb::open(Report &report)
     }
 }
 
-QList<ContactRecord> IOSContactsDb::readAll(Scope, Report &report)
+QList<ContactRecord> IOSContactsDb::readAll(Scope scope, Report &report)
 {
     open(report);
-    QList<Person> people = readPeople(report);
-    readPhotos(people, report);
-    readValues(people, report);
-    QList<ContactRecord> records;
-    records.reserve(people.size());
-    for (Person &person : people)
-        records.append(std::move(person.record));
-    return records;
-}
-
-bool IOSContactsDb::fillDate(ContactDataRow &row, qint64 appleSecondsValue, Report &report)
-{
-    if (appleSecondsValue > farthestSeconds || appleSecondsValue < -farthestSeconds) {
-        report.add({.kind = IssueKind::Damaged,
-                    .what = "IDS_ISSUE_DATES_DAMAGED",
-                    .where = peopleFile.display(),
-                    .reason = QString::number(appleSecondsValue)});
-        return false;
+    tellDamage(m_people, report);
+    QList<ContactRecord> people = readPeople(scope, report);
+    m_byRowid.clear();
+    for (ContactRecord &person : people)
+        m_byRowid.insert(person.src_id.toLongLong(), &person);
+    if (m_images.isOpen()) {
+        tellDamage(m_images, report);
+        readPhotos(scope, report);
     }
-    row.data(1) = dateText(appleSecondsValue);
-    return true;
-}
-
-QList<IOSContactsDb::Person> IOSContactsDb::readPeople(Report &report)
-{
-    Sqlite3Cursor row =
-        m_people.queryThrow(QStringLiteral("select rowid, * from Abperson order by rowid asc"));
-    const auto column = [&row](const char *name) { return row.columnIndex(QLatin1String(name)); };
-    const int first = column("first"), last = column("last"), middle = column("middle"),
-              prefix = column("prefix"), suffix = column("suffix"), organization = column("organization"),
-              department = column("department"), jobTitle = column("jobtitle"), note = column("note"),
-              birthday = column("birthday"), nickname = column("nickname");
-    QList<Person> people;
-    while (row.moveNext()) {
-        Person person{row.getInt64(0), {}};
-        ContactRecord &record = person.record;
-        record.src_id = QString::number(person.rowid);
-        ContactDataRow name;
-        name.data(2) = row.getText(first);
-        name.data(3) = row.getText(last);
-        name.data(4) = row.getText(middle);
-        name.data(5) = row.getText(prefix);
-        name.data(6) = row.getText(suffix);
-        name.data(1) = composeDisplayName(name);
-        record.rows[ContactDataKind::Name].append(std::move(name));
-        ContactDataRow work;
-        work.data(1) = row.getText(organization);
-        work.data(4) = row.getText(jobTitle);
-        work.data(5) = row.getText(department);
-        if (work != ContactDataRow())
-            record.rows[ContactDataKind::Organization].append(std::move(work));
-        addText(record, ContactDataKind::Note, row.getText(note));
-        // Zero stands for "none" on the device, and so does everything before it.
-        if (const qint64 seconds = row.getInt64(birthday); seconds > 0) {
-            ContactDataRow event;
-            event.data(2) = QString::number(birthdayType);
-            if (fillDate(event, seconds, report))
-                record.rows[ContactDataKind::Event].append(std::move(event));
-        }
-        addText(record, ContactDataKind::Nickname, row.getText(nickname));
-        people.append(std::move(person));
-    }
+    readValues(scope, report);
+    readGroups(scope, report);
     return people;
 }
 
-// A damaged database of pictures costs the pictures that can not be read, and no contact.
-void IOSContactsDb::readPhotos(QList<Person> &people, Report &report)
+QList<ContactRecord> IOSContactsDb::readPeople(Scope scope, Report &report)
 {
+    std::vector<std::pair<qint64, ContactRecord>> people;
+    qint64 birthdays = 0;
+    readRows(m_people, {.table = QStringLiteral("ABPerson"), .columns = personColumns}, report,
+             [&](const Sqlite3Cursor &row) {
+                 return [&] {
+                     ContactRecord record = personOf(row);
+                     birthdays += addBirthday(record, row, scope, report) ? 0 : 1;
+                     addText(record, ContactDataKind::Nickname, row.getText(Nickname));
+                     people.emplace_back(row.getInt64(0), std::move(record));
+                 };
+             });
+    tellLeftOut(report, IssueKind::Hidden, "IDS_ISSUE_EARLY_BIRTHDAYS", birthdays);
+    // Around damage the rows come in any order.
+    std::stable_sort(people.begin(), people.end(),
+                     [](const auto &a, const auto &b) { return a.first < b.first; });
+    QList<ContactRecord> records;
+    records.reserve(static_cast<qsizetype>(people.size()));
+    for (auto &person : people)
+        records.append(std::move(person.second));
+    return records;
+}
+
+// A damaged database of pictures costs the pictures that can not be read, and no contact.
+void IOSContactsDb::readPhotos(Scope scope, Report &report)
+{
+    qint64 further = 0;
+    qint64 ofNobody = 0;
+    const auto rows = expected("ABFullSizeImage", {QStringLiteral("record_id"), QStringLiteral("data")});
     try {
-        if (!m_images.isOpen() || !m_images.hasTable(QStringLiteral("ABFullSizeImage")))
-            return;
-        Sqlite3Cursor row =
-            m_images.queryThrow(QStringLiteral("select data from ABFullSizeImage where record_id=? limit 1"));
-        for (Person &person : people) {
-            row.rebind(Sqlite3Sql().addInt64Param(person.rowid));
-            try {
-                if (!row.moveNext())
-                    continue;
+        readRows(m_images, rows, report, [&](const Sqlite3Cursor &row) {
+            return [&] {
+                ContactRecord *person = m_byRowid.value(row.getInt64(1));
+                if (!person || person->rows.contains(ContactDataKind::Photo)) {
+                    ++(person ? further : ofNobody);
+                    return;
+                }
                 ContactDataRow photo;
-                photo.data15 = row.getBlob(0);
-                person.record.rows[ContactDataKind::Photo].append(std::move(photo));
-            } catch (const Error &error) {
-                report.add("IDS_ISSUE_CONTACT_PICTURES_DAMAGED", error.at(imagesFile.display()));
-            }
-        }
+                photo.data15 = row.getBlob(2);
+                person->rows[ContactDataKind::Photo].append(std::move(photo));
+            };
+        });
+        readThumbnails(scope, report);
     } catch (const Error &error) {
         report.add("IDS_ISSUE_DATABASE_DAMAGED", error);
     }
+    tellLeftOut(report, IssueKind::LeftOut, "IDS_ISSUE_FURTHER_PICTURES", further, imagesFile);
+    tellLeftOut(report, IssueKind::LeftOut, "IDS_ISSUE_PICTURES_OF_NOBODY", ofNobody, imagesFile);
 }
+
+// The small pictures are copies of the large ones, but for people who have no large one. The last is the
+// best.
+void IOSContactsDb::readThumbnails(Scope scope, Report &report)
+{
+    QHash<ContactRecord *, QByteArray> alone;
+    TableRows rows = expected("ABThumbnailImage", {QStringLiteral("record_id"), QStringLiteral("data")});
+    rows.need = TableRows::Need::Optional;
+    readRows(m_images, rows, report, [&](const Sqlite3Cursor &row) {
+        return [&] {
+            ContactRecord *person = m_byRowid.value(row.getInt64(1));
+            if (person && !person->rows.contains(ContactDataKind::Photo))
+                alone.insert(person, scope == Scope::Everything ? row.getBlob(2) : QByteArray());
+        };
+    });
+    if (scope == Scope::Usual)
+        return tellLeftOut(report, IssueKind::Hidden, "IDS_ISSUE_SMALL_PICTURES", alone.size(), imagesFile);
+    for (auto picture = alone.cbegin(); picture != alone.cend(); ++picture) {
+        ContactDataRow photo;
+        photo.data15 = picture.value();
+        picture.key()->rows[ContactDataKind::Photo].append(std::move(photo));
+    }
+}
+
+/// A row of the table of values, as it stands.
+struct IOSContactsDb::Value
+{
+    qint64 rowid;
+    qint64 uid;
+    ContactRecord *person;
+    int property;
+    std::optional<qint64> label;
+    QString text;
+    qint64 number;
+};
 
 // One pass over each table: a statement for every person would walk the whole table again where it has no
 // index.
-void IOSContactsDb::readValues(QList<Person> &people, Report &report)
+void IOSContactsDb::readValues(Scope scope, Report &report)
 {
-    if (!m_people.hasTable(QStringLiteral("ABMultiValue")))
-        return;
-    QHash<qint64, ContactRecord *> byRowid;
-    byRowid.reserve(people.size());
-    for (Person &person : people)
-        byRowid.insert(person.rowid, &person.record);
-    Labels labels(m_people);
-    const Dictionaries dictionaries(m_people);
-    Sqlite3Cursor row = m_people.queryThrow(
-        QStringLiteral("select UID, record_id, property, label, value from ABMultiValue order by rowid"));
-    while (row.moveNext()) {
-        ContactRecord *record = byRowid.value(row.getInt64(1));
-        const auto kind = kindOf(row.getInt(2));
-        if (!record || !kind || row.isNull(3))
-            continue;
-        const auto *label = labels.find(*kind, row.getInt64(3));
-        if (!label)
-            continue;
-        ContactDataRow value;
-        value.data(2) = label->first;
-        if (!label->second.isEmpty())
-            value.data(3) = label->second;
-        if (*kind == ContactDataKind::PostalAddress)
-            fillAddress(value, dictionaries, row.getInt64(0));
-        else if (*kind == ContactDataKind::Im)
-            fillInstantMessage(value, dictionaries, row.getInt64(0));
-        else if (*kind != ContactDataKind::Event)
-            value.data(1) = row.getText(4);
-        else if (!fillDate(value, row.getInt64(4), report))
-            continue;
-        record->rows[*kind].append(std::move(value));
-    }
+    ContactLabels labels(m_people, report);
+    ContactParts parts(m_people, scope, report);
+    qint64 withoutLabel = 0;
+    qint64 ofUnknownKind = 0;
+    qint64 ofNobody = 0;
+    const auto take = [&](const Value &value) {
+        const auto kind = kindOf(value.property);
+        const auto *label =
+            value.label ? labels.find(kind.value_or(ContactDataKind::Website), *value.label) : nullptr;
+        if (scope == Scope::Usual && (!kind || !label)) {
+            ++(kind ? withoutLabel : ofUnknownKind);
+            return;
+        }
+        ContactDataRow row;
+        row.data(2) = label ? label->type : QStringLiteral("0");
+        if (label && !label->custom.isEmpty())
+            row.data(3) = label->custom;
+        if (value.property == Profile)
+            parts.fillProfile(row, value.uid);
+        else if (kind == ContactDataKind::PostalAddress)
+            parts.fillAddress(row, value.uid);
+        else if (kind == ContactDataKind::Im)
+            parts.fillInstantMessage(row, value.uid);
+        else if (kind != ContactDataKind::Event)
+            row.data(1) = value.text;
+        else if (!fillDate(row, value.number, report))
+            return;
+        value.person->rows[kind.value_or(ContactDataKind::Website)].append(std::move(row));
+    };
+
+    std::vector<Value> values;
+    const auto rows = expected("ABMultiValue", {QStringLiteral("UID"), QStringLiteral("record_id"),
+                                                QStringLiteral("property"), QStringLiteral("label"),
+                                                QStringLiteral("value")});
+    readRows(m_people, rows, report, [&](const Sqlite3Cursor &row) {
+        return [&] {
+            ContactRecord *person = m_byRowid.value(row.getInt64(2));
+            if (!person) {
+                ++ofNobody;
+                return;
+            }
+            values.push_back({row.getInt64(0), row.getInt64(1), person, row.getInt(3),
+                              row.isNull(4) ? std::nullopt : std::optional(row.getInt64(4)), row.getText(5),
+                              row.getInt64(5)});
+        };
+    });
+    // Around damage the rows come in any order.
+    std::stable_sort(values.begin(), values.end(),
+                     [](const Value &a, const Value &b) { return a.rowid < b.rowid; });
+    for (const Value &value : values)
+        take(value);
+    tellLeftOut(report, IssueKind::Hidden, "IDS_ISSUE_VALUES_WITHOUT_LABEL", withoutLabel);
+    tellLeftOut(report, IssueKind::Hidden, "IDS_ISSUE_VALUES_OF_UNKNOWN_KIND", ofUnknownKind);
+    tellLeftOut(report, IssueKind::LeftOut, "IDS_ISSUE_VALUES_OF_NOBODY", ofNobody);
+    parts.reportLeftOut(peopleFile.display(), report);
+}
+
+void IOSContactsDb::readGroups(Scope scope, Report &report)
+{
+    constexpr int personType = 0;
+    QHash<qint64, QString> names;
+    readRows(m_people,
+             {.table = QStringLiteral("ABGroup"),
+              .columns = {QStringLiteral("Name")},
+              .need = TableRows::Need::Optional},
+             report, [&](const Sqlite3Cursor &row) {
+                 return [&] { names.insert(row.getInt64(0), row.getText(1)); };
+             });
+    qint64 memberships = 0;
+    readRows(
+        m_people,
+        {.table = QStringLiteral("ABGroupMembers"),
+         .columns = {QStringLiteral("group_id"), QStringLiteral("member_type"), QStringLiteral("member_id")},
+         .need = TableRows::Need::Optional},
+        report, [&](const Sqlite3Cursor &row) {
+            return [&] {
+                ContactRecord *person = m_byRowid.value(row.getInt64(3));
+                if (!person || row.getInt(2) != personType)
+                    return;
+                ++memberships;
+                if (scope == Scope::Usual)
+                    return;
+                ContactDataRow group;
+                group.data(1) = QString::number(row.getInt64(1));
+                group.data(2) = names.value(row.getInt64(1));
+                person->rows[ContactDataKind::GroupMembership].append(std::move(group));
+            };
+        });
+    if (scope == Scope::Usual)
+        tellLeftOut(report, IssueKind::Hidden, "IDS_ISSUE_GROUP_MEMBERSHIPS", memberships);
 }

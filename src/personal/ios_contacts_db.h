@@ -4,6 +4,10 @@
 #include "personal/scope.h"
 #include "sqlite/sqlite3_db.h"
 
+#include <QHash>
+
+class ContactLabels;
+class ContactParts;
 class FileSource;
 class Report;
 
@@ -14,24 +18,25 @@ class IOSContactsDb
 public:
     explicit IOSContactsDb(FileSource &source);
 
-    /// Every person in ascending row id. Values without a label row are left out. Throws
-    /// Error("Cannot find AddressBook.sqlitedb") when the source has no address book.
+    /// Every person in ascending row id. Left out are birthdays of 2001-01-01 and before, values without a
+    /// label or of an unknown kind, memberships of groups, and small pictures of people who have no large
+    /// one: Everything brings them in, the values of an unknown kind as web addresses. Throws Error("Cannot
+    /// find AddressBook.sqlitedb") when the source has no address book.
     QList<ContactRecord> readAll(Scope scope, Report &report);
 
 private:
-    struct Person
-    {
-        qint64 rowid;
-        ContactRecord record;
-    };
+    struct Value;
 
     FileSource &m_source;
     Sqlite3DB m_people;
     Sqlite3DB m_images;
 
     void open(Report &report);
-    QList<Person> readPeople(Report &report);
-    void readPhotos(QList<Person> &people, Report &report);
-    void readValues(QList<Person> &people, Report &report);
-    static bool fillDate(ContactDataRow &row, qint64 appleSecondsValue, Report &report);
+    QList<ContactRecord> readPeople(Scope scope, Report &report);
+    void readPhotos(Scope scope, Report &report);
+    void readThumbnails(Scope scope, Report &report);
+    void readValues(Scope scope, Report &report);
+    void readGroups(Scope scope, Report &report);
+
+    QHash<qint64, ContactRecord *> m_byRowid; // while reading
 };

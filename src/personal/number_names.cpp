@@ -3,7 +3,7 @@
 #include "backup/device_database.h"
 #include "base/error.h"
 #include "personal/contact_functions.h"
-#include "sqlite/sqlite3_db.h"
+#include "sqlite/read_rows.h"
 
 namespace {
 constexpr qsizetype valuesOfAPerson = 5; // a guess that saves growing step by step
@@ -12,12 +12,17 @@ constexpr int phoneProperty = 3;
 const SourceFile addressBook{QStringLiteral("HomeDomain"),
                              QStringLiteral("Library/AddressBook/AddressBook.sqlitedb")};
 
-QHash<qint64, QString> readPersonNames(const Sqlite3DB &db)
+QHash<qint64, QString> readPersonNames(const Sqlite3DB &db, Report &report)
 {
+    const TableRows rows{
+        .table = QStringLiteral("ABPerson"),
+        .columns = {QStringLiteral("First"), QStringLiteral("Middle"), QStringLiteral("Last")}};
     QHash<qint64, QString> names;
-    Sqlite3Cursor row = db.queryThrow(QStringLiteral("select rowid, first, middle, last from ABPerson"));
-    while (row.moveNext())
-        names.insert(row.getInt64(0), personName(row.getText(1), row.getText(2), row.getText(3)));
+    readRows(db, rows, report, [&names](const Sqlite3Cursor &row) {
+        return [&] {
+            names.insert(row.getInt64(0), personName(row.getText(1), row.getText(2), row.getText(3)));
+        };
+    });
     return names;
 }
 
@@ -48,33 +53,37 @@ NumberNames::NumberNames(FileSource &source, const NumberNormaliser &normalise, 
             return;
         if (!db.damage().isEmpty())
             report.add("IDS_ISSUE_NAMES_OF_NUMBERS", damageOf(db));
-        readAddressBook(db);
+        readAddressBook(db, report);
     } catch (const Error &error) {
         report.add("IDS_ISSUE_NAMES_OF_NUMBERS", error);
     }
 }
 
-void NumberNames::readAddressBook(const Sqlite3DB &db)
+void NumberNames::readAddressBook(const Sqlite3DB &db, Report &report)
 {
-    m_names = readPersonNames(db);
+    m_names = readPersonNames(db, report);
     m_ownerOfNumber.reserve(m_names.size());
     m_ownerOfSuffix.reserve(m_names.size());
     m_ownerOfOther.reserve(m_names.size() * valuesOfAPerson);
-    Sqlite3Cursor row =
-        db.queryThrow(QStringLiteral("select record_id, property, value from ABMultiValue order by rowid"));
-    while (row.moveNext()) {
-        const qint64 person = row.getInt64(0);
-        const QString value = row.getText(2);
-        const QString suffix = numberSuffix(value);
-        if (suffix.isEmpty() || !m_names.contains(person))
-            continue;
-        if (row.getInt(1) != phoneProperty) {
-            m_ownerOfOther.insert(suffix, person);
-            continue;
-        }
-        m_ownerOfNumber.insert(m_normalise(value, {}), person);
-        m_ownerOfSuffix.insert(suffix, person);
+    const TableRows rows{
+        .table = QStringLiteral("ABMultiValue"),
+        .columns = {QStringLiteral("record_id"), QStringLiteral("property"), QStringLiteral("value")}};
+    readRows(db, rows, report, [this](const Sqlite3Cursor &row) {
+        return [this, &row] { addValue(row.getInt64(1), row.getInt(2), row.getText(3)); };
+    });
+}
+
+void NumberNames::addValue(qint64 person, int property, const QString &value)
+{
+    const QString suffix = numberSuffix(value);
+    if (suffix.isEmpty() || !m_names.contains(person))
+        return;
+    if (property != phoneProperty) {
+        m_ownerOfOther.insert(suffix, person);
+        return;
     }
+    m_ownerOfNumber.insert(m_normalise(value, {}), person);
+    m_ownerOfSuffix.insert(suffix, person);
 }
 
 std::optional<NumberNames::Person> NumberNames::person(std::optional<qint64> rowid) const

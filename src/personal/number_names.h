@@ -34,7 +34,8 @@ public:
     QString nameOfNumber(const QString &address) const;
 
 private:
-    void readAddressBook(const Sqlite3DB &db);
+    void readAddressBook(const Sqlite3DB &db, Report &report);
+    void addValue(qint64 person, int property, const QString &value);
     std::optional<Person> person(std::optional<qint64> rowid) const;
 
     NumberNormaliser m_normalise;

@@ -1927,6 +1927,76 @@ What the window does, quillbarrow-cli does without one: see quillbarrow-cli --he
         </translation>
     </message>
     <message numerus="yes">
+        <source>IDS_ISSUE_EARLY_BIRTHDAYS</source>
+        <translation>
+            <numerusform>%n birthday of 2001-01-01 or before is left out</numerusform>
+            <numerusform>%n birthdays of 2001-01-01 or before are left out</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_VALUES_WITHOUT_LABEL</source>
+        <translation>
+            <numerusform>%n number, address or other value of a contact that has no label is left out</numerusform>
+            <numerusform>%n numbers, addresses and other values of contacts that have no label are left out</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_VALUES_OF_UNKNOWN_KIND</source>
+        <translation>
+            <numerusform>%n value of a contact is of an unknown kind and is left out</numerusform>
+            <numerusform>%n values of contacts are of an unknown kind and are left out</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_VALUES_OF_NOBODY</source>
+        <translation>
+            <numerusform>%n value belongs to a contact that is not there and is left out</numerusform>
+            <numerusform>%n values belong to contacts that are not there and are left out</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_COUNTRY_CODES</source>
+        <translation>
+            <numerusform>%n country code of an address is left out</numerusform>
+            <numerusform>%n country codes of addresses are left out</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_PARTS_OF_VALUES</source>
+        <translation>
+            <numerusform>%n part of an address or of a name on another service has no place in a contact and is left out</numerusform>
+            <numerusform>%n parts of addresses or of names on other services have no place in a contact and are left out</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_GROUP_MEMBERSHIPS</source>
+        <translation>
+            <numerusform>%n membership of a contact in a group is left out</numerusform>
+            <numerusform>%n memberships of contacts in groups are left out</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_SMALL_PICTURES</source>
+        <translation>
+            <numerusform>%n contact has only a small picture, which is left out</numerusform>
+            <numerusform>%n contacts have only small pictures, which are left out</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_FURTHER_PICTURES</source>
+        <translation>
+            <numerusform>%n further picture of a contact is left out</numerusform>
+            <numerusform>%n further pictures of contacts are left out</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_PICTURES_OF_NOBODY</source>
+        <translation>
+            <numerusform>%n picture belongs to a contact that is not there and is left out</numerusform>
+            <numerusform>%n pictures belong to contacts that are not there and are left out</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
         <source>IDS_ISSUE_ROWS_DAMAGED</source>
         <translation>
             <numerusform>%n row of %1 cannot be read: %2</numerusform>
