@@ -1929,8 +1929,8 @@ What the window does, quillbarrow-cli does without one: see quillbarrow-cli --he
     <message numerus="yes">
         <source>IDS_ISSUE_EARLY_BIRTHDAYS</source>
         <translation>
-            <numerusform>%n birthday of 2001-01-01 or before is left out</numerusform>
-            <numerusform>%n birthdays of 2001-01-01 or before are left out</numerusform>
+            <numerusform>%n birthday on 2001-01-01 or before is left out</numerusform>
+            <numerusform>%n birthdays on 2001-01-01 or before are left out</numerusform>
         </translation>
     </message>
     <message numerus="yes">
@@ -1957,15 +1957,15 @@ What the window does, quillbarrow-cli does without one: see quillbarrow-cli --he
     <message numerus="yes">
         <source>IDS_ISSUE_COUNTRY_CODES</source>
         <translation>
-            <numerusform>%n country code of an address is left out</numerusform>
-            <numerusform>%n country codes of addresses are left out</numerusform>
+            <numerusform>%n property of an address, its country code, is left out</numerusform>
+            <numerusform>%n properties of addresses, their country codes, are left out</numerusform>
         </translation>
     </message>
     <message numerus="yes">
         <source>IDS_ISSUE_PARTS_OF_VALUES</source>
         <translation>
-            <numerusform>%n part of an address or of a name on another service has no place in a contact and is left out</numerusform>
-            <numerusform>%n parts of addresses or of names on other services have no place in a contact and are left out</numerusform>
+            <numerusform>%n property of an address or of a name on another service has no place in a contact and is left out</numerusform>
+            <numerusform>%n properties of addresses or of names on other services have no place in a contact and are left out</numerusform>
         </translation>
     </message>
     <message numerus="yes">
