@@ -3,8 +3,13 @@
 #include "backup/device_database.h"
 #include "base/error.h"
 #include "base/report.h"
+#include "sqlite/read_rows.h"
 
 #include <QHash>
+#include <QSet>
+
+#include <algorithm>
+#include <tuple>
 
 namespace {
 // Nobody nests folders this deep; a forged chain of 100,000 would exhaust the stack of whoever walks it.
@@ -15,18 +20,27 @@ struct BookmarkRow
 {
     std::unique_ptr<BookmarkNode> node;
     qint64 parent = 0;
+    int type = 0; // as stored
     bool isHidden = false;
 };
 
-std::vector<BookmarkRow> readRows(Sqlite3Cursor row, const QString &sourceColumn)
+/// The columns of a table of bookmarks, resolved once.
+struct BookmarkColumns
 {
-    const auto column = [&row](const QString &name) { return row.columnIndex(name); };
-    const int id = column(QStringLiteral("id")), parent = column(QStringLiteral("parent")),
-              type = column(QStringLiteral("type")), title = column(QStringLiteral("title")),
-              url = column(QStringLiteral("url")), order = column(QStringLiteral("order_index")),
-              source = column(sourceColumn), hidden = column(QStringLiteral("hidden"));
-    std::vector<BookmarkRow> rows;
-    while (row.moveNext()) {
+    BookmarkColumns(const Sqlite3Cursor &row, const QString &sourceColumn)
+        : id(row.columnIndex(QStringLiteral("id"))),
+          parent(row.columnIndex(QStringLiteral("parent"))),
+          type(row.columnIndex(QStringLiteral("type"))),
+          title(row.columnIndex(QStringLiteral("title"))),
+          url(row.columnIndex(QStringLiteral("url"))),
+          order(row.columnIndex(QStringLiteral("order_index"))),
+          source(row.columnIndex(sourceColumn)),
+          hidden(row.columnIndex(QStringLiteral("hidden")))
+    {
+    }
+
+    BookmarkRow read(const Sqlite3Cursor &row) const
+    {
         auto node = std::make_unique<BookmarkNode>();
         node->id = row.getInt64(id);
         node->type = row.getInt(type) == BookmarkNode::folder ? BookmarkNode::folder : BookmarkNode::bookmark;
@@ -38,9 +52,32 @@ std::vector<BookmarkRow> readRows(Sqlite3Cursor row, const QString &sourceColumn
         // Early databases have no column for what is hidden; no number in it is as good as hidden.
         const bool isShown = hidden < 0 || (!row.isNull(hidden) && row.getInt(hidden) == 0);
         const bool isHidden = !isShown || node->id < 0;
-        rows.push_back({std::move(node), row.getInt64(parent), isHidden});
+        return {std::move(node), row.getInt64(parent), row.getInt(type), isHidden};
     }
-    return rows;
+
+    int id, parent, type, title, url, order, source, hidden;
+};
+
+/// Folders before what is in them, as far as they are older than it.
+void sortByParent(std::vector<BookmarkRow> &rows)
+{
+    const auto key = [](const BookmarkRow &row) {
+        return std::make_tuple(row.parent, row.type, row.node->order_index, row.node->id);
+    };
+    std::sort(rows.begin(), rows.end(),
+              [&](const BookmarkRow &a, const BookmarkRow &b) { return key(a) < key(b); });
+}
+
+/// Gives what lies in a folder that could not be read a place at the top level.
+void adoptOrphans(std::vector<BookmarkRow> &rows)
+{
+    QSet<qint64> folders;
+    for (const BookmarkRow &row : rows)
+        if (row.node->type == BookmarkNode::folder)
+            folders.insert(row.node->id);
+    for (BookmarkRow &row : rows)
+        if (!folders.contains(row.parent))
+            row.parent = 0;
 }
 
 void append(BookmarkTree &top, BookmarkNode *parent, std::unique_ptr<BookmarkNode> node)
@@ -63,8 +100,9 @@ BookmarkTree treeInOrder(std::vector<BookmarkRow> rows, Report &report)
         const Folder holder = folders.value(row.parent);
         const bool hasPlace = (row.parent == 0 || holder.node) && holder.depth < deepestFolder;
         if (row.isHidden || !hasPlace) {
-            report.add({.kind = IssueKind::Hidden,
-                        .what = row.isHidden ? "IDS_ISSUE_BOOKMARKS_HIDDEN" : "IDS_ISSUE_BOOKMARKS_WITHOUT_FOLDER"});
+            report.add(
+                {.kind = IssueKind::Hidden,
+                 .what = row.isHidden ? "IDS_ISSUE_BOOKMARKS_HIDDEN" : "IDS_ISSUE_BOOKMARKS_WITHOUT_FOLDER"});
             continue;
         }
         if (row.node->type == BookmarkNode::folder)
@@ -127,10 +165,22 @@ void IOSBookmarkDb::open()
 BookmarkTree IOSBookmarkDb::readTree(Scope scope, Report &report)
 {
     open();
-    std::vector<BookmarkRow> rows =
-        readRows(m_db.queryThrow(QStringLiteral("select * from bookmarks where id <> 0 order by parent asc, "
-                                                "type asc, order_index asc, id asc")),
-                 QStringLiteral("external_uuid"));
+    TableRows what{QStringLiteral("bookmarks"),
+                   {QStringLiteral("id"), QStringLiteral("parent"), QStringLiteral("type"),
+                    QStringLiteral("title"), QStringLiteral("url"), QStringLiteral("order_index")},
+                   {QStringLiteral("external_uuid")}};
+    if (m_db.tbCols(what.table).contains(QStringLiteral("hidden")))
+        what.columns.append(QStringLiteral("hidden"));
+    std::vector<BookmarkRow> rows;
+    const RowsRead read = readRows(m_db, what, report, [&](const Sqlite3Cursor &row) {
+        return [&, columns = BookmarkColumns(row, QStringLiteral("external_uuid"))] {
+            if (BookmarkRow found = columns.read(row); found.node->id != 0)
+                rows.push_back(std::move(found));
+        };
+    });
+    if (!read.isWhole)
+        adoptOrphans(rows);
+    sortByParent(rows);
     return scope == Scope::Everything ? treeOfAll(std::move(rows)) : treeInOrder(std::move(rows), report);
 }
 
@@ -147,10 +197,14 @@ qint64 LocalBookmarkDb::count()
 
 BookmarkTree LocalBookmarkDb::readTree()
 {
-    return treeOfAll(readRows(m_db.queryThrow(QStringLiteral(
-                                  "select id,parent,type,title,url,order_index,src_id from bookmarks "
-                                  "where id > 0 order by parent asc, type asc, order_index asc, id asc")),
-                              QStringLiteral("src_id")));
+    Sqlite3Cursor row = m_db.queryThrow(
+        QStringLiteral("select id,parent,type,title,url,order_index,src_id from bookmarks "
+                       "where id > 0 order by parent asc, type asc, order_index asc, id asc"));
+    const BookmarkColumns columns(row, QStringLiteral("src_id"));
+    std::vector<BookmarkRow> rows;
+    while (row.moveNext())
+        rows.push_back(columns.read(row));
+    return treeOfAll(std::move(rows));
 }
 
 LocalBookmarkDb::Row LocalBookmarkDb::saveRow(const BookmarkNode &node, qint64 parent)

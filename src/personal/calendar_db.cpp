@@ -4,6 +4,7 @@
 #include "base/apple_time.h"
 #include "base/error.h"
 #include "base/report.h"
+#include "sqlite/read_rows.h"
 
 #include <QCryptographicHash>
 #include <QHash>
@@ -28,49 +29,93 @@ qint64 unixOf(const QDateTime &date)
     return date.toMSecsSinceEpoch() / 1000;
 }
 
-// The titles of every event's places, read in one pass.
-QHash<qint64, QStringList> readLocations(const Sqlite3DB &db)
+/// The side tables of the events, each read in one pass.
+struct SideTables
 {
-    QHash<qint64, QStringList> titles;
-    if (!db.tbCols(QStringLiteral("Location")).contains(QStringLiteral("item_owner_id")))
-        return titles;
-    Sqlite3Cursor row =
-        db.queryThrow(QStringLiteral("select item_owner_id, title from Location order by rowid"));
-    while (row.moveNext())
-        if (const QString title = row.getText(1); !title.isEmpty())
-            titles[row.getInt64(0)].append(title);
-    return titles;
-}
-
-// An event is worth reading without its recurrence, its description or its address on the web.
-QString eventStatement(const Sqlite3DB &db)
-{
-    const QSet<QString> columns = db.tbCols(QStringLiteral("calendaritem"));
-    const auto column = [&columns](const char *name, const char *otherwise = "null") {
-        return columns.contains(QLatin1String(name)) ? QLatin1String("i.") + QLatin1String(name)
-                                                     : QString(QLatin1String(otherwise));
+    struct Recurrence
+    {
+        int frequency;
+        int interval;
     };
-    const bool repeats = db.hasTable(QStringLiteral("recurrence"));
-    return QStringLiteral("select i.rowid,i.calendar_id,c.title,i.summary,%1,%2,i.start_date,i.end_date,"
-                          "i.all_day,%3,i.entity_type,%4,%5,c.rowid,%6 from calendaritem as i "
-                          "left join calendar as c on i.calendar_id=c.rowid %7")
-        .arg(column("description"), column("start_tz"), column("url"), column("birthday_id"),
-             column("availability", "0"),
-             repeats ? QStringLiteral("r.frequency,r.interval") : QStringLiteral("null,null"),
-             repeats ? QStringLiteral("left join recurrence as r on i.rowid=r.owner_id") : QString());
+
+    SideTables(const Sqlite3DB &db, Report &report)
+    {
+        const auto read = [&](const QString &table, const QStringList &columns, auto take) {
+            return readRows(db, {table, columns, {}, TableRows::Need::Expected}, report,
+                            [&take](const Sqlite3Cursor &row) { return [&take, &row] { take(row); }; })
+                .isWhole;
+        };
+        hasAllCalendars =
+            read(QStringLiteral("Calendar"), {QStringLiteral("title")},
+                 [this](const auto &row) { calendars.insert(row.getInt64(0), row.getText(1)); });
+        read(QStringLiteral("Location"), {QStringLiteral("item_owner_id"), QStringLiteral("title")},
+             [this](const auto &row) {
+                 if (const QString title = row.getText(2); !title.isEmpty())
+                     locations[row.getInt64(1)].append(title);
+             });
+        read(QStringLiteral("Recurrence"),
+             {QStringLiteral("owner_id"), QStringLiteral("frequency"), QStringLiteral("interval")},
+             [this](const auto &row) {
+                 recurrences[row.getInt64(1)].append({row.getInt(2), row.getInt(3)});
+             });
+    }
+
+    QHash<qint64, QString> calendars; // titles by row id
+    bool hasAllCalendars;
+    QHash<qint64, QStringList> locations;         // titles by event
+    QHash<qint64, QList<Recurrence>> recurrences; // by event
+};
+
+const TableRows eventRows{QStringLiteral("CalendarItem"),
+                          {QStringLiteral("calendar_id"), QStringLiteral("summary"),
+                           QStringLiteral("start_date"), QStringLiteral("end_date"),
+                           QStringLiteral("all_day"), QStringLiteral("entity_type"),
+                           QStringLiteral("birthday_id"), QStringLiteral("availability")},
+                          {QStringLiteral("description"), QStringLiteral("start_tz"), QStringLiteral("url")}};
+enum EventColumn {
+    CalendarId = 1,
+    Summary,
+    Start,
+    End,
+    AllDay,
+    EntityType,
+    Birthday,
+    Availability,
+    Description,
+    Zone,
+    Url
+};
+
+/// Why a row is left out: a text of the report, or nothing for an event to be listed.
+const char *whyLeftOut(const Sqlite3Cursor &row, const SideTables &side, bool hasAvailability)
+{
+    constexpr int event = 2;
+    if (row.getInt(EntityType) != event)
+        return "IDS_ISSUE_TASKS";
+    if (row.getInt64(Birthday) > 0)
+        return "IDS_ISSUE_BIRTHDAYS_OF_CONTACTS";
+    if (side.hasAllCalendars && !side.calendars.contains(row.getInt64(CalendarId)))
+        return "IDS_ISSUE_EVENTS_WITHOUT_CALENDAR";
+    const bool isFree = hasAvailability && (row.getInt(Availability) != 0 || row.isNull(Availability));
+    return isFree ? "IDS_ISSUE_EVENTS_SHOWN_AS_FREE" : nullptr;
 }
 
-/// Why a row of eventStatement() is left out: a text of the report, or nothing for an event to be listed.
-const char *whyLeftOut(const Sqlite3Cursor &row)
+CalendarEvent eventOf(const Sqlite3Cursor &row, const SideTables &side)
 {
-    constexpr int entityType = 10, birthday = 11, availability = 12, calendarRow = 13, event = 2;
-    if (row.getInt(entityType) != event)
-        return "IDS_ISSUE_TASKS";
-    if (row.getInt64(birthday) > 0)
-        return "IDS_ISSUE_BIRTHDAYS_OF_CONTACTS";
-    if (row.isNull(calendarRow))
-        return "IDS_ISSUE_EVENTS_WITHOUT_CALENDAR";
-    return row.getInt(availability) != 0 || row.isNull(availability) ? "IDS_ISSUE_EVENTS_SHOWN_AS_FREE" : nullptr;
+    CalendarEvent event;
+    event.id = row.getInt64(0);
+    event.src_id = QString::number(event.id);
+    event.calendar = side.calendars.value(row.getInt64(CalendarId));
+    event.summary = row.getText(Summary);
+    event.description = row.getText(Description);
+    event.tz = row.getText(Zone);
+    event.start_date = instantOfApple(row.getInt(Start));
+    event.end_date = instantOfApple(row.getInt(End));
+    event.all_day = row.getInt(AllDay);
+    event.url = row.getText(Url);
+    for (const QString &title : side.locations.value(event.id))
+        event.summary += QLatin1Char('\n') + title;
+    return event;
 }
 
 // Events of one calendar stand together, calendars in the order in which they are met.
@@ -116,36 +161,26 @@ void IOSCalendarDb::open()
 QList<CalendarEvent> IOSCalendarDb::readAll(Scope scope, Report &report)
 {
     open();
-    const QHash<qint64, QStringList> locations = readLocations(m_db);
-    Sqlite3Cursor row = m_db.queryThrow(eventStatement(m_db));
-    QHash<qint64, QString> calendars;
+    m_db.requireTable(eventRows.table);
+    const SideTables side(m_db, report);
+    const bool hasAvailability = m_db.tbCols(eventRows.table).contains(QStringLiteral("availability"));
     QList<std::pair<qint64, CalendarEvent>> events;
-    while (row.moveNext()) {
-        if (scope == Scope::Usual) {
-            if (const char *why = whyLeftOut(row)) {
+    readRows(m_db, eventRows, report, [&](const Sqlite3Cursor &row) {
+        return [&] {
+            const char *why = scope == Scope::Usual ? whyLeftOut(row, side, hasAvailability) : nullptr;
+            if (why) {
                 report.add({.kind = IssueKind::Hidden, .what = why});
-                continue;
+                return;
             }
-        }
-        const qint64 calendar = row.getInt64(1);
-        if (!calendars.contains(calendar))
-            calendars.insert(calendar, row.getText(2));
-        CalendarEvent event;
-        event.id = row.getInt64(0);
-        event.src_id = QString::number(event.id);
-        event.calendar = calendars.value(calendar);
-        event.summary = row.getText(3);
-        event.description = row.getText(4);
-        event.tz = row.getText(5);
-        event.start_date = instantOfApple(row.getInt(6));
-        event.end_date = instantOfApple(row.getInt(7));
-        event.all_day = row.getInt(8);
-        event.url = row.getText(9);
-        event.rrule = recurrenceRule(row.getInt(14), row.getInt(15));
-        for (const QString &title : locations.value(event.id))
-            event.summary += QLatin1Char('\n') + title;
-        events.append({calendar, std::move(event)});
-    }
+            CalendarEvent event = eventOf(row, side);
+            const qint64 calendar = row.getInt64(CalendarId);
+            const auto rules = side.recurrences.value(event.id, {{0, 0}});
+            for (const SideTables::Recurrence &rule : rules) {
+                event.rrule = recurrenceRule(rule.frequency, rule.interval);
+                events.append({calendar, event});
+            }
+        };
+    });
     return grouped(std::move(events));
 }
 

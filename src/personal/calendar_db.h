@@ -16,9 +16,9 @@ class IOSCalendarDb
 public:
     explicit IOSCalendarDb(FileSource &source);
 
-    /// Events grouped by calendar, without birthdays made from contacts, tasks, events that leave their time free,
-    /// and those of no calendar. Throws Error("Cannot find Calendar.sqlitedb") when the source has no calendar
-    /// database.
+    /// Events grouped by calendar, without birthdays made from contacts, tasks, events that leave their time
+    /// free, and those of no calendar. Throws Error("Cannot find Calendar.sqlitedb") when the source has no
+    /// calendar database.
     QList<CalendarEvent> readAll(Scope scope, Report &report);
 
 private:

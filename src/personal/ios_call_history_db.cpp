@@ -8,6 +8,7 @@
 #include "personal/contact_functions.h"
 #include "personal/home_country.h"
 #include "personal/number_names.h"
+#include "sqlite/read_rows.h"
 
 #include <QHash>
 
@@ -31,16 +32,20 @@ QDateTime instant(qint64 unixSeconds)
     return QDateTime::fromSecsSinceEpoch(unixSeconds, Qt::UTC);
 }
 
-void requireTable(const Sqlite3DB &db, const char *table)
+/// Puts the newest first, as the database would: dates may have fractions of seconds.
+QList<CallEntry> newestFirst(QList<std::pair<double, CallEntry>> dated)
 {
-    if (!db.hasTable(QLatin1String(table)))
-        throw Error(
-            QStringLiteral("can not read %1. It has no table \"%2\"").arg(db.name(), QLatin1String(table)),
-            ErrorKind::Damaged, FileAccess::Reading)
-            .at(db.name());
+    std::stable_sort(dated.begin(), dated.end(),
+                     [](const auto &a, const auto &b) { return a.first > b.first; });
+    QList<CallEntry> calls;
+    calls.reserve(dated.size());
+    for (auto &entry : dated)
+        calls.append(std::move(entry.second));
+    return calls;
 }
 
-/// What makes two calls of the two databases one. Systems write a number now with its country and now without.
+/// What makes two calls of the two databases one. Systems write a number now with its country and now
+/// without.
 QString identityOf(const CallEntry &call)
 {
     return QStringLiteral("%1 %2 %3")
@@ -71,10 +76,7 @@ QList<CallEntry> joined(QList<CallEntry> older, QList<CallEntry> newer, qint64 &
 
 bool AbsCallsDbCore::open(FileSource &source)
 {
-    if (!openDeviceDatabase(m_db, source, file()))
-        return false;
-    prepare();
-    return true;
+    return openDeviceDatabase(m_db, source, file());
 }
 
 SourceFile IOS5CallsDbCore::file() const
@@ -82,16 +84,20 @@ SourceFile IOS5CallsDbCore::file() const
     return olderFile;
 }
 
-void IOS5CallsDbCore::prepare()
+int IOS5CallsDbCore::clientVersion(Report &report) const
 {
-    requireTable(m_db, "call");
-    m_columns = m_db.tbCols(QStringLiteral("call"));
-    if (!m_db.hasTable(QStringLiteral("_SqliteDatabaseProperties")))
-        return;
-    Sqlite3Cursor version = m_db.queryThrow(
-        QStringLiteral("select value from _SqliteDatabaseProperties where key='_ClientVersion'"));
-    if (version.moveNext())
-        m_clientVersion = version.getInt(0);
+    int version = 0;
+    readRows(m_db,
+             {.table = QStringLiteral("_SqliteDatabaseProperties"),
+              .columns = {QStringLiteral("key"), QStringLiteral("value")},
+              .need = TableRows::Need::Optional},
+             report, [&version](const Sqlite3Cursor &row) {
+                 return [&version, &row] {
+                     if (row.viewText(1) == QByteArrayView("_ClientVersion"))
+                         version = row.getInt(2);
+                 };
+             });
+    return version;
 }
 
 CallType IOS5CallsDbCore::typeOfFlags(int flags, bool hasAnsweredColumn, bool answered, int clientVersion)
@@ -118,34 +124,39 @@ CallType IOS5CallsDbCore::typeOfFlags(int flags, bool hasAnsweredColumn, bool an
     }
 }
 
-QList<CallEntry> IOS5CallsDbCore::readAll()
+QList<CallEntry> IOS5CallsDbCore::readAll(Report &report)
 {
-    Sqlite3Cursor row = m_db.queryThrow(QStringLiteral("select * from call order by date desc"));
-    const auto column = [&row](const char *name) { return row.columnIndex(QLatin1String(name)); };
-    const int address = column("address"), date = column("date"), duration = column("duration"),
-              flags = column("flags"), name = column("name"), country = column("country_code"),
-              network = column("network_code"), read = column("read"), assisted = column("assisted"),
-              faceTime = column("face_time_data"), original = column("originalAddress"),
-              answered = column("answered");
-    QList<CallEntry> calls;
-    while (row.moveNext()) {
-        CallEntry call;
-        call.address = row.getText(address);
-        call.date = instant(row.getInt64(date));
-        call.duration = row.getInt(duration);
-        call.name = row.getText(name);
-        call.country_code = row.getText(country);
-        call.network_code = row.getText(network);
-        call.read = row.getInt(read);
-        call.assisted = row.getInt(assisted);
-        call.face_time_data = row.getBlob(faceTime);
-        call.originalAddress = row.getText(original);
-        call.answered = row.getInt(answered);
-        call.type = static_cast<int>(
-            typeOfFlags(row.getInt(flags), answered >= 0, call.answered != 0, m_clientVersion));
-        calls.append(std::move(call));
-    }
-    return calls;
+    static const TableRows rows{QStringLiteral("call"),
+                                {QStringLiteral("address"), QStringLiteral("date"),
+                                 QStringLiteral("duration"), QStringLiteral("flags")},
+                                {QStringLiteral("name"), QStringLiteral("country_code"),
+                                 QStringLiteral("network_code"), QStringLiteral("read"),
+                                 QStringLiteral("assisted"), QStringLiteral("face_time_data"),
+                                 QStringLiteral("originalAddress"), QStringLiteral("answered")}};
+    m_db.requireTable(rows.table);
+    const int version = clientVersion(report);
+    const bool hasAnswered = m_db.tbCols(rows.table).contains(QStringLiteral("answered"));
+    QList<std::pair<double, CallEntry>> calls;
+    readRows(m_db, rows, report, [&](const Sqlite3Cursor &row) {
+        return [&] {
+            CallEntry call;
+            call.address = row.getText(1);
+            call.date = instant(row.getInt64(2));
+            call.duration = row.getInt(3);
+            call.name = row.getText(5);
+            call.country_code = row.getText(6);
+            call.network_code = row.getText(7);
+            call.read = row.getInt(8);
+            call.assisted = row.getInt(9);
+            call.face_time_data = row.getBlob(10);
+            call.originalAddress = row.getText(11);
+            call.answered = row.getInt(12);
+            call.type =
+                static_cast<int>(typeOfFlags(row.getInt(4), hasAnswered, call.answered != 0, version));
+            calls.append({row.getDouble(2), std::move(call)});
+        };
+    });
+    return newestFirst(std::move(calls));
 }
 
 SourceFile IOS8CallsDbCore::file() const
@@ -153,49 +164,37 @@ SourceFile IOS8CallsDbCore::file() const
     return newerFile;
 }
 
-void IOS8CallsDbCore::prepare()
+QList<CallEntry> IOS8CallsDbCore::readAll(Report &report)
 {
-    requireTable(m_db, "ZCALLRECORD");
-    if (!m_db.hasTable(QStringLiteral("Z_PRIMARYKEY")))
-        return;
-    Sqlite3Cursor row = m_db.queryThrow(QStringLiteral("select * from Z_PRIMARYKEY"));
-    const int entity = row.columnIndex(QStringLiteral("Z_ENT"));
-    const int name = row.columnIndex(QStringLiteral("Z_NAME"));
-    while (row.moveNext())
-        if (row.viewText(name) == QByteArrayView("CallRecord"))
-            m_entity = row.getInt(entity);
-}
-
-QList<CallEntry> IOS8CallsDbCore::readAll()
-{
-    Sqlite3Cursor row = m_db.queryThrow(QStringLiteral("select * from ZCALLRECORD order by ZDATE desc"));
-    const auto column = [&row](const char *name) { return row.columnIndex(QLatin1String(name)); };
-    const int address = column("ZADDRESS"), date = column("ZDATE"), duration = column("ZDURATION"),
-              name = column("ZNAME"), read = column("ZREAD"), faceTime = column("ZFACE_TIME_DATA"),
-              answered = column("ZANSWERED"), callType = column("ZCALLTYPE"),
-              availability = column("ZNUMBER_AVAILABILITY"), originated = column("ZORIGINATED"),
-              device = column("ZDEVICE_ID"), country = column("ZISO_COUNTRY_CODE"),
-              unique = column("ZUNIQUE_ID");
-    QList<CallEntry> calls;
-    while (row.moveNext()) {
-        CallEntry call;
-        call.address = row.getText(address); // a BLOB of the same bytes on some versions
-        call.date = instant(unixFromApple(row.getInt(date)));
-        call.duration = row.getInt(duration);
-        call.name = row.getText(name);
-        call.read = row.getInt(read);
-        call.face_time_data = row.getBlob(faceTime);
-        call.answered = row.getInt(answered);
-        call.call_type = row.getInt(callType);
-        call.availability = row.getInt(availability);
-        call.device_id = row.getText(device);
-        call.cn = row.getText(country);
-        call.unique_id = row.getText(unique);
-        const CallType incoming = call.answered != 0 ? CallType::Incoming : CallType::Missed;
-        call.type = static_cast<int>(row.getInt(originated) != 0 ? CallType::Outgoing : incoming);
-        calls.append(std::move(call));
-    }
-    return calls;
+    static const TableRows rows{
+        QStringLiteral("ZCALLRECORD"),
+        {QStringLiteral("ZADDRESS"), QStringLiteral("ZDATE"), QStringLiteral("ZDURATION"),
+         QStringLiteral("ZANSWERED"), QStringLiteral("ZORIGINATED")},
+        {QStringLiteral("ZNAME"), QStringLiteral("ZREAD"), QStringLiteral("ZFACE_TIME_DATA"),
+         QStringLiteral("ZCALLTYPE"), QStringLiteral("ZNUMBER_AVAILABILITY"), QStringLiteral("ZDEVICE_ID"),
+         QStringLiteral("ZISO_COUNTRY_CODE"), QStringLiteral("ZUNIQUE_ID")}};
+    QList<std::pair<double, CallEntry>> calls;
+    readRows(m_db, rows, report, [&](const Sqlite3Cursor &row) {
+        return [&] {
+            CallEntry call;
+            call.address = row.getText(1); // a BLOB of the same bytes on some versions
+            call.date = instant(unixFromApple(row.getInt(2)));
+            call.duration = row.getInt(3);
+            call.answered = row.getInt(4);
+            call.name = row.getText(6);
+            call.read = row.getInt(7);
+            call.face_time_data = row.getBlob(8);
+            call.call_type = row.getInt(9);
+            call.availability = row.getInt(10);
+            call.device_id = row.getText(11);
+            call.cn = row.getText(12);
+            call.unique_id = row.getText(13);
+            const CallType incoming = call.answered != 0 ? CallType::Incoming : CallType::Missed;
+            call.type = static_cast<int>(row.getInt(5) != 0 ? CallType::Outgoing : incoming);
+            calls.append({row.getDouble(2), std::move(call)});
+        };
+    });
+    return newestFirst(std::move(calls));
 }
 
 IOSCallHistoryDb::IOSCallHistoryDb(FileSource &source) : m_source(source) {}
@@ -206,7 +205,7 @@ QList<CallEntry> IOSCallHistoryDb::readAll(Report &report)
     std::optional<Error> failure;
     const auto read = [&](AbsCallsDbCore &&core) -> std::optional<QList<CallEntry>> {
         try {
-            return core.open(m_source) ? std::optional(core.readAll()) : std::nullopt;
+            return core.open(m_source) ? std::optional(core.readAll(report)) : std::nullopt;
         } catch (const Error &error) {
             report.add("IDS_ISSUE_DATABASE_DAMAGED", error);
             failure = error;

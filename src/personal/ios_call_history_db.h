@@ -5,7 +5,6 @@
 #include "sqlite/sqlite3_db.h"
 
 #include <QList>
-#include <QSet>
 
 #include <optional>
 
@@ -16,48 +15,40 @@ class AbsCallsDbCore
 {
 public:
     virtual ~AbsCallsDbCore() = default;
-    /// False when the source does not list the file. Throws Error when it cannot be read or lacks its table of
-    /// calls.
+    /// False when the source does not list the file. Throws Error when it cannot be read.
     bool open(FileSource &source);
-    /// Newest first; `person` is left empty.
-    virtual QList<CallEntry> readAll() = 0;
+    /// Newest first; `person` is left empty. Throws Error when no call can be read.
+    virtual QList<CallEntry> readAll(Report &report) = 0;
 
 protected:
     Sqlite3DB m_db;
 
 private:
     virtual SourceFile file() const = 0;
-    virtual void prepare() = 0;
 };
 
 /// "call_history.db", the older one.
 class IOS5CallsDbCore : public AbsCallsDbCore
 {
 public:
-    QList<CallEntry> readAll() override;
+    QList<CallEntry> readAll(Report &report) override;
 
     /// What the flags of a row mean, which has changed twice.
     static CallType typeOfFlags(int flags, bool hasAnsweredColumn, bool answered, int clientVersion);
 
 private:
     SourceFile file() const override;
-    void prepare() override;
-
-    QSet<QString> m_columns;
-    int m_clientVersion = 0;
+    int clientVersion(Report &report) const;
 };
 
 /// "CallHistory.storedata", the newer one.
 class IOS8CallsDbCore : public AbsCallsDbCore
 {
 public:
-    QList<CallEntry> readAll() override;
+    QList<CallEntry> readAll(Report &report) override;
 
 private:
     SourceFile file() const override;
-    void prepare() override;
-
-    int m_entity = 0;
 };
 
 /// The call history of a source, whatever its generation, with the names of the contacts that own the
@@ -67,8 +58,8 @@ class IOSCallHistoryDb
 public:
     explicit IOSCallHistoryDb(FileSource &source);
 
-    /// The calls of both generations, newest first; one that is in both is listed once. Nothing is left out by a
-    /// rule. A database that cannot be read is told in the report when the other has the calls. Throws
+    /// The calls of both generations, newest first; one that is in both is listed once. Nothing is left out
+    /// by a rule. A database that cannot be read is told in the report when the other has the calls. Throws
     /// Error("Cannot find ID or ID.") with both file ids when the source has neither database.
     QList<CallEntry> readAll(Report &report);
 

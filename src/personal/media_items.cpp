@@ -5,7 +5,7 @@
 #include "base/apple_time.h"
 #include "base/error.h"
 #include "base/report.h"
-#include "sqlite/sqlite3_db.h"
+#include "sqlite/read_rows.h"
 
 #include <QFileInfo>
 #include <QSet>
@@ -65,18 +65,21 @@ FileCatalogue::Index audioOf(const BackupManifest &backup, const RecordingsPlace
     return beside != FileCatalogue::none ? beside : byName.value(name.toUtf8(), FileCatalogue::none);
 }
 
-QList<RecordingItem> readPlace(BackupManifest &backup, const RecordingsPlace &place, const Sqlite3DB &db)
+QList<RecordingItem> readPlace(BackupManifest &backup, const RecordingsPlace &place, const Sqlite3DB &db,
+                               Report &report)
 {
-    Sqlite3Cursor row = db.queryThrow(
-        QStringLiteral("select ZDATE,ZDURATION,ZPATH from %1 order by ZDATE desc").arg(place.table));
+    const TableRows rows{place.table,
+                         {QStringLiteral("ZDATE"), QStringLiteral("ZDURATION"), QStringLiteral("ZPATH")}};
     QList<RecordingItem> items;
-    while (row.moveNext()) {
-        RecordingItem item;
-        item.date = QDateTime::fromSecsSinceEpoch(unixFromApple(row.getInt(0)), Qt::UTC);
-        item.duration = row.getInt(1);
-        item.file = audioOf(backup, place, row.getText(2));
-        items.append(item);
-    }
+    readRows(db, rows, report, [&](const Sqlite3Cursor &row) {
+        return [&] {
+            RecordingItem item;
+            item.date = QDateTime::fromSecsSinceEpoch(unixFromApple(row.getInt(1)), Qt::UTC);
+            item.duration = row.getInt(2);
+            item.file = audioOf(backup, place, row.getText(3));
+            items.append(item);
+        };
+    });
     return items;
 }
 
@@ -126,21 +129,20 @@ QList<VoicemailItem> readVoicemail(BackupManifest &backup, Report &report)
     if (!openDeviceDatabase(db, backup, voicemailFile))
         throw Error(QStringLiteral("Cannot find voicemail.db."), ErrorKind::NotFound);
     const auto &audio = backup.wellKnownGroup(WellKnownGroup::VoicemailAudio);
-    Sqlite3Cursor row = db.queryThrow(QStringLiteral("select * from voicemail"));
-    const int rowid = row.columnIndex(QStringLiteral("ROWID"));
-    const int date = row.columnIndex(QStringLiteral("date"));
-    const int sender = row.columnIndex(QStringLiteral("sender"));
-    const int duration = row.columnIndex(QStringLiteral("duration"));
+    const TableRows rows{QStringLiteral("voicemail"),
+                         {QStringLiteral("date"), QStringLiteral("sender"), QStringLiteral("duration")}};
     QList<VoicemailItem> items;
-    while (row.moveNext()) {
-        VoicemailItem item;
-        item.rowid = row.getInt(rowid);
-        item.date = QDateTime::fromSecsSinceEpoch(row.getInt64(date), Qt::UTC);
-        item.sender = row.getText(sender);
-        item.duration = row.getInt(duration);
-        item.file = audio.value(QByteArray::number(item.rowid), FileCatalogue::none);
-        items.append(item);
-    }
+    readRows(db, rows, report, [&](const Sqlite3Cursor &row) {
+        return [&] {
+            VoicemailItem item;
+            item.rowid = row.getInt(0);
+            item.date = QDateTime::fromSecsSinceEpoch(row.getInt64(1), Qt::UTC);
+            item.sender = row.getText(2);
+            item.duration = row.getInt(3);
+            item.file = audio.value(QByteArray::number(item.rowid), FileCatalogue::none);
+            items.append(item);
+        };
+    });
     reportMissingSound(backup, items, report);
     return items;
 }
@@ -161,7 +163,7 @@ QList<RecordingItem> readRecordings(BackupManifest &backup, Report &report)
         try {
             Sqlite3DB db;
             if (openDeviceDatabase(db, backup, place.database)) {
-                addOnce(items, readPlace(backup, place, db), report);
+                addOnce(items, readPlace(backup, place, db, report), report);
                 ++read;
             }
         } catch (const Error &error) {
@@ -193,7 +195,8 @@ qint64 countMedia(BackupManifest &backup, DataClass dataClass, Report &report)
     }
 }
 
-void reportMissingContent(const BackupManifest &backup, const QList<FileCatalogue::Index> &files, Report &report)
+void reportMissingContent(const BackupManifest &backup, const QList<FileCatalogue::Index> &files,
+                          Report &report)
 {
     const FileCatalogue &catalogue = backup.catalogue();
     for (const FileCatalogue::Index file : files) {
@@ -201,7 +204,8 @@ void reportMissingContent(const BackupManifest &backup, const QList<FileCatalogu
             continue;
         const SourceFile missing{QString::fromUtf8(catalogue.domain(file)),
                                  QString::fromUtf8(catalogue.relativePath(file))};
-        report.add({.kind = IssueKind::Damaged, .what = "IDS_ISSUE_CONTENT_MISSING", .where = missing.display()});
+        report.add(
+            {.kind = IssueKind::Damaged, .what = "IDS_ISSUE_CONTENT_MISSING", .where = missing.display()});
     }
 }
 

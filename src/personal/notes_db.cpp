@@ -5,8 +5,10 @@
 #include "base/error.h"
 #include "base/report.h"
 #include "personal/plain_text.h"
+#include "sqlite/read_rows.h"
 
 #include <QCryptographicHash>
+#include <QHash>
 
 namespace {
 const SourceFile notesFile{QStringLiteral("HomeDomain"), QStringLiteral("Library/Notes/notes.sqlite")};
@@ -14,6 +16,11 @@ const SourceFile newerStoreFile{QStringLiteral("AppDomainGroup-group.com.apple.n
                                 QStringLiteral("NoteStore.sqlite")};
 
 constexpr qsizetype summaryLength = 100;
+
+const TableRows noteRows{QStringLiteral("ZNOTE"),
+                         {QStringLiteral("ZINTEGERID"), QStringLiteral("ZCREATIONDATE"),
+                          QStringLiteral("ZMODIFICATIONDATE"), QStringLiteral("ZTITLE"),
+                          QStringLiteral("ZSUMMARY"), QStringLiteral("ZBODY")}};
 
 QDateTime instantOfApple(int appleSecondsValue)
 {
@@ -67,6 +74,20 @@ struct LocalColumns
 };
 } // namespace
 
+/// What the notes say, by row of their table. False when some of it cannot be read.
+bool IOSNotesDb::readBodies(QHash<qint64, QString> &bodies, Report &report) const
+{
+    return readRows(m_db,
+                    {.table = QStringLiteral("ZNOTEBODY"),
+                     .columns = {QStringLiteral("Z_PK"), QStringLiteral("ZCONTENT")},
+                     .need = TableRows::Need::Expected},
+                    report,
+                    [&bodies](const Sqlite3Cursor &row) {
+                        return [&bodies, &row] { bodies.insert(row.getInt64(1), row.getText(2)); };
+                    })
+        .isWhole;
+}
+
 IOSNotesDb::IOSNotesDb(FileSource &source, const QString &deviceId) : m_source(source), m_deviceId(deviceId)
 {
 }
@@ -113,28 +134,31 @@ QList<NoteEntry> IOSNotesDb::readAll(Scope scope, Report &report)
             return {};
         throw Error(QStringLiteral("Cannot find notes.sqlite."), ErrorKind::NotFound);
     }
-    Sqlite3Cursor row = m_db.queryThrow(
-        QStringLiteral("select ZNOTE.ZINTEGERID,ZCREATIONDATE,ZMODIFICATIONDATE,ZTITLE,ZSUMMARY,ZCONTENT,"
-                       "ZNOTEBODY.Z_PK from ZNOTE left join ZNOTEBODY on ZNOTEBODY.Z_PK=ZNOTE.ZBODY"));
+    QHash<qint64, QString> bodies;
+    const bool hasAllBodies = readBodies(bodies, report);
     qint64 withoutBody = 0;
     QList<NoteEntry> notes;
-    while (row.moveNext()) {
-        if (row.isNull(6) && scope == Scope::Usual) {
-            ++withoutBody;
-            continue;
-        }
-        NoteEntry note;
-        note.src_id = QString::number(row.getInt64(0));
-        note.dev_id = m_deviceId;
-        note.create_date = instantOfApple(row.getInt(1));
-        note.modified_date = instantOfApple(row.getInt(2));
-        note.title = row.getText(3);
-        note.summary = plainTextOfHtml(row.getText(4));
-        note.content = row.getText(5);
-        if (note.summary.isEmpty())
-            note.summary = summaryOf(note.content);
-        notes.append(std::move(note));
-    }
+    readRows(m_db, noteRows, report, [&](const Sqlite3Cursor &row) {
+        return [&] {
+            const auto body = bodies.constFind(row.getInt64(6));
+            // One whose body is damaged has a title yet.
+            if (body == bodies.constEnd() && hasAllBodies && scope == Scope::Usual) {
+                ++withoutBody;
+                return;
+            }
+            NoteEntry note;
+            note.src_id = QString::number(row.getInt64(1));
+            note.dev_id = m_deviceId;
+            note.create_date = instantOfApple(row.getInt(2));
+            note.modified_date = instantOfApple(row.getInt(3));
+            note.title = row.getText(4);
+            note.summary = plainTextOfHtml(row.getText(5));
+            note.content = body == bodies.constEnd() ? QString() : *body;
+            if (note.summary.isEmpty())
+                note.summary = summaryOf(note.content);
+            notes.append(std::move(note));
+        };
+    });
     if (withoutBody > 0)
         report.add({.kind = IssueKind::Hidden, .what = "IDS_ISSUE_NOTES_WITHOUT_BODY", .count = withoutBody});
     return notes;

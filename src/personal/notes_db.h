@@ -19,11 +19,11 @@ public:
     /// `deviceId` becomes the notes' dev_id.
     IOSNotesDb(FileSource &source, const QString &deviceId);
 
-    /// Notes without a body are left out. Throws Error("Cannot find notes.sqlite.") when the source has no notes
-    /// database. Notes that lie in the newer store are told in the report as not handed over.
+    /// Notes without a body are left out. Throws Error("Cannot find notes.sqlite.") when the source has no
+    /// notes database. Notes that lie in the newer store are told in the report as not handed over.
     QList<NoteEntry> readAll(Scope scope, Report &report);
-    /// Number of notes in the store of newer systems, which this reader does not read: 0 without such a store,
-    /// nothing when it cannot be told.
+    /// Number of notes in the store of newer systems, which this reader does not read: 0 without such a
+    /// store, nothing when it cannot be told.
     std::optional<qint64> countInNewerStore();
     bool hasNewerStore() const;
 
@@ -33,6 +33,7 @@ private:
     Sqlite3DB m_db;
 
     bool open();
+    bool readBodies(QHash<qint64, QString> &bodies, Report &report) const;
 };
 
 /// "notes.db": notes gathered from any number of sources; one of the same title and content is one note.

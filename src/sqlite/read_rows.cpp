@@ -147,7 +147,7 @@ bool RowReader::step(Statement &statement, bool &failed)
             throw;
         if (!m_error) {
             m_error = error;
-            m_reason = m_db.failure(QStringLiteral("%2")).sentence();
+            m_reason = m_db.lastMessage();
         }
         failed = true;
         return false;

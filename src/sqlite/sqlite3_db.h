@@ -55,8 +55,6 @@ public:
     /// place of a table is damage. A statement ends with Error when it works on and on without a row, and
     /// with Cancelled when the job of this thread is to stop (StatementStop).
     void openForeign(const DatabaseFile &file, SqliteOpen mode = SqliteOpen::ReadOnly);
-    /// Goes on under its name with what `copy` holds, which is closed by it. No cursor may be there.
-    void goOnWith(Sqlite3DB &copy);
     /// What openForeign() found wrong with the file as a whole, a sentence; empty for nothing.
     QString damage() const { return m_damage; }
     void close();
@@ -67,6 +65,8 @@ public:
     QString lastError() const { return m_lastError; }
     /// The last failure as an error; "%1" of the sentence is replaced by the name, "%2" by SQLite's message.
     Error failure(const QString &sentence) const;
+    /// What SQLite says of the last failure, of a statement as well.
+    QString lastMessage() const { return lastFailure().message; }
     /// SQLite's code of the last failure, of opening as well, without its extension.
     int lastErrorCode() const;
 

@@ -76,6 +76,9 @@ void TestBadCatalogues::unusable_data()
     row("no path", "create table Files(fileID, domain);", {}, "no column relativePath");
     row("a view that fails", "create view Files as select domain, relativePath from Nowhere;", {},
         "no table Files");
+    row("a column that computes a gigabyte",
+        "create table Files(fileID, domain, relativePath, file as (zeroblob(1000000000)));", {},
+        "computed column, file");
 }
 
 void TestBadCatalogues::unusable()

@@ -179,12 +179,15 @@ void TestCalls::whichGeneration()
 void TestCalls::callsOfBothGenerationsOnce()
 {
     ScratchSource source;
-    source.putDatabase(newerFile,
-                       QStringLiteral("create table ZCALLRECORD(ZDATE, ZADDRESS, ZORIGINATED); insert into ZCALLRECORD "
-                                      "values(1,'+49301234567',1),(1,'+49301234567',1),(9,'x@y.z',1)"));
-    source.putDatabase(olderFile, olderCalls(0, false,
-                                             QStringLiteral("('0301234567',978307201,0,5),('0301234567',978307201,0,4),"
-                                                            "('0301234567',978307202,0,5),('x@y.z',978307209,0,5)")));
+    source.putDatabase(
+        newerFile,
+        QStringLiteral("create table ZCALLRECORD(ZDATE, ZADDRESS, ZORIGINATED, ZDURATION, ZANSWERED); "
+                       "insert into ZCALLRECORD(ZDATE, ZADDRESS, ZORIGINATED) "
+                       "values(1,'+49301234567',1),(1,'+49301234567',1),(9,'x@y.z',1)"));
+    source.putDatabase(olderFile,
+                       olderCalls(0, false,
+                                  QStringLiteral("('0301234567',978307201,0,5),('0301234567',978307201,0,4),"
+                                                 "('0301234567',978307202,0,5),('x@y.z',978307209,0,5)")));
     Report report;
     const QList<CallEntry> calls = IOSCallHistoryDb(source).readAll(report);
     QCOMPARE(calls.size(), 5);
@@ -202,7 +205,7 @@ void TestCalls::withoutTheirColumns_data()
     QTest::newRow("another table") << "create table x(y)" << QString() << -1;
     QTest::newRow("another table in the newer") << QString() << "create table x(y)" << -1;
     QTest::newRow("no date to sort by")
-        << "create table call(address); insert into call values('1')" << QString() << -1;
+        << "create table call(address); insert into call values('1')" << QString() << 1;
     QTest::newRow("nothing but a date")
         << "create table call(date); insert into call values(5)" << QString() << 1;
     QTest::newRow("values of other types")

@@ -1,3 +1,4 @@
+#include "support/database_pages.h"
 #include "support/sample_backup.h"
 
 #include "base/error.h"
@@ -25,6 +26,8 @@ private slots:
     void cameraRollKinds_data();
     void cameraRollKinds();
     void recordingsFoundByNameAlone();
+    void damagedPage_data();
+    void damagedPage();
     void exportNames_data();
     void exportNames();
 };
@@ -97,6 +100,51 @@ void TestMediaItems::recordingsFoundByNameAlone()
         return recording.file == FileCatalogue::none;
     });
     QCOMPARE(withoutFile, 1); // some of the others are listed below folders where they do not lie
+}
+
+void TestMediaItems::damagedPage_data()
+{
+    QTest::addColumn<SourceFile>("file");
+    QTest::addColumn<QString>("table");
+    QTest::addColumn<QString>("columns");
+    QTest::newRow("voicemail") << SourceFile{u"HomeDomain"_s, u"Library/Voicemail/voicemail.db"_s}
+                               << u"voicemail"_s << u"date, sender, duration"_s;
+    QTest::newRow("recordings") << SourceFile{u"MediaDomain"_s, u"Media/Recordings/Recordings.db"_s}
+                                << u"ZRECORDING"_s << u"ZDATE, ZPATH, ZDURATION"_s;
+}
+
+void TestMediaItems::damagedPage()
+{
+    QFETCH(SourceFile, file);
+    QFETCH(QString, table);
+    QFETCH(QString, columns);
+    constexpr int made = 400;
+    const SampleBackup sample;
+    const OpenBackupPtr opened = sample.opened();
+    BackupManifest &backup = opened->manifest();
+    const QString path =
+        backup.filePath(backup.catalogue().find(file.domain.toUtf8(), file.relativePath.toUtf8()));
+    QVERIFY(QFile::remove(path));
+    {
+        Sqlite3DB db;
+        db.openThrow(path, SqliteOpen::ReadWriteCreate);
+        QVERIFY(db.exec(u"pragma page_size=1024; create table %1(ROWID INTEGER PRIMARY KEY, %2, pad); with "
+                        "recursive n(i) as (select 1 union all select i+1 from n where i<%3) insert into %1 "
+                        "select i,i,'x',5,hex(zeroblob(40)) from n"_s.arg(table, columns)
+                            .arg(made)));
+    }
+    {
+        DatabasePages pages(path);
+        const DatabaseTree tree(pages, rootPageOf(path, table));
+        pages.destroy(tree.leaves.at(tree.leaves.size() / 2));
+    }
+    Report report;
+    const bool isVoicemail = table == u"voicemail";
+    const qsizetype read =
+        isVoicemail ? readVoicemail(backup, report).size() : readRecordings(backup, report).size();
+    QVERIFY(read > made * 9 / 10 && read < made);
+    QCOMPARE(report.issues().first().kind, IssueKind::Damaged);
+    QCOMPARE(report.issues().first().where, file.display());
 }
 
 void TestMediaItems::exportNames_data()

@@ -1,12 +1,11 @@
 #include "base/progress.h"
 #include "base/report.h"
 #include "sqlite/foreign_guard.h"
-#include "sqlite/mend.h"
+#include "sqlite/read_rows.h"
+#include "support/database_pages.h"
 
-#include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QtEndian>
 
 #include <map>
 
@@ -23,71 +22,6 @@ const QByteArray longMark(3000, 'L');
 qint64 rowidOf(int row)
 {
     return row <= 2500 ? row : farRowid + row;
-}
-
-/// The bytes of a database, to be damaged.
-struct Pages
-{
-    explicit Pages(const QString &path) : file(path)
-    {
-        if (file.open(QIODevice::ReadOnly))
-            bytes = file.readAll();
-        file.close();
-    }
-    ~Pages()
-    {
-        if (file.open(QIODevice::WriteOnly))
-            file.write(bytes);
-    }
-
-    int byteAt(qint64 page, qint64 offset) const { return quint8(bytes.at((page - 1) * pageSize + offset)); }
-    qint64 numberAt(qint64 page, qint64 offset, int size) const
-    {
-        const char *at = bytes.constData() + (page - 1) * pageSize + offset;
-        return size == 4 ? qFromBigEndian<quint32>(at) : qFromBigEndian<quint16>(at);
-    }
-    QByteArray page(qint64 number) const { return bytes.mid((number - 1) * pageSize, pageSize); }
-    void setPage(qint64 number, const QByteArray &content)
-    {
-        bytes.replace((number - 1) * pageSize, pageSize, content);
-    }
-    void destroy(qint64 number) { setPage(number, QByteArray(pageSize, '\xee')); }
-    void zero(qint64 number) { setPage(number, QByteArray(pageSize, '\0')); }
-
-    QFile file;
-    QByteArray bytes;
-};
-
-/// The pages of one table or index, in the order of its rows.
-struct Tree
-{
-    QList<qint64> inner; // without the root
-    QList<qint64> leaves;
-
-    Tree(const Pages &pages, qint64 root) { descend(pages, root, true); }
-
-    void descend(const Pages &pages, qint64 page, bool isRoot)
-    {
-        const int kind = pages.byteAt(page, 0);
-        if (kind == 13 || kind == 10) {
-            leaves.append(page);
-            return;
-        }
-        if (!isRoot)
-            inner.append(page);
-        for (int cell = 0; cell < pages.numberAt(page, 3, 2); ++cell)
-            descend(pages, pages.numberAt(page, pages.numberAt(page, 12 + 2 * cell, 2), 4), false);
-        descend(pages, pages.numberAt(page, 8, 4), false);
-    }
-};
-
-qint64 rootOf(const QString &path, const QString &name)
-{
-    Sqlite3DB db;
-    db.openThrow(path);
-    Sqlite3Cursor row =
-        db.queryThrow(Sqlite3Sql(u"select rootpage from sqlite_master where name=?"_s).addTextParam(name));
-    return row.moveNext() ? row.getInt64(0) : 0;
 }
 
 using Rows = std::map<qint64, QString>; // text by row id
@@ -121,7 +55,6 @@ private slots:
     void damage();
     void swappedPages();
     void joinsFromTheirIndex();
-    void mended();
     void hopelessTable();
     void byId();
     void missingParts();
@@ -191,77 +124,88 @@ void TestReadRows::wholeTable()
 
 void TestReadRows::damage_data()
 {
-    using Damage = std::function<void(Pages &, const Tree &message, const Tree &index)>;
+    using Damage =
+        std::function<void(DatabasePages &, const DatabaseTree &message, const DatabaseTree &index)>;
     QTest::addColumn<Damage>("damage");
     QTest::addColumn<bool>("isCounted"); // the index can tell how many are lost
     const auto row = [](const char *name, const Damage &damage, bool isCounted = true) {
         QTest::newRow(name) << damage << isCounted;
     };
-    row("first leaf",
-        [](Pages &pages, const Tree &tree, const Tree &) { pages.destroy(tree.leaves.first()); });
-    row("last leaf", [](Pages &pages, const Tree &tree, const Tree &) { pages.destroy(tree.leaves.last()); });
-    row("a leaf in the middle",
-        [](Pages &pages, const Tree &tree, const Tree &) { pages.destroy(tree.leaves.at(100)); });
-    row("a leaf of zeros",
-        [](Pages &pages, const Tree &tree, const Tree &) { pages.zero(tree.leaves.at(60)); });
-    row("first and last leaf", [](Pages &pages, const Tree &tree, const Tree &) {
+    row("first leaf", [](DatabasePages &pages, const DatabaseTree &tree, const DatabaseTree &) {
+        pages.destroy(tree.leaves.first());
+    });
+    row("last leaf", [](DatabasePages &pages, const DatabaseTree &tree, const DatabaseTree &) {
+        pages.destroy(tree.leaves.last());
+    });
+    row("a leaf in the middle", [](DatabasePages &pages, const DatabaseTree &tree, const DatabaseTree &) {
+        pages.destroy(tree.leaves.at(100));
+    });
+    row("a leaf of zeros", [](DatabasePages &pages, const DatabaseTree &tree, const DatabaseTree &) {
+        pages.setPage(tree.leaves.at(60), QByteArray(pageSize, '\0'));
+    });
+    row("first and last leaf", [](DatabasePages &pages, const DatabaseTree &tree, const DatabaseTree &) {
         pages.destroy(tree.leaves.first());
         pages.destroy(tree.leaves.last());
     });
-    row("two leaves side by side", [](Pages &pages, const Tree &tree, const Tree &) {
+    row("two leaves side by side", [](DatabasePages &pages, const DatabaseTree &tree, const DatabaseTree &) {
         pages.destroy(tree.leaves.at(30));
         pages.destroy(tree.leaves.at(31));
     });
-    row("every tenth leaf", [](Pages &pages, const Tree &tree, const Tree &) {
+    row("every tenth leaf", [](DatabasePages &pages, const DatabaseTree &tree, const DatabaseTree &) {
         for (qsizetype leaf = 5; leaf < tree.leaves.size(); leaf += 10)
             pages.destroy(tree.leaves.at(leaf));
     });
-    row("every other leaf", [](Pages &pages, const Tree &tree, const Tree &) {
+    row("every other leaf", [](DatabasePages &pages, const DatabaseTree &tree, const DatabaseTree &) {
         for (qsizetype leaf = 1; leaf < tree.leaves.size(); leaf += 2)
             pages.destroy(tree.leaves.at(leaf));
     });
-    row("first half of the leaves", [](Pages &pages, const Tree &tree, const Tree &) {
+    row("first half of the leaves", [](DatabasePages &pages, const DatabaseTree &tree, const DatabaseTree &) {
         for (qsizetype leaf = 0; leaf < tree.leaves.size() / 2; ++leaf)
             pages.destroy(tree.leaves.at(leaf));
     });
-    row("last half of the leaves", [](Pages &pages, const Tree &tree, const Tree &) {
+    row("last half of the leaves", [](DatabasePages &pages, const DatabaseTree &tree, const DatabaseTree &) {
         for (qsizetype leaf = tree.leaves.size() / 2; leaf < tree.leaves.size(); ++leaf)
             pages.destroy(tree.leaves.at(leaf));
     });
-    row("all leaves but one", [](Pages &pages, const Tree &tree, const Tree &) {
+    row("all leaves but one", [](DatabasePages &pages, const DatabaseTree &tree, const DatabaseTree &) {
         for (qsizetype leaf = 0; leaf < tree.leaves.size(); ++leaf)
             if (leaf != 77)
                 pages.destroy(tree.leaves.at(leaf));
     });
-    row("an inner page",
-        [](Pages &pages, const Tree &tree, const Tree &) { pages.destroy(tree.inner.at(1)); });
-    row("first and last inner page", [](Pages &pages, const Tree &tree, const Tree &) {
-        pages.destroy(tree.inner.first());
-        pages.destroy(tree.inner.last());
+    row("an inner page", [](DatabasePages &pages, const DatabaseTree &tree, const DatabaseTree &) {
+        pages.destroy(tree.inner.at(1));
     });
-    row("an inner page turned into a leaf", [](Pages &pages, const Tree &tree, const Tree &) {
-        pages.setPage(tree.inner.at(1), pages.page(tree.leaves.at(3)));
-    });
-    row("a leaf of the index in its place", [](Pages &pages, const Tree &tree, const Tree &index) {
-        pages.setPage(tree.leaves.at(40), pages.page(index.leaves.at(4)));
-    });
-    row("overflow pages of one row", [](Pages &pages, const Tree &, const Tree &) {
+    row("first and last inner page",
+        [](DatabasePages &pages, const DatabaseTree &tree, const DatabaseTree &) {
+            pages.destroy(tree.inner.first());
+            pages.destroy(tree.inner.last());
+        });
+    row("an inner page turned into a leaf",
+        [](DatabasePages &pages, const DatabaseTree &tree, const DatabaseTree &) {
+            pages.setPage(tree.inner.at(1), pages.page(tree.leaves.at(3)));
+        });
+    row("a leaf of the index in its place",
+        [](DatabasePages &pages, const DatabaseTree &tree, const DatabaseTree &index) {
+            pages.setPage(tree.leaves.at(40), pages.page(index.leaves.at(4)));
+        });
+    row("overflow pages of one row", [](DatabasePages &pages, const DatabaseTree &, const DatabaseTree &) {
         const qint64 page = pages.bytes.indexOf(QByteArray(pageSize - 4, 'L')) / pageSize + 1;
         pages.setPage(page, QByteArray(4, '\xff') + QByteArray(pageSize - 4, 'L'));
     });
     row(
         "a leaf and a page of the index",
-        [](Pages &pages, const Tree &tree, const Tree &index) {
+        [](DatabasePages &pages, const DatabaseTree &tree, const DatabaseTree &index) {
             pages.destroy(tree.leaves.at(100));
             pages.destroy(index.leaves.at(7));
         },
         false);
-    row("index alone",
-        [](Pages &pages, const Tree &, const Tree &index) { pages.destroy(index.leaves.at(2)); });
+    row("index alone", [](DatabasePages &pages, const DatabaseTree &, const DatabaseTree &index) {
+        pages.destroy(index.leaves.at(2));
+    });
     for (const int percent : {90, 60, 30})
         row(
             qPrintable(u"cut off at %1 %"_s.arg(percent)),
-            [percent](Pages &pages, const Tree &, const Tree &) {
+            [percent](DatabasePages &pages, const DatabaseTree &, const DatabaseTree &) {
                 pages.bytes.truncate(pages.bytes.size() * percent / 100 / pageSize * pageSize);
             },
             false);
@@ -269,19 +213,21 @@ void TestReadRows::damage_data()
 
 void TestReadRows::damage()
 {
-    using Damage = std::function<void(Pages &, const Tree &, const Tree &)>;
+    using Damage = std::function<void(DatabasePages &, const DatabaseTree &, const DatabaseTree &)>;
     QFETCH(Damage, damage);
     QFETCH(bool, isCounted);
     {
-        Pages pages(m_path);
-        damage(pages, Tree(pages, rootOf(m_whole, u"message"_s)), Tree(pages, rootOf(m_whole, u"by_date"_s)));
+        DatabasePages pages(m_path);
+        damage(pages, DatabaseTree(pages, rootPageOf(m_whole, u"message"_s)),
+               DatabaseTree(pages, rootPageOf(m_whole, u"by_date"_s)));
     }
     Sqlite3DB db;
     db.openForeign({m_path, u"HomeDomain sms.db"_s});
     const Rows expected = readOneByOne(db);
     Report report;
     Rows rows;
-    const RowsRead read = readRows(db, {u"message"_s, {u"text"_s, u"body"_s}}, report, into(rows));
+    const TableRows what{u"message"_s, {u"text"_s, u"body"_s}, {}, TableRows::Need::Expected};
+    const RowsRead read = readRows(db, what, report, into(rows));
     QCOMPARE(rows.size(), expected.size());
     QVERIFY(rows == expected);
     QCOMPARE(read.rows, qint64(rows.size()));
@@ -301,8 +247,8 @@ void TestReadRows::damage()
 void TestReadRows::swappedPages()
 {
     {
-        Pages pages(m_path);
-        const Tree tree(pages, rootOf(m_whole, u"message"_s));
+        DatabasePages pages(m_path);
+        const DatabaseTree tree(pages, rootPageOf(m_whole, u"message"_s));
         const QByteArray page = pages.page(tree.leaves.at(20));
         pages.setPage(tree.leaves.at(20), pages.page(tree.leaves.at(90)));
         pages.setPage(tree.leaves.at(90), page);
@@ -321,8 +267,8 @@ void TestReadRows::swappedPages()
 void TestReadRows::joinsFromTheirIndex()
 {
     {
-        Pages pages(m_path);
-        const Tree tree(pages, rootOf(m_whole, u"chat_message_join"_s));
+        DatabasePages pages(m_path);
+        const DatabaseTree tree(pages, rootPageOf(m_whole, u"chat_message_join"_s));
         pages.destroy(tree.leaves.at(3));
         pages.destroy(tree.leaves.last());
     }
@@ -339,35 +285,11 @@ void TestReadRows::joinsFromTheirIndex()
     QVERIFY(read.isWhole && report.isEmpty());
 }
 
-void TestReadRows::mended()
-{
-    {
-        Pages pages(m_path);
-        pages.destroy(Tree(pages, rootOf(m_whole, u"message"_s)).leaves.at(50));
-        pages.destroy(Tree(pages, rootOf(m_whole, u"chat_message_join"_s)).leaves.at(3));
-    }
-    Sqlite3DB db;
-    db.openForeign({m_path, u"HomeDomain sms.db"_s});
-    const Rows expected = readOneByOne(db);
-    Report report;
-    const QStringList tables{u"message"_s, u"chat_message_join"_s, u"chat"_s};
-    QCOMPARE(mend(db, tables, report), QSet<QString>{u"message"_s});
-    QCOMPARE(report.count(IssueKind::Damaged), rowCount - qint64(expected.size()));
-    QVERIFY(readOneByOne(db) == expected);
-    Sqlite3Cursor row = db.queryThrow(
-        u"select count(*), sum(length(body)=3000) from chat_message_join as j inner join message as m on "
-        "j.message_id=m.id"_s);
-    QVERIFY(row.moveNext());
-    QCOMPARE(row.getInt64(0), qint64(expected.size()));
-    QVERIFY(row.getInt(1) > 50);
-    QVERIFY_EXCEPTION_THROWN(mend(db, {u"absent"_s}, report), Error);
-}
-
 void TestReadRows::hopelessTable()
 {
     {
-        Pages pages(m_path);
-        pages.destroy(rootOf(m_whole, u"message"_s));
+        DatabasePages pages(m_path);
+        pages.destroy(rootPageOf(m_whole, u"message"_s));
     }
     Sqlite3DB db;
     db.openForeign({m_path, u"HomeDomain sms.db"_s});
@@ -389,8 +311,8 @@ void TestReadRows::hopelessTable()
 void TestReadRows::byId()
 {
     {
-        Pages pages(m_path);
-        const Tree tree(pages, rootOf(m_whole, u"message"_s));
+        DatabasePages pages(m_path);
+        const DatabaseTree tree(pages, rootPageOf(m_whole, u"message"_s));
         pages.destroy(tree.leaves.first());
     }
     Sqlite3DB db;

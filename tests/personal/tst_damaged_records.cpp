@@ -1,0 +1,219 @@
+#include "base/report.h"
+#include "personal/bookmark_db.h"
+#include "personal/calendar_db.h"
+#include "personal/ios_call_history_db.h"
+#include "personal/notes_db.h"
+#include "support/database_pages.h"
+#include "support/scratch_source.h"
+
+#include <QTest>
+
+#include <functional>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+constexpr int rowCount = 400;
+
+const SourceFile callsFile{u"WirelessDomain"_s, u"Library/CallHistory/call_history.db"_s};
+const SourceFile newerCallsFile{u"HomeDomain"_s, u"Library/CallHistoryDB/CallHistory.storedata"_s};
+const SourceFile notesFile{u"HomeDomain"_s, u"Library/Notes/notes.sqlite"_s};
+const SourceFile calendarFile{u"HomeDomain"_s, u"Library/Calendar/Calendar.sqlitedb"_s};
+const SourceFile bookmarksFile{u"HomeDomain"_s, u"Library/Safari/Bookmarks.db"_s};
+
+// Fills a table with a row for each number i from 1 on.
+QString filled(const QString &table, const QString &columns, const QString &values)
+{
+    return u"create table %1(%2); with recursive n(i) as (select 1 union all select i+1 from n where i<%3) "
+           "insert into %1 select %4 from n;"_s.arg(table, columns)
+               .arg(rowCount)
+               .arg(values);
+}
+
+const QString calls = filled(u"call"_s, u"ROWID INTEGER PRIMARY KEY, address, date, duration, flags, pad"_s,
+                             u"i,'+1'||i,i,5,4,hex(zeroblob(40))"_s);
+const QString newerCalls = filled(
+    u"ZCALLRECORD"_s, u"Z_PK INTEGER PRIMARY KEY, ZADDRESS, ZDATE, ZDURATION, ZANSWERED, ZORIGINATED, pad"_s,
+    u"i,'+1'||i,i,5,1,0,hex(zeroblob(40))"_s);
+const QString notes =
+    filled(
+        u"ZNOTE"_s,
+        u"Z_PK INTEGER PRIMARY KEY, ZINTEGERID, ZCREATIONDATE, ZMODIFICATIONDATE, ZTITLE, ZSUMMARY, ZBODY"_s,
+        u"i,i,i,i,'title '||i,hex(zeroblob(40)),i"_s) +
+    filled(u"ZNOTEBODY"_s, u"Z_PK INTEGER PRIMARY KEY, ZCONTENT"_s, u"i,hex(zeroblob(80))"_s);
+const QString calendarItems =
+    filled(u"CalendarItem"_s,
+           u"ROWID INTEGER PRIMARY KEY, calendar_id, summary, start_date, end_date, all_day, "
+           "entity_type, birthday_id, availability, description"_s,
+           u"i,1+i%50,'event '||i,i,i,0,2,-1,0,hex(zeroblob(40))"_s);
+const QString calendars =
+    filled(u"Calendar"_s, u"ROWID INTEGER PRIMARY KEY, title"_s, u"i,hex(zeroblob(60))"_s);
+const QString locations = filled(u"Location"_s, u"ROWID INTEGER PRIMARY KEY, title, item_owner_id"_s,
+                                 u"i,'place '||hex(zeroblob(40)),i"_s);
+const QString recurrences =
+    filled(u"Recurrence"_s, u"ROWID INTEGER PRIMARY KEY, frequency, interval, owner_id"_s, u"i,2,1,i"_s);
+const QString bookmarks = filled(
+    u"bookmarks"_s, u"id INTEGER PRIMARY KEY, parent, type, title, url, order_index, hidden, external_uuid"_s,
+    u"i,0,0,'page '||i,'http://'||hex(zeroblob(40)),i,0,'u'"_s);
+
+using Read = std::function<qsizetype(FileSource &, Report &)>;
+
+qsizetype readCalls(FileSource &source, Report &report)
+{
+    return IOSCallHistoryDb(source).readAll(report).size();
+}
+
+qsizetype readNotes(FileSource &source, Report &report)
+{
+    return IOSNotesDb(source, {}).readAll(Scope::Usual, report).size();
+}
+
+qsizetype readCalendar(FileSource &source, Report &report)
+{
+    return IOSCalendarDb(source).readAll(Scope::Usual, report).size();
+}
+
+qsizetype readBookmarks(FileSource &source, Report &report)
+{
+    return countBookmarks(IOSBookmarkDb(source).readTree(Scope::Usual, report));
+}
+
+/// How many rows a statement for each still gets.
+qsizetype readableRows(const QString &path, const QString &table)
+{
+    Sqlite3DB db;
+    db.openForeign(path);
+    Sqlite3Cursor row = db.queryThrow(u"select * from %1 where rowid=?"_s.arg(table));
+    qsizetype count = 0;
+    for (int rowid = 1; rowid <= rowCount; ++rowid) {
+        row.rebind(Sqlite3Sql().addInt64Param(rowid));
+        try {
+            count += row.moveNext() ? 1 : 0;
+        } catch (const Error &) {
+        }
+    }
+    return count;
+}
+} // namespace
+
+class TestDamagedRecords : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void onePage_data();
+    void onePage();
+    void whatIsMissing_data();
+    void whatIsMissing();
+    void viewInPlaceOfATable();
+};
+
+void TestDamagedRecords::onePage_data()
+{
+    QTest::addColumn<SourceFile>("file");
+    QTest::addColumn<QString>("script");
+    QTest::addColumn<QString>("table");
+    QTest::addColumn<bool>("isMain"); // its rows are the records
+    QTest::addColumn<Read>("read");
+    const QString calendar = calendars + calendarItems + locations + recurrences;
+    QTest::newRow("calls") << callsFile << calls << u"call"_s << true << Read(readCalls);
+    QTest::newRow("newer calls") << newerCallsFile << newerCalls << u"ZCALLRECORD"_s << true
+                                 << Read(readCalls);
+    QTest::newRow("notes") << notesFile << notes << u"ZNOTE"_s << true << Read(readNotes);
+    QTest::newRow("bodies of notes") << notesFile << notes << u"ZNOTEBODY"_s << false << Read(readNotes);
+    QTest::newRow("events") << calendarFile << calendar << u"CalendarItem"_s << true << Read(readCalendar);
+    QTest::newRow("calendars") << calendarFile << calendar << u"Calendar"_s << false << Read(readCalendar);
+    QTest::newRow("places of events")
+        << calendarFile << calendar << u"Location"_s << false << Read(readCalendar);
+    QTest::newRow("recurrences") << calendarFile << calendar << u"Recurrence"_s << false
+                                 << Read(readCalendar);
+    QTest::newRow("bookmarks") << bookmarksFile << bookmarks << u"bookmarks"_s << true << Read(readBookmarks);
+}
+
+void TestDamagedRecords::onePage()
+{
+    QFETCH(SourceFile, file);
+    QFETCH(QString, script);
+    QFETCH(QString, table);
+    QFETCH(bool, isMain);
+    QFETCH(Read, read);
+    ScratchSource source;
+    source.putDatabase(file, u"pragma page_size=1024;"_s + script);
+    Report whole;
+    QCOMPARE(read(source, whole), rowCount);
+    QVERIFY(!whole.isFailure());
+    {
+        DatabasePages pages(source.pathOf(file));
+        const DatabaseTree tree(pages, rootPageOf(source.pathOf(file), table));
+        pages.destroy(tree.leaves.at(tree.leaves.size() / 2));
+    }
+    const qsizetype readable = readableRows(source.pathOf(file), table);
+    QVERIFY(readable > 0 && readable < rowCount);
+    Report report;
+    QCOMPARE(read(source, report), isMain ? readable : rowCount);
+    QVERIFY(report.isFailure());
+    QCOMPARE(report.issues().first().where, file.display());
+    QVERIFY(report.issues().first().reason.contains(table));
+}
+
+void TestDamagedRecords::whatIsMissing_data()
+{
+    QTest::addColumn<SourceFile>("file");
+    QTest::addColumn<QString>("script");
+    QTest::addColumn<QString>("change");
+    QTest::addColumn<Read>("read");
+    const QString calendar = calendars + calendarItems + locations + recurrences;
+    QTest::newRow("no column of birthdays")
+        << calendarFile << calendar << u"alter table CalendarItem drop column birthday_id"_s
+        << Read(readCalendar);
+    QTest::newRow("no column that tells who is free")
+        << calendarFile << calendar << u"alter table CalendarItem drop column availability"_s
+        << Read(readCalendar);
+    QTest::newRow("no recurrences") << calendarFile << calendar << u"drop table Recurrence"_s
+                                    << Read(readCalendar);
+    QTest::newRow("no places") << calendarFile << calendar << u"drop table Location"_s << Read(readCalendar);
+    QTest::newRow("no calendars") << calendarFile << calendar << u"drop table Calendar"_s
+                                  << Read(readCalendar);
+    QTest::newRow("no bodies") << notesFile << notes << u"drop table ZNOTEBODY"_s << Read(readNotes);
+    QTest::newRow("no summaries") << notesFile << notes << u"alter table ZNOTE drop column ZSUMMARY"_s
+                                  << Read(readNotes);
+    QTest::newRow("no dates") << callsFile << calls << u"alter table call drop column date"_s
+                              << Read(readCalls);
+    QTest::newRow("no titles") << bookmarksFile << bookmarks << u"alter table bookmarks drop column title"_s
+                               << Read(readBookmarks);
+}
+
+void TestDamagedRecords::whatIsMissing()
+{
+    QFETCH(SourceFile, file);
+    QFETCH(QString, script);
+    QFETCH(QString, change);
+    QFETCH(Read, read);
+    ScratchSource source;
+    source.putDatabase(file, script + change);
+    Report report;
+    QCOMPARE(read(source, report), rowCount);
+    QCOMPARE(report.issues().size(), 1);
+    QCOMPARE(report.issues().first().kind, IssueKind::Damaged);
+    QCOMPARE(report.issues().first().where, file.display());
+    QVERIFY(report.issues().first().reason.contains(change.section(u' ', -1)));
+}
+
+void TestDamagedRecords::viewInPlaceOfATable()
+{
+    ScratchSource source;
+    source.putDatabase(notesFile,
+                       u"create view ZNOTE as with recursive c(x) as (select 1 union all select x+1 from c) "
+                       "select x from c; create table ZNOTEBODY(Z_PK, ZCONTENT)"_s);
+    Report report;
+    try {
+        readNotes(source, report);
+        QFAIL("read all the same");
+    } catch (const Error &error) {
+        QCOMPARE(error.sentence(), u"the table ZNOTE of %1 is a view"_s.arg(notesFile.display()));
+        QCOMPARE(error.kind(), ErrorKind::Damaged);
+    }
+}
+
+QTEST_APPLESS_MAIN(TestDamagedRecords)
+#include "tst_damaged_records.moc"
