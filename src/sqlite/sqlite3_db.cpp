@@ -106,8 +106,9 @@ bool Sqlite3DB::openFile(const DatabaseFile &file, SqliteOpen mode)
         distrust(m_db, mode);
     if (m_db && m_isForeign)
         watchForeign();
-    // A store of this program may be open elsewhere in it, for as long as a few statements take.
-    if (m_db && mode == SqliteOpen::ReadWriteCreate)
+    // A store of this program may be open elsewhere in it: somebody who writes locks readers out as well, for
+    // as long as a few statements take.
+    if (m_db && mode != SqliteOpen::Immutable && mode != SqliteOpen::Salvage)
         sqlite3_busy_timeout(m_db, longestWaitMs);
     if (opened == SQLITE_OK && touchSchema(m_db) == SQLITE_OK) {
         if (m_guard)

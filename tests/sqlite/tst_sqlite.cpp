@@ -4,8 +4,10 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QThread>
 
 #include <functional>
+#include <memory>
 
 #include <sys/stat.h>
 
@@ -42,7 +44,8 @@ private slots:
     void tableDescription();
     void whatIsNoDatabase_data();
     void whatIsNoDatabase();
-    void lockedDatabaseFailsAtOnce();
+    void lockedDatabaseFailsWhenOpened();
+    void readerWaitsForALockThatIsSoonGone();
     void failureHasAKind_data();
     void failureHasAKind();
     void namedDatabaseTellsItsName();
@@ -139,7 +142,7 @@ void TestSqlite::whatIsNoDatabase()
     QVERIFY(!db.open(m_folder.filePath(QStringLiteral("absent.db")), SqliteOpen::ReadWrite));
 }
 
-void TestSqlite::lockedDatabaseFailsAtOnce()
+void TestSqlite::lockedDatabaseFailsWhenOpened()
 {
     const QString path = freshPath();
     Sqlite3DB owner;
@@ -148,6 +151,21 @@ void TestSqlite::lockedDatabaseFailsAtOnce()
     Sqlite3DB other;
     QVERIFY(!other.open(path));
     QVERIFY(other.lastError().contains(QStringLiteral("locked")));
+}
+
+void TestSqlite::readerWaitsForALockThatIsSoonGone()
+{
+    const QString path = freshPath();
+    Sqlite3DB owner;
+    owner.openThrow(path, SqliteOpen::ReadWriteCreate);
+    QVERIFY(owner.exec(QStringLiteral("create table t(x); begin exclusive")));
+    bool isOpen = false;
+    const std::unique_ptr<QThread> reader(QThread::create([&] { isOpen = Sqlite3DB().open(path); }));
+    reader->start();
+    QVERIFY2(!reader->wait(100), "it has given up");
+    QVERIFY(owner.exec(QStringLiteral("commit")));
+    QVERIFY(reader->wait());
+    QVERIFY(isOpen);
 }
 
 void TestSqlite::failureHasAKind_data()
