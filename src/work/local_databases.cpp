@@ -6,6 +6,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QStandardPaths>
 
 #include <algorithm>
 #include <iterator>
@@ -36,6 +37,8 @@ bool removeLocalDatabase(const QString &folder)
 {
     if (!isLocalDatabase(folder))
         throw Error(QStringLiteral("can not delete %1. It is no local database.").arg(folder));
+    // Without the folder that the desktop's trash lies in there would be no trash, and no way back.
+    QDir().mkpath(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation));
     if (!QFile::moveToTrash(folder))
         removeFolderTree(folder);
     return !QFileInfo::exists(folder);
