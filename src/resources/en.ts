@@ -914,9 +914,12 @@ What the window does, quillbarrow-cli does without one: see quillbarrow-cli --he
         <source>IDS_LOADING_MESSAGES</source>
         <translation>Loading messages...</translation>
     </message>
-    <message>
-        <source>IDS_LOCKED_FILES_%1</source>
-        <translation>%1 files are locked to the device and were copied as they are. They cannot be read:</translation>
+    <message numerus="yes">
+        <source>IDS_LOCKED_FILES</source>
+        <translation>
+            <numerusform>%n file stays encrypted, since the password does not unlock it, and is copied as it is stored:</numerusform>
+            <numerusform>%n files stay encrypted, since the password does not unlock them, and are copied as they are stored:</numerusform>
+        </translation>
     </message>
     <message>
         <source>IDS_MAKE_SAMPLE</source>
@@ -1082,13 +1085,12 @@ What the window does, quillbarrow-cli does without one: see quillbarrow-cli --he
         <source>IDS_SUC_EXTRACTED_%1_FILES</source>
         <translation>Successfully extracted %1 files.</translation>
     </message>
-    <message>
-        <source>IDS_%1_FILES_ALREADY_THERE</source>
-        <translation>%1 files were there already.</translation>
-    </message>
-    <message>
-        <source>IDS_WITHOUT_FILE_%1</source>
-        <translation>%1 have no file in this backup:</translation>
+    <message numerus="yes">
+        <source>IDS_WITHOUT_FILE</source>
+        <translation>
+            <numerusform>%n has no file in this backup:</numerusform>
+            <numerusform>%n have no file in this backup:</numerusform>
+        </translation>
     </message>
     <message>
         <source>IDS_EXTRACTING_FILES</source>
@@ -1334,17 +1336,26 @@ What the window does, quillbarrow-cli does without one: see quillbarrow-cli --he
             <numerusform>%n were there already</numerusform>
         </translation>
     </message>
-    <message>
-        <source>IDS_FAILED_FILES_%1</source>
-        <translation>%1 files could not be copied:</translation>
+    <message numerus="yes">
+        <source>IDS_FAILED_FILES</source>
+        <translation>
+            <numerusform>%n file could not be copied:</numerusform>
+            <numerusform>%n files could not be copied:</numerusform>
+        </translation>
     </message>
-    <message>
-        <source>IDS_SKIPPED_FILES_%1</source>
-        <translation>%1 entries were skipped:</translation>
+    <message numerus="yes">
+        <source>IDS_SKIPPED_FILES</source>
+        <translation>
+            <numerusform>%n symbolic link is not made:</numerusform>
+            <numerusform>%n symbolic links are not made:</numerusform>
+        </translation>
     </message>
-    <message>
-        <source>IDS_RENAMED_FILES_%1</source>
-        <translation>%1 files got another name:</translation>
+    <message numerus="yes">
+        <source>IDS_RENAMED_FILES</source>
+        <translation>
+            <numerusform>%n file got another name:</numerusform>
+            <numerusform>%n files got other names:</numerusform>
+        </translation>
     </message>
     <message>
         <source>IDS_OPENED_WITH_DAMAGE_%1</source>

@@ -1,6 +1,7 @@
 #include "views/abs_sound_model.h"
 
 #include "base/texts.h"
+#include "views/record_roles.h"
 #include "views/record_table.h"
 #include "work/shown_text.h"
 
@@ -43,7 +44,7 @@ QVariant AbsSoundModel::data(const QModelIndex &index, int role) const
         return {};
     switch (role) {
     case Qt::DisplayRole:
-        return text(index);
+        return text(index).left(longestShown);
     case Qt::ToolTipRole:
         return toolTipOf(toolTip(index.row()));
     case Qt::ForegroundRole:

@@ -4,13 +4,12 @@
 #include "work/summary_text.h"
 
 namespace {
-QStringList linesOf(const Report &report, const char *what)
+QStringList linesOf(const Report &report, const char *what, const QString &separator = QStringLiteral(": "))
 {
     QStringList lines;
     for (const Issue &issue : report.issues())
         if (qstrcmp(issue.what, what) == 0)
-            lines << (issue.reason.isEmpty() ? issue.where
-                                             : QStringLiteral("%1: %2").arg(issue.where, issue.reason));
+            lines << (issue.reason.isEmpty() ? issue.where : issue.where + separator + issue.reason);
     return lines;
 }
 } // namespace
@@ -19,11 +18,11 @@ QString fileExportText(const Report &report, const char *successKey)
 {
     QString text = textFor(successKey).arg(report.done);
     if (const qint64 there = report.count(filesThere); there > 0)
-        text += QStringLiteral("\n\n") + textFor("IDS_%1_FILES_ALREADY_THERE").arg(there);
-    return text + listedProblems("IDS_FAILED_FILES_%1", linesOf(report, fileFailed)) +
-           listedProblems("IDS_LOCKED_FILES_%1", linesOf(report, fileLocked)) +
-           listedProblems("IDS_RENAMED_FILES_%1", linesOf(report, fileRenamed)) +
-           listedProblems("IDS_SKIPPED_FILES_%1", linesOf(report, linkLeftOut));
+        text += QStringLiteral("\n\n") + textFor(filesThere, there);
+    return text + listedProblems("IDS_FAILED_FILES", linesOf(report, fileFailed)) +
+           listedProblems("IDS_LOCKED_FILES", linesOf(report, fileLocked)) +
+           listedProblems("IDS_RENAMED_FILES", linesOf(report, fileRenamed, QStringLiteral(" → "))) +
+           listedProblems("IDS_SKIPPED_FILES", linesOf(report, linkLeftOut));
 }
 
 ExportBKFileThread::ExportBKFileThread(OpenBackupPtr backup, FileExport files, QString folder,
@@ -44,5 +43,5 @@ QString ExportBKFileThread::work(Progress &progress)
         nodes ? extractNodes(manifest, *nodes, m_folder, progress)
               : extractNamed(manifest, std::get<QList<NamedExtract>>(m_files), m_folder, progress);
     noteFailures(report);
-    return fileExportText(report, m_successKey) + listedProblems("IDS_WITHOUT_FILE_%1", m_withoutFile);
+    return fileExportText(report, m_successKey) + listedProblems("IDS_WITHOUT_FILE", m_withoutFile);
 }

@@ -11,7 +11,7 @@ QString listedProblems(const char *key, const QStringList &problems)
 {
     if (problems.isEmpty())
         return {};
-    const QString head = textFor(key).arg(problems.size());
+    const QString head = textFor(key, problems.size());
     for (const QString &problem : problems)
         qWarning("%s %s", qUtf8Printable(head), qUtf8Printable(problem));
     QString text = QStringLiteral("\n\n") + head;

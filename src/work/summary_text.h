@@ -2,7 +2,7 @@
 
 #include <QStringList>
 
-/// A paragraph that says how many things were left out (the text of `key`, with %1 for their number) and
+/// A paragraph that says how many things were left out (the text of `key`, with numerus forms) and
 /// names the first few. Empty when there are none. All of them go into the log.
 QString listedProblems(const char *key, const QStringList &problems);
 

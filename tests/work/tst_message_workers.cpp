@@ -136,7 +136,7 @@ void TestMessageWorkers::saysWhatWasLeftOut()
     QCOMPARE(
         messageSaveText(summary),
         QStringLiteral("Successfully backup 3 messages.\n\n2 messages are equal to others in text, second, "
-                       "sender and direction and were stored once\n\n1 attachment is not in the backup: "
+                       "sender and direction and were stored once\n1 attachment is not in the backup: "
                        "a.jpg"));
 }
 
