@@ -200,7 +200,8 @@ Report exportBookmarks(const BookmarkTree &tree, const QString &path, Progress &
             QStringLiteral("<META HTTP-EQUIV=\"Content-Type\" CONTENT=\"text/html; charset=UTF-8\">"));
         file.writeLine(QStringLiteral("<TITLE>Bookmarks</TITLE>"));
         // A bookmark may be a script, which a click on the page would run.
-        file.writeLine(QLatin1String(inertPage));
+        // Elements of this layout are not closed.
+        file.writeLine(QString(QLatin1String(inertPage)).replace(QStringLiteral(" />"), QStringLiteral(">")));
         file.writeLine(QStringLiteral("<DL>"));
         for (const auto &node : tree)
             writeBookmark(file, *node, counted);

@@ -9,7 +9,7 @@ import sys
 
 HEAD = ('<META HTTP-EQUIV="Content-Type" CONTENT="text/html; charset=UTF-8">', "<TITLE>Bookmarks</TITLE>",
         '<meta http-equiv="Content-Security-Policy" content="default-src \'none\'; style-src \'unsafe-inline\'; '
-        'img-src data:; base-uri \'none\'; form-action \'none\'" />', "<DL>")
+        'img-src data:; base-uri \'none\'; form-action \'none\'">', "<DL>")
 
 
 class Page(html.parser.HTMLParser):
