@@ -48,6 +48,7 @@ public:
 
     void fetchTo(const SourceFile &file, const QString &destination, const CopyProgress &) override
     {
+        QDir().mkpath(QFileInfo(destination).path());
         if (!QFile::copy(pathOf(file), destination))
             throw Error(QStringLiteral("can not open %1").arg(pathOf(file)));
     }
