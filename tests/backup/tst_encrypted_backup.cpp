@@ -1,5 +1,7 @@
 #include "backup/backup_fixture.h"
 
+#include "base/texts.h"
+#include "resources/resources.h"
 #include "backup/cache_folder.h"
 #include "backup/cf_type.h"
 #include "backup/leftovers.h"
@@ -19,6 +21,7 @@ class TestEncryptedBackup : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase();
     void variants_data();
     void variants();
     void indexNeedsThePassword();
@@ -82,6 +85,12 @@ void readWhole(const BackupFixture &fixture, BackupManifest &backup)
         throw Error(u"the message database differs"_s);
 }
 } // namespace
+
+void TestEncryptedBackup::initTestCase()
+{
+    initResources();
+    installTexts();
+}
 
 void TestEncryptedBackup::variants_data()
 {

@@ -222,11 +222,11 @@ void TestExtract::names_data()
     QTest::addColumn<QStringList>("expected");
     QTest::addColumn<int>("renamed");
     QTest::newRow("Unix") << NameRules::Unix
-                          << QStringList({u"b:c"_s, u"b?c"_s, u"dir "_s, u"dir /b"_s, u"dir."_s,
+                          << QStringList({u"bb:c"_s, u"bb?c"_s, u"dir "_s, u"dir /b"_s, u"dir."_s,
                                           u"dir./con.tar.gz"_s})
                           << 0;
     QTest::newRow("Windows") << NameRules::Windows
-                             << QStringList({u"b_c"_s, u"b_c(1)"_s, u"dir_"_s, u"dir_(1)"_s,
+                             << QStringList({u"bb_c"_s, u"bb_c(1)"_s, u"dir_"_s, u"dir_(1)"_s,
                                              u"dir_(1)/$$con$$.tar.gz"_s, u"dir_/b"_s})
                              << 5;
 }
@@ -238,8 +238,8 @@ void TestExtract::names()
     QFETCH(int, renamed);
     const BackupFixture fixture(small({{u"Odd"_s, u"dir /b"_s, "1"},
                                        {u"Odd"_s, u"dir./con.tar.gz"_s, "2"},
-                                       {u"Odd"_s, u"b:c"_s, "3"},
-                                       {u"Odd"_s, u"b?c"_s, "4"}}));
+                                       {u"Odd"_s, u"bb:c"_s, "3"},
+                                       {u"Odd"_s, u"bb?c"_s, "4"}}));
     NoProgress progress;
     const QString target = fixture.path(u"target"_s);
     for (const bool again : {false, true}) {

@@ -48,7 +48,7 @@ class ListAndInfo(Case):
         backup = self.sample("--ios", "17")
         database = sqlite3.connect(stored(backup, file_id("HomeDomain", "Library/SMS/sms.db")))
         messages = database.execute("select count(*) from chat_message_join j join message m on j.message_id = m.rowid "
-                                    "where m.item_type <> 4").fetchone()[0]
+                                    "where m.item_type = 0").fetchone()[0]
         database.close()
         counts = json.loads(self.succeed("info", backup, "--json"))["counts"]
         self.assertEqual(set(counts), COUNTED)

@@ -1,5 +1,6 @@
 """Messages in local databases and from every kind of source, read back with Python's SQLite and the sqlite3 shell."""
 
+import contextlib
 import csv
 import io
 import json
@@ -132,7 +133,8 @@ class Saving(StoreCase):
         store = self.database("changed") / "messages.db"
         backup = self.home / "later"
         shutil.copytree(self.sample("--ios", "12"), backup)
-        with sqlite3.connect(stored(backup, file_id("HomeDomain", "Library/SMS/sms.db"))) as database:
+        with contextlib.closing(sqlite3.connect(stored(backup, file_id("HomeDomain", "Library/SMS/sms.db")))) as database:
+            database.execute("pragma journal_mode = delete")
             chosen = [row[0] for row in database.execute(
                 "select m.rowid from message m join chat_message_join on message_id = m.rowid where text > '' and "
                 "item_type = 0 group by m.rowid order by m.rowid limit 3")]
@@ -140,6 +142,7 @@ class Saving(StoreCase):
                 f"select text from message where rowid in ({','.join(map(str, chosen))})")}
             for rowid in chosen:
                 database.execute("update message set text = 'edited ' || rowid where rowid = ?", (rowid,))
+            database.commit()
         edited = "select count(*) from message where text like 'edited %'"
         for arguments, told, expected in ((), "3 messages are there already with other content", 0), \
                 (("--update",), "3 messages got the content of a newer version", 3), (("--update",), "", 3):

@@ -89,7 +89,6 @@ void TestIos5Attachments::attachments()
             u"alter table message add column madrid_attachment BLOB; update message set madrid_attachment=x'%1'"_s
                 .arg(QLatin1StringView(other.toHex())));
     LookUpSource source;
-    QTest::ignoreMessage(QtWarningMsg, "create IOSContactsMemDb error. Cannot find AddressBook.sqlitedb");
     m_case->load(&source);
     QTEST(int(m_case->db->report().count(IssueKind::Damaged)), "skipped");
     QStringList guids;
@@ -146,7 +145,6 @@ void TestIos5Attachments::fileParts()
     m_case->made->part(35, 3, u"text/x-vCard"_s, u"../../../../escape.v/cf"_s, "BEGIN:VCARD");
     m_case->made->part(4711, 0, u"image/gif"_s, u"of no message.gif"_s, "GIF");
     LookUpSource source;
-    QTest::ignoreMessage(QtWarningMsg, "create IOSContactsMemDb error. Cannot find AddressBook.sqlitedb");
     m_case->load(&source);
     const _MsgMessage &read = *m_case->message(35);
     QCOMPARE(read.attachments.size(), 3u);
@@ -198,7 +196,6 @@ void TestIos5Attachments::looseFile()
     const QDir folder(m_case->folder.filePath(u"lib/SMS"_s));
     QVERIFY(QFile::rename(m_case->folder.filePath(u"sms.db"_s), folder.filePath(u"sms.db"_s)));
 
-    QTest::ignoreMessage(QtWarningMsg, "create IOSContactsMemDb error. Cannot find AddressBook.sqlitedb");
     const MessageSource source = openMessageFile(folder.filePath(u"sms.db"_s));
     source.database->loadChats();
     source.database->loadMessages(0, m_case->progress);

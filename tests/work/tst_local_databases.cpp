@@ -47,6 +47,7 @@ void TestLocalDatabases::init()
 void TestLocalDatabases::goesToTheTrash()
 {
     QVERIFY(QDir().mkpath(place(QStringLiteral("empty"))));
+    QVERIFY(QDir().mkpath(m_home->filePath(QStringLiteral(".local/share")))); // as every desktop has
     for (const char *name : {"Family", "empty"})
         QVERIFY(removeLocalDatabase(place(QLatin1String(name))));
     QVERIFY(QFile::exists(m_home->filePath(QStringLiteral(".local/share/Trash/files/Family/messages.db"))));
