@@ -1,6 +1,7 @@
 #include "cli/item_counts.h"
 
 #include "backup/backup_manifest.h"
+#include "backup/device_database.h"
 #include "base/error.h"
 #include "base/report.h"
 #include "cli/json_writer.h"
@@ -14,6 +15,16 @@
 #include <QFileInfo>
 
 namespace {
+const SourceFile messageFile{QStringLiteral("HomeDomain"), QStringLiteral("Library/SMS/sms.db")};
+
+/// Nothing when the database is whole.
+std::optional<QString> faultOf(const Sqlite3DB &db)
+{
+    Sqlite3Cursor row = db.queryThrow(QStringLiteral("pragma quick_check(1)"));
+    const QString answer = row.moveNext() ? row.getText(0) : QString();
+    return answer == QLatin1String("ok") ? std::nullopt : std::optional(answer.simplified());
+}
+
 std::optional<qint64> countClass(BackupManifest &backup, PersonalSource &records, DataClass dataClass,
                                  Report &report)
 {
@@ -25,8 +36,17 @@ std::optional<qint64> countClass(BackupManifest &backup, PersonalSource &records
     if (!hasMessages)
         return 0;
     const std::unique_ptr<AbsMessageDb> messages = openMessageDb(backup);
+    const qint64 count = messages->countMessages();
     report.merge(messages->report());
-    return messages->countMessages();
+    // Counting looks at a few of the tables, and at no text.
+    Sqlite3DB whole;
+    if (!messages->report().isFailure() && openDeviceDatabase(whole, backup, messageFile))
+        if (const auto fault = faultOf(whole))
+            report.add({.kind = IssueKind::Damaged,
+                        .what = "IDS_ISSUE_DATABASE_DAMAGED",
+                        .where = messageFile.display(),
+                        .reason = *fault});
+    return count;
 }
 
 template <typename Count>
@@ -44,16 +64,14 @@ std::optional<qint64> countOrNothing(DataClass dataClass, Report &report, Count 
     }
 }
 
-/// Nothing when the store of a class, which need not be there, is whole.
+/// The same of a store, which need not be there.
 std::optional<QString> faultOf(const QString &path)
 {
     if (!QFileInfo::exists(path))
         return std::nullopt;
     Sqlite3DB db;
     db.openThrow(path);
-    Sqlite3Cursor row = db.queryThrow(QStringLiteral("pragma quick_check(1)"));
-    const QString answer = row.moveNext() ? row.getText(0) : QString();
-    return answer == QLatin1String("ok") ? std::nullopt : std::optional(answer.simplified());
+    return faultOf(db);
 }
 
 QString storeFile(DataClass dataClass)

@@ -6,6 +6,7 @@
 #include "personal/country_lib_db.h"
 #include "personal/home_country.h"
 #include "personal/ios_contacts_mem_db.h"
+#include "sqlite/mend.h"
 
 #include <algorithm>
 
@@ -79,7 +80,7 @@ void AbsIOSMessageDb::clear()
     m_handles.clear();
     m_messages.clear();
     m_attachments.clear();
-    m_report = {};
+    m_report = m_lost;
     noteDamage();
 }
 
@@ -87,6 +88,21 @@ void AbsIOSMessageDb::noteDamage()
 {
     if (!m_db.damage().isEmpty())
         addIssue("IDS_ISSUE_MESSAGE_DATABASE", m_db.damage());
+}
+
+// Listings join tables, so that one damaged page would cost what other tables say of the same messages.
+void AbsIOSMessageDb::mendDatabase()
+{
+    static const QStringList tables{
+        QStringLiteral("message"),           QStringLiteral("chat"),
+        QStringLiteral("handle"),            QStringLiteral("attachment"),
+        QStringLiteral("chat_message_join"), QStringLiteral("chat_handle_join"),
+        QStringLiteral("message_attachment_join"), QStringLiteral("msg_group"),
+        QStringLiteral("group_member"),      QStringLiteral("msg_pieces"),
+        QStringLiteral("madrid_chat"),       QStringLiteral("madrid_attachment")};
+    m_isMended = true;
+    m_incomplete = mend(m_db, tables, m_lost);
+    m_report.merge(m_lost);
 }
 
 void AbsIOSMessageDb::addIssue(const char *what, const QString &reason)

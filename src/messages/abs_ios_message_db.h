@@ -60,8 +60,25 @@ protected:
     /// Notes which tables and columns are missing that every device of the generation has.
     void requireColumns(const std::vector<std::pair<const char *, std::vector<const char *>>> &tables);
 
-    /// Runs a listing. Damage ends it early and keeps what was read before; when nothing at all can be read,
-    /// that is a failure of an Essential one. `prepare` resolves the columns and gives what is to be done for
+    /// Runs a reading. When it meets damage, it is run once more on what can be read of the database, the rest
+    /// of which is noted: it must change nothing to be run twice.
+    template <typename Read>
+    auto aroundDamage(Read read)
+    {
+        try {
+            return read();
+        } catch (const Error &error) {
+            if (!canMend(error))
+                throw;
+        }
+        mendDatabase();
+        return read();
+    }
+    /// True when rows of a table were lost by that.
+    bool hasLost(const QString &table) const { return m_incomplete.contains(table); }
+
+    /// Runs a listing, inside of aroundDamage(). What damage is left then ends it early and keeps what was read
+    /// before; when nothing at all can be read, that is a failure of an Essential one. `prepare` resolves the columns and gives what is to be done for
     /// each row.
     template <typename Prepare>
     void forEachRow(Listing listing, const QString &sql, Prepare prepare)
@@ -73,7 +90,7 @@ protected:
             for (; cursor.moveNext(); ++rows)
                 takeRow();
         } catch (const Error &error) {
-            if (rows == 0 && listing == Listing::Essential)
+            if (canMend(error) || (rows == 0 && listing == Listing::Essential))
                 throw;
             addIssue("IDS_ISSUE_MESSAGE_LISTINGS", error.sentence());
         }
@@ -102,6 +119,12 @@ protected:
     QHash<qint64, _MsgAttachment *> m_attachmentById;
 
 private:
+    bool canMend(const Error &error) const { return error.kind() == ErrorKind::Damaged && !m_isMended; }
+    void mendDatabase();
+
+    bool m_isMended = false;
+    QSet<QString> m_incomplete;
+    Report m_lost; // by mending
     NumberNormaliser m_normalise;
     QString m_defaultCountry;
     QHash<QString, QString> m_createTexts; // by table name in lower case

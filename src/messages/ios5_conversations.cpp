@@ -41,6 +41,11 @@ void IOS5Conversations::noteDamage()
 
 void IOS5Conversations::loadChats()
 {
+    aroundDamage([this] { readConversations(); });
+}
+
+void IOS5Conversations::readConversations()
+{
     clear();
     if (hasTable(QStringLiteral("msg_group")))
         readGroups();

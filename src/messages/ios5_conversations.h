@@ -34,6 +34,7 @@ protected:
     const _MsgHandle *handleOf(Service service, const QString &address, const QString &country);
 
 private:
+    void readConversations();
     void readGroups();
     void readMembers();
     void nameTextChats();

@@ -130,11 +130,19 @@ QString IOS5MessageDb::onlyChat(const QString &before, qint64 chatId) const
 
 qint64 IOS5MessageDb::countMessages()
 {
-    Sqlite3Cursor cursor = m_db.queryThrow(QStringLiteral("select count(*) from message"));
-    return cursor.moveNext() ? cursor.getInt64(0) : 0;
+    // An index would count what the table has lost.
+    return aroundDamage([this] {
+        Sqlite3Cursor cursor = m_db.queryThrow(QStringLiteral("select count(*) from message not indexed"));
+        return cursor.moveNext() ? cursor.getInt64(0) : qint64(0);
+    });
 }
 
 std::unordered_map<qint64, qint64> IOS5MessageDb::countMessagesByChat()
+{
+    return aroundDamage([this] { return countByChat(); });
+}
+
+std::unordered_map<qint64, qint64> IOS5MessageDb::countByChat()
 {
     std::unordered_map<qint64, qint64> counts;
     if (hasColumn(messageTable, QStringLiteral("group_id"))) {
@@ -160,6 +168,11 @@ void IOS5MessageDb::loadMessages(qint64 chatId, Progress &progress)
 {
     // A load that is stopped half way leaves lists that are in order as far as they go.
     const auto inOrder = qScopeGuard([&] { sortMessages(chatId); });
+    aroundDamage([&] { readConversation(chatId, progress); });
+}
+
+void IOS5MessageDb::readConversation(qint64 chatId, Progress &progress)
+{
     readMessages(chatId, progress);
     if (hasTable(QStringLiteral("madrid_attachment")))
         readAttachments(progress);

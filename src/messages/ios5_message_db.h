@@ -28,6 +28,8 @@ private:
 
     bool hasIMessages() const;
     QString onlyChat(const QString &before, qint64 chatId) const;
+    std::unordered_map<qint64, qint64> countByChat();
+    void readConversation(qint64 chatId, Progress &progress);
     void readMessages(qint64 chatId, Progress &progress);
     void takeMessage(Columns &columns, qint64 chatId);
     void fillIMessage(_MsgMessage &message, Columns &columns);

@@ -56,9 +56,21 @@ QString IOS6MessageDb::listedMessages() const
     QString sql = QStringLiteral("select%1 ifnull(j.chat_id, 0) as chat_id, j.message_id from chat_message_join "
                                  "as j inner join message as m on j.message_id = m.rowid")
                       .arg(hasKey ? QString() : QStringLiteral(" distinct"));
-    if (m_scope == Scope::Usual && hasColumn(QStringLiteral("message"), QStringLiteral("item_type")))
-        sql += QStringLiteral(" and ifnull(m.item_type, 0) = 0");
-    return sql;
+    return sql + usualItems();
+}
+
+// The rest of a condition that leaves out what the scope does not have.
+QString IOS6MessageDb::usualItems() const
+{
+    const bool leavesOut =
+        m_scope == Scope::Usual && hasColumn(QStringLiteral("message"), QStringLiteral("item_type"));
+    return leavesOut ? QStringLiteral(" and ifnull(m.item_type, 0) = 0") : QString();
+}
+
+// Of a message whose conversation cannot be read nobody knows that it stood in none.
+bool IOS6MessageDb::listsThoseOfNoChat() const
+{
+    return m_scope == Scope::Everything || hasLost(QStringLiteral("chat_message_join"));
 }
 
 qint64 IOS6MessageDb::number(const QString &sql) const
@@ -68,6 +80,11 @@ qint64 IOS6MessageDb::number(const QString &sql) const
 }
 
 qint64 IOS6MessageDb::countMessages()
+{
+    return aroundDamage([this] { return countListed(); });
+}
+
+qint64 IOS6MessageDb::countListed() const
 {
     const QString listed = listedMessages();
     qint64 count = number(QStringLiteral("select count(*) from (%1)").arg(listed));
@@ -80,22 +97,29 @@ qint64 IOS6MessageDb::countMessages()
                                        "and chat_id in (select rowid from chat))")
                             .arg(listed, isMissing)) -
                  number(QStringLiteral("select count(*) from (%1) where %2").arg(listed, isMissing));
-    if (m_scope == Scope::Everything)
-        count += number(QStringLiteral("select count(*) from message as m where ") + ofNoChat);
+    if (listsThoseOfNoChat())
+        count += number(QStringLiteral("select count(*) from message as m where ") + ofNoChat + usualItems());
     return count;
 }
 
 std::unordered_map<qint64, qint64> IOS6MessageDb::countMessagesByChat()
 {
+    return aroundDamage([this] {
     std::unordered_map<qint64, qint64> counts;
     Sqlite3Cursor cursor = m_db.queryThrow(
         QStringLiteral("select chat_id, count(*) from (%1) group by chat_id").arg(listedMessages()));
     while (cursor.moveNext())
         counts[cursor.getInt64(0)] = cursor.getInt64(1);
     return counts;
+    });
 }
 
 void IOS6MessageDb::loadChats()
+{
+    aroundDamage([this] { readConversations(); });
+}
+
+void IOS6MessageDb::readConversations()
 {
     clear();
     readChats();
@@ -174,13 +198,18 @@ void IOS6MessageDb::loadMessages(qint64 chatId, Progress &progress)
 {
     // A load that is stopped half way leaves lists that are in order as far as they go.
     const auto inOrder = qScopeGuard([&] { sortMessages(chatId); });
+    aroundDamage([&] { readConversation(chatId, progress); });
+}
+
+void IOS6MessageDb::readConversation(qint64 chatId, Progress &progress)
+{
     const qsizetype hiddenBefore = m_hiddenItems.size();
     readMessages(
         QStringLiteral("select j.chat_id, m.* from chat_message_join as j inner join message as m on "
                        "j.message_id = m.rowid") +
             onlyChat(QStringLiteral("j.chat_id"), chatId),
         Join::Chat, progress);
-    if (chatId <= 0 && m_scope == Scope::Everything)
+    if (chatId <= 0 && listsThoseOfNoChat())
         readMessages(QStringLiteral("select 0, m.* from message as m where ") + ofNoChat, Join::None,
                      progress);
     if (hasTable(QStringLiteral("attachment")) && hasTable(QStringLiteral("message_attachment_join")))

@@ -24,6 +24,11 @@ private:
     DateUnit dateUnit() const;
     QString listedMessages() const;
     qint64 number(const QString &sql) const;
+    QString usualItems() const;
+    bool listsThoseOfNoChat() const;
+    qint64 countListed() const;
+    void readConversations();
+    void readConversation(qint64 chatId, Progress &progress);
     void readChats();
     void computeLastDates();
     void readHandles();

@@ -206,6 +206,16 @@ void Sqlite3DB::openForeign(const DatabaseFile &file, SqliteOpen mode)
     m_damage = error.sentence();
 }
 
+void Sqlite3DB::goOnWith(Sqlite3DB &copy)
+{
+    close();
+    copy.m_cached.clear();
+    copy.m_guard.reset();
+    m_db = std::exchange(copy.m_db, nullptr);
+    watchForeign();
+    m_guard->readTableKinds();
+}
+
 void Sqlite3DB::watchForeign()
 {
     m_guard = std::make_unique<ForeignGuard>(m_db);

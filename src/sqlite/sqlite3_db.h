@@ -55,6 +55,8 @@ public:
     /// place of a table is damage. A statement ends with Error when it works on and on without a row, and
     /// with Cancelled when the job of this thread is to stop (StatementStop).
     void openForeign(const DatabaseFile &file, SqliteOpen mode = SqliteOpen::ReadOnly);
+    /// Goes on under its name with what `copy` holds, which is closed by it. No cursor may be there.
+    void goOnWith(Sqlite3DB &copy);
     /// What openForeign() found wrong with the file as a whole, a sentence; empty for nothing.
     QString damage() const { return m_damage; }
     void close();
