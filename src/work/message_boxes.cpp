@@ -67,6 +67,10 @@ MessageBox::MessageBox(BoxIcon icon, const QString &text, BoxButtons buttons, QW
     if (buttons.testFlag(BoxButton::No)) {
         setEscapeButton(QMessageBox::No);
         setDefaultButton(QMessageBox::No);
+    } else if (!buttons.testFlag(BoxButton::Cancel)) {
+        // With another button beside it Qt would take none for the one that Escape presses.
+        setEscapeButton(QMessageBox::Ok);
+        setDefaultButton(QMessageBox::Ok);
     }
     layout()->setContentsMargins(24, 24, 24, 16);
 }

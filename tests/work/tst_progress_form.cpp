@@ -238,12 +238,16 @@ void TestProgressForm::successOffersTheResult()
     form.setResultToOpen(QStringLiteral("/nowhere"));
     form.show();
     bool offered = false;
-    const OnModal<MessageBox> answer([&offered](MessageBox &box) {
+    bool isClosed = false;
+    const OnModal<MessageBox> answer([&](MessageBox &box) {
         offered = box.findChild<QPushButton *>(QStringLiteral("btnOpenResult")) != nullptr;
+        QTest::keyClick(&box, Qt::Key_Escape);
+        isClosed = !box.isVisible();
         QTest::mouseClick(box.button(QMessageBox::Ok), Qt::LeftButton);
     });
     form.succeed(QStringLiteral("Successfully extracted 3 Messages."));
     QVERIFY(offered);
+    QVERIFY2(isClosed, "Escape does nothing to the box");
     QCOMPARE(form.result(), 1);
     QVERIFY(!form.isCancelled());
 }
