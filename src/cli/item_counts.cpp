@@ -58,7 +58,6 @@ std::optional<qint64> countOrNothing(DataClass dataClass, Report &report, Count 
         report.add({.kind = IssueKind::Damaged,
                     .what = "IDS_ISSUE_NOT_COUNTED",
                     .where = dataClassName(dataClass),
-                    .count = 0,
                     .reason = error.sentence()});
         return std::nullopt;
     }

@@ -2038,8 +2038,8 @@ What the window does, quillbarrow-cli does without one: see quillbarrow-cli --he
     <message numerus="yes">
         <source>IDS_ISSUE_NOT_COUNTED</source>
         <translation>
-            <numerusform>%1 cannot be counted: %2</numerusform>
-            <numerusform>%1 cannot be counted: %2</numerusform>
+            <numerusform>%n kind of data cannot be counted: %1. %2</numerusform>
+            <numerusform>%n kinds of data cannot be counted: %1. %2</numerusform>
         </translation>
     </message>
     <message numerus="yes">

@@ -64,7 +64,6 @@ void countAll(BackupManifest &manifest, BackupCounts &counts, Progress &progress
             counts.report.add({.kind = IssueKind::Damaged,
                                .what = "IDS_ISSUE_NOT_COUNTED",
                                .where = dataClassName(dataClass),
-                               .count = 0,
                                .reason = error.sentence()});
         }
     }
