@@ -22,6 +22,14 @@ bool holdsAStore(const QDir &folder)
         return QFileInfo(folder.filePath(QLatin1String(name))).isFile();
     });
 }
+
+/// Makes the folder that the desktop's trash lies in. Qt, where it finds none, puts what is deleted into the
+/// current folder.
+bool hasTrash()
+{
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    return QDir().mkpath(folder) && QFileInfo(folder).isWritable();
+}
 } // namespace
 
 bool isLocalDatabase(const QString &folder)
@@ -37,9 +45,7 @@ bool removeLocalDatabase(const QString &folder)
 {
     if (!isLocalDatabase(folder))
         throw Error(QStringLiteral("can not delete %1. It is no local database.").arg(folder));
-    // Without the folder that the desktop's trash lies in there would be no trash, and no way back.
-    QDir().mkpath(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation));
-    if (!QFile::moveToTrash(folder))
+    if (!hasTrash() || !QFile::moveToTrash(folder))
         removeFolderTree(folder);
     return !QFileInfo::exists(folder);
 }

@@ -14,6 +14,7 @@ class TestLocalDatabases : public QObject
 private slots:
     void init();
     void goesToTheTrash();
+    void goesForGoodWithoutATrash();
     void othersStay_data();
     void othersStay();
 
@@ -52,6 +53,14 @@ void TestLocalDatabases::goesToTheTrash()
         QVERIFY(removeLocalDatabase(place(QLatin1String(name))));
     QVERIFY(QFile::exists(m_home->filePath(QStringLiteral(".local/share/Trash/files/Family/messages.db"))));
     QVERIFY(!QFile::exists(place(QStringLiteral("Family"))));
+}
+
+void TestLocalDatabases::goesForGoodWithoutATrash()
+{
+    write(m_home->filePath(QStringLiteral(".local")));
+    QVERIFY(removeLocalDatabase(place(QStringLiteral("Family"))));
+    QVERIFY(!QFile::exists(place(QStringLiteral("Family"))));
+    QVERIFY2(!QFile::exists(QStringLiteral("files/Family")), "it lies in the current folder");
 }
 
 void TestLocalDatabases::othersStay_data()
