@@ -23,6 +23,8 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+QStringList words; // of the command line
+
 constexpr int pollMs = 1;
 
 /// False when the program ends before it comes true.
@@ -139,7 +141,7 @@ void sitDown()
             if (!window || !window->isVisible())
                 continue;
             arrival->stop();
-            Person(*window, QCoreApplication::arguments()).act();
+            Person(*window, words).act();
             return;
         }
     });
@@ -151,5 +153,8 @@ Q_COREAPP_STARTUP_FUNCTION(sitDown)
 
 int main(int argc, char **argv)
 {
-    return runApplication(argc, argv);
+    for (int i = 0; i < argc; ++i)
+        words.append(QString::fromLocal8Bit(argv[i]));
+    int none = 1; // they are no arguments of the program
+    return runApplication(none, argv);
 }

@@ -67,6 +67,11 @@ class Place:
                 found += [str(path) for secret in secrets if secret in content]
         return found
 
+    def left_behind(self):
+        """What lies in the temporary folder, but for the empty folder that the interface library makes there."""
+        return [path for path in self.temporary.iterdir()
+                if not (path.name.startswith("runtime-") and not any(path.iterdir()))]
+
     def parts(self):
         return list(self.target.rglob(".*.part"))
 
@@ -130,14 +135,15 @@ class Kills(Case):
                 with self.subTest(command, number=number, how=how.name):
                     shutil.rmtree(place.target, ignore_errors=True)
                     ended, _ = place.run(arguments, number, int(how))
-                    self.assertEqual(ended.returncode, -how if how == signal.SIGKILL else 1, ended.stderr)
+                    # A signal that comes when all is done does nothing any more.
+                    self.assertIn(ended.returncode, (-how,) if how == signal.SIGKILL else (0, 1), ended.stderr)
                     if how == signal.SIGTERM:
                         self.assertEqual(place.parts(), [])
-                        self.assertEqual(list(place.temporary.iterdir()), [])
+                        self.assertEqual(place.left_behind(), [])
                         self.check_backup(place)
                     self.start_next(place)
                     self.assertEqual(place.holders(self.secrets), [])
-                    self.assertEqual(list(place.temporary.iterdir()), [])
+                    self.assertEqual(place.left_behind(), [])
                     self.check_backup(place)
                     if "TARGET" in command and how == signal.SIGKILL:
                         again, _ = place.run(arguments)
