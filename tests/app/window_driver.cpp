@@ -1,5 +1,5 @@
-// The program with somebody at it: opens a backup, looks at its messages, exports and prints them, opens a
-// photo, and closes the window; or unlists the backup that is listed. Says "done" when all of it was done.
+// The program with somebody at it: opens a backup, looks at its messages, exports and prints them, and
+// closes the window; or unlists the backup that is listed. Says "done" when all of it was done.
 //
 // window_driver use BACKUP TARGET    with the password in QUILLBARROW_PASSWORD
 // window_driver unlist
@@ -14,7 +14,6 @@
 #include <QAction>
 #include <QEventLoop>
 #include <QLineEdit>
-#include <QListView>
 #include <QPrinter>
 #include <QTreeView>
 
@@ -46,8 +45,11 @@ public:
     Person(MainWindow &window, QStringList arguments) : m_window(window), m_arguments(std::move(arguments))
     {
         connect(&m_boxes, &QTimer::timeout, this, [] {
-            if (auto *box = qobject_cast<MessageBox *>(QApplication::activeModalWidget()))
-                box->buttons().constFirst()->click(); // OK, or Yes
+            auto *box = qobject_cast<MessageBox *>(QApplication::activeModalWidget());
+            if (!box)
+                return;
+            std::fprintf(stderr, "box: %s\n", qUtf8Printable(box->text()));
+            box->buttons().constFirst()->click(); // OK, or Yes
         });
         m_boxes.start(pollMs);
     }
@@ -67,7 +69,7 @@ private:
             dialog.findChild<QLineEdit *>(u"edPassword"_s)->setText(qEnvironmentVariable("QUILLBARROW_PASSWORD"));
             dialog.btnOKPressed();
         });
-        return m_window.loadBackup(m_arguments.at(2)) && look() && exportMessages() && print() && openPhoto();
+        return m_window.loadBackup(m_arguments.at(2)) && look() && exportMessages() && print();
     }
 
     bool look()
@@ -85,23 +87,6 @@ private:
         auto printer = std::make_shared<QPrinter>(QPrinter::ScreenResolution);
         printer->setOutputFileName(m_arguments.at(3) + u"/printed.pdf"_s);
         return m_messages->actions().printOn(printer);
-    }
-
-    bool openPhoto()
-    {
-        QListView *photos = nullptr;
-        if (!select(u"Photos"_s) || !waitFor([&] {
-                photos = m_window.findChild<QListView *>(u"gridPhotos"_s);
-                return photos && photos->model() && photos->model()->rowCount() > 0;
-            }))
-            return false;
-        photos->setCurrentIndex(photos->model()->index(0, 0));
-        emit photos->activated(photos->currentIndex());
-        const QString opened = QFileInfo(QDir::tempPath()).path() + u"/opened"_s;
-        return waitFor([opened] {
-            QFile file(opened);
-            return file.open(QIODevice::ReadOnly) && file.readAll().contains("/quillbarrow-scratch-");
-        });
     }
 
     bool unlist()
