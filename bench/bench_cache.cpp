@@ -34,7 +34,7 @@ OpenBackupPtr unlocked(const SampleOptions &options, Copies copies)
 void load(const SampleOptions &options, Copies copies)
 {
     NoProgress nobody;
-    if (loadBackup(*unlocked(options, copies), nobody).messages < messages / 2)
+    if (loadBackup(*unlocked(options, copies), nobody).of(DataClass::Messages).value_or(0) < messages / 2)
         std::abort();
 }
 
