@@ -2,11 +2,18 @@
 
 #include "base/error.h"
 
+#include <QFile>
 #include <QFileInfo>
+#include <QHash>
 #include <QMutex>
 #include <QThread>
 
 #include <algorithm>
+
+#ifdef Q_OS_UNIX
+#include <fcntl.h>
+#include <unistd.h>
+#endif
 
 namespace {
 constexpr const char *companions[] = {"-wal", "-shm", "-journal"};
@@ -17,7 +24,28 @@ struct Guards
 {
     QMutex mutex;
     QList<const SourceGuard *> all;
+    QHash<const SourceGuard *, QList<int>> held; // descriptors of their places
 };
+
+/// Keeps the number of a place from being given to another one, should the place be deleted while it is guarded.
+QList<int> hold([[maybe_unused]] const QStringList &places)
+{
+    QList<int> descriptors;
+#ifdef O_PATH
+    for (const QString &place : places)
+        if (const int descriptor = ::open(QFile::encodeName(place).constData(), O_PATH | O_CLOEXEC); descriptor >= 0)
+            descriptors.append(descriptor);
+#endif
+    return descriptors;
+}
+
+void letGo([[maybe_unused]] const QList<int> &descriptors)
+{
+#ifdef O_PATH
+    for (const int descriptor : descriptors)
+        ::close(descriptor);
+#endif
+}
 
 Guards &guards()
 {
@@ -45,6 +73,7 @@ QList<FileIdentity> identitiesFrom(const QString &path)
 SourceGuard::SourceGuard(const QStringList &places, Reach reach)
     : m_thread(reach == Reach::ThisThread ? QThread::currentThreadId() : nullptr)
 {
+    const QList<int> held = hold(places);
     for (const QString &place : places) {
         const QFileInfo real(QFileInfo(place).canonicalFilePath());
         const auto identity = identityOf(place);
@@ -58,12 +87,14 @@ SourceGuard::SourceGuard(const QStringList &places, Reach reach)
     }
     const QMutexLocker lock(&guards().mutex);
     guards().all.append(this);
+    guards().held.insert(this, held);
 }
 
 SourceGuard::~SourceGuard()
 {
     const QMutexLocker lock(&guards().mutex);
     guards().all.removeOne(this);
+    letGo(guards().held.take(this));
 }
 
 bool SourceGuard::covers(const QFileInfo &file, const QList<FileIdentity> &fileAndAbove) const

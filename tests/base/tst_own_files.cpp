@@ -26,6 +26,7 @@ private slots:
     void guarded_data();
     void guarded();
     void guardsEnd();
+    void deletedSourceGuardsNothingElse();
 
 private:
     QTemporaryDir m_folder;
@@ -164,6 +165,19 @@ void TestOwnFiles::guardsEnd()
         QVERIFY(isRefused(at(u"other/new"_s)));
     }
     QVERIFY(!isRefused(at(u"source/new"_s)) && !isRefused(at(u"other/new"_s)));
+}
+
+// A file system gives the number of a deleted folder to the next one that is made.
+void TestOwnFiles::deletedSourceGuardsNothingElse()
+{
+    QDir().mkpath(at(u"short-lived"_s));
+    const SourceGuard guard({at(u"short-lived"_s)});
+    QVERIFY(QDir().rmdir(at(u"short-lived"_s)));
+    for (int i = 0; i < 50; ++i) {
+        const QString next = at(u"next %1"_s.arg(i));
+        QDir().mkpath(next);
+        QVERIFY(!isRefused(next + u"/file"_s));
+    }
 }
 
 QTEST_APPLESS_MAIN(TestOwnFiles)
