@@ -1358,10 +1358,6 @@ What the window does, quillbarrow-cli does without one: see quillbarrow-cli --he
         </translation>
     </message>
     <message>
-        <source>IDS_OPENED_WITH_DAMAGE_%1</source>
-        <translation>The backup is open, but it is damaged. %1</translation>
-    </message>
-    <message>
         <source>IDS_FILTER_TEXT_FILES</source>
         <translation>Text Files(*.txt)</translation>
     </message>
@@ -2138,13 +2134,6 @@ What the window does, quillbarrow-cli does without one: see quillbarrow-cli --he
         <translation>
             <numerusform>%n date of %1 is not a date: %2</numerusform>
             <numerusform>%n dates of %1 are not dates: %2</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>IDS_ISSUE_CONTACT_PICTURES_DAMAGED</source>
-        <translation>
-            <numerusform>%n picture of a contact in %1 cannot be read: %2</numerusform>
-            <numerusform>%n pictures of contacts in %1 cannot be read: %2</numerusform>
         </translation>
     </message>
     <message numerus="yes">
