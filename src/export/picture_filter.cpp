@@ -210,6 +210,8 @@ FilteredPicture filteredPng(QByteArrayView file)
         if (type == "IEND")
             break;
     }
+    if (size.isEmpty())
+        refuse();
     return {"png", size, kept.take()};
 }
 

@@ -1,5 +1,5 @@
-// The program with somebody at it: opens a backup, looks at its messages, exports and prints them, and
-// closes the window; or unlists the backup that is listed. Says "done" when all of it was done.
+// The program with somebody at it: opens a backup, looks at its messages, exports and prints them, opens a
+// photo, and closes the window; or unlists the backup that is listed. Says "done" when all of it was done.
 //
 // window_driver use BACKUP TARGET    with the password in QUILLBARROW_PASSWORD
 // window_driver unlist
@@ -11,8 +11,10 @@
 #include "views/passcode_dlg.h"
 #include "views/sms_main_form.h"
 
+#include <QAbstractItemView>
 #include <QAction>
 #include <QEventLoop>
+#include <QFile>
 #include <QLineEdit>
 #include <QPrinter>
 #include <QTreeView>
@@ -69,7 +71,7 @@ private:
             dialog.findChild<QLineEdit *>(u"edPassword"_s)->setText(qEnvironmentVariable("QUILLBARROW_PASSWORD"));
             dialog.btnOKPressed();
         });
-        return m_window.loadBackup(m_arguments.at(2)) && look() && exportMessages() && print();
+        return m_window.loadBackup(m_arguments.at(2)) && look() && exportMessages() && print() && openPhoto();
     }
 
     bool look()
@@ -87,6 +89,20 @@ private:
         auto printer = std::make_shared<QPrinter>(QPrinter::ScreenResolution);
         printer->setOutputFileName(m_arguments.at(3) + u"/printed.pdf"_s);
         return m_messages->actions().printOn(printer);
+    }
+
+    /// The desktop of the test makes a file "opened" beside the target of what it is asked to open.
+    bool openPhoto()
+    {
+        QAbstractItemView *photos = nullptr;
+        if (!select(u"Photos"_s) || !waitFor([&] {
+                photos = m_window.findChild<QAbstractItemView *>(u"gridPhotos"_s);
+                return photos && photos->model() && photos->model()->rowCount() > 0;
+            }))
+            return false;
+        photos->setCurrentIndex(photos->model()->index(0, 0));
+        emit photos->activated(photos->currentIndex());
+        return waitFor([this] { return QFile::exists(m_arguments.at(3) + u"/../opened"_s); });
     }
 
     bool unlist()

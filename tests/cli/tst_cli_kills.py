@@ -21,9 +21,14 @@ class Place:
     def __init__(self, folder, backup):
         self.folder, self.backup = folder, backup
         self.home, self.temporary, self.target = folder / "home", folder / "tmp", folder / "target"
-        for each in (self.home, self.temporary):
+        programs = folder / "bin"
+        for each in (self.home, self.temporary, programs):
             each.mkdir(parents=True)
+        desktop = programs / "xdg-open"
+        desktop.write_text(f"#!/bin/sh\ncp \"$1\" '{folder}/opened.tmp' && mv '{folder}/opened.tmp' '{folder}/opened'\n")
+        desktop.chmod(0o755)
         self.environment = {**os.environ, "HOME": str(self.home), "TMPDIR": str(self.temporary),
+                            "PATH": f"{programs}:{os.environ['PATH']}",
                             "QUILLBARROW_PASSWORD": PASSWORD,
                             "QT_QPA_PLATFORM": "offscreen", "QTWEBENGINE_DISABLE_SANDBOX": "1",
                             "ASAN_OPTIONS": "verify_asan_link_order=0"}
@@ -159,10 +164,11 @@ class Kills(Case):
         self.command_line(["export", "messages", "BACKUP", "--format", "pdf", "-o", "TARGET"], 2)
 
     def test_window(self):
-        moments = 6
+        moments = 10
         place = self.place("window")
         whole, changes = place.run([WINDOW, "use", place.backup, place.target])
         self.assertEqual((whole.returncode, whole.stdout), (0, b"done\n"), whole.stderr)
+        self.assertTrue((place.folder / "opened").read_bytes().startswith(b"\xFF\xD8"))
         self.unlist(place)
         for moment in range(moments):
             number = 1 + changes * (2 * moment + 1) // (2 * moments)

@@ -1,5 +1,6 @@
 #include "base/limited_process.h"
 #include "export/emoji_picture.h"
+#include "export/picture_filter.h"
 #include "export/picture_reader.h"
 #include "export/softbank_emoji.h"
 #include "export/thumbnails.h"
@@ -165,6 +166,7 @@ private slots:
     void readsAnyKind();
     void hostile_data();
     void hostile();
+    void keepsNothingWithoutASize();
     void cardPhoto_data();
     void cardPhoto();
     void cardPicture();
@@ -374,6 +376,17 @@ void TestPictures::hostile()
                   .longestMs = 20000});
     QVERIFY2(said, "it took too much memory or time");
     QCOMPARE(*said, isShown ? QByteArray("shown") : QByteArray("bad"));
+}
+
+void TestPictures::keepsNothingWithoutASize()
+{
+    for (const QByteArray &whole :
+         {picture(30, 20, "JPEG"), picture(30, 20), picture(30, 20, "BMP"), smallGif}) {
+        for (qsizetype length = 0; length < whole.size(); ++length) {
+            const FilteredPicture kept = filteredPicture(whole.first(length));
+            QVERIFY2(kept.bytes.isEmpty() || isPictureSize(kept.size), whole.first(3) + QByteArray::number(length));
+        }
+    }
 }
 
 void TestPictures::cardPhoto_data()
