@@ -306,7 +306,7 @@ QStringList vCardParts(const QString &value)
     QStringList parts;
     qsizetype start = 0;
     for (qsizetype i = 0; i <= value.size(); ++i) {
-        if (i < value.size() && value.at(i) == QLatin1Char('\\')) {
+        if (i + 1 < value.size() && value.at(i) == QLatin1Char('\\')) {
             ++i;
         } else if (i >= value.size() || value.at(i) == QLatin1Char(';')) {
             parts.append(vCardUnescaped(value.mid(start, i - start)));

@@ -487,6 +487,10 @@
         <source>IDS_INVALID_PASSWORD</source>
         <translation>Invalid password.</translation>
     </message>
+    <message>
+        <source>IDS_%1_IN_%2</source>
+        <translation>%1 in %2</translation>
+    </message>
     <message numerus="yes">
         <source>IDS_CONVERSATION_COUNT</source>
         <translation>

@@ -70,6 +70,7 @@ void SMSMainForm::buildWidgets()
     m_conversation = new ConversationView;
     buildList();
     m_notices = new NoticeBar;
+    m_notices->offerEverything();
     m_summary = new ConversationSummary;
     m_detail = new QStackedWidget;
     m_detail->addWidget(m_summary);
@@ -97,6 +98,10 @@ void SMSMainForm::buildWidgets()
     connect(m_header, &ViewHeader::filterLeft, m_list, [this] { m_list->setFocus(); });
     connect(m_conversation, &ConversationView::choiceChanged, this, &SMSMainForm::showActions);
     connect(m_states, &StateStack::actionRequested, this, &SMSMainForm::reload);
+    connect(m_notices, &NoticeBar::scopeWanted, this, [this](Scope scope) {
+        m_scope = scope;
+        reload();
+    });
 }
 
 void SMSMainForm::buildList()
@@ -141,7 +146,7 @@ void SMSMainForm::reload()
     m_model->setMessages(nullptr);
     m_messages.reset();
     m_notices->setReport({});
-    auto worker = std::make_unique<LoadMessagesThread>(m_origin);
+    auto worker = std::make_unique<LoadMessagesThread>(m_origin, m_scope);
     LoadMessagesThread *loading = worker.get();
     m_job = std::make_unique<BackgroundJob>(std::move(worker));
     connect(m_job.get(), &BackgroundJob::progressed, m_states, &StateStack::setProgress);
@@ -159,10 +164,10 @@ void SMSMainForm::onLoaded(const LoadMessagesThread &worker)
 {
     m_messages = worker.messages();
     m_model->setMessages(m_messages);
-    if (m_messages)
-        m_notices->setReport(m_messages->database->report());
+    const Report report = worker.report();
+    m_notices->setReport(report, m_scope);
     if (m_model->rowCount() == 0) {
-        showEmpty();
+        showEmpty(report);
         return;
     }
     m_range->setBounds(m_model->bounds());
@@ -173,8 +178,13 @@ void SMSMainForm::onLoaded(const LoadMessagesThread &worker)
         m_list->setCurrentIndex(m_proxy->index(0, 0));
 }
 
-void SMSMainForm::showEmpty()
+// Nothing is said to be all there is while something could not be read.
+void SMSMainForm::showEmpty(const Report &report)
 {
+    if (report.isFailure()) {
+        onFailed(problemsOf(report).join(QLatin1Char('\n')));
+        return;
+    }
     const bool isBackup = m_origin.backup != nullptr;
     const QString none = textFor(isBackup ? "IDS_NO_MESSAGES" : "IDS_NO_MESSAGES_HERE");
     m_states->showEmpty(none, textFor(!m_origin.localDatabase.isEmpty() ? "IDS_EMPTY_LOCAL_HINT"
@@ -326,7 +336,12 @@ void SMSMainForm::disableActions(const QString &whyNot)
 void SMSMainForm::showCounts(std::size_t selected)
 {
     const auto shown = static_cast<std::size_t>(m_proxy->rowCount());
-    m_header->setCount(conversations(shown));
+    qint64 messages = 0;
+    for (std::size_t row = 0; row < shown; ++row)
+        messages += m_proxy->index(static_cast<int>(row), ItemModelSms::Count)
+                        .data(ItemModelSms::SortRole)
+                        .toLongLong();
+    m_header->setCount(textFor("IDS_%1_IN_%2").arg(messageCountText(messages), conversations(shown)));
     const bool searching = m_search && m_search->isRunning();
     setStatus(searching    ? textFor("IDS_SEARCHING")
               : shown == 0 ? textFor("IDS_NOTHING_MATCHES")

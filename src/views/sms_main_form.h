@@ -54,7 +54,7 @@ private:
     void buildWidgets();
     void buildList();
     void onLoaded(const LoadMessagesThread &worker);
-    void showEmpty();
+    void showEmpty(const Report &report);
     void onFailed(const QString &text);
     void onFilterChanged();
     void keepSelected(const std::function<void()> &change);
@@ -71,6 +71,7 @@ private:
     MessageActions::Selection selection() const;
 
     MessageOrigin m_origin;
+    Scope m_scope = Scope::Usual;
     LoadedMessagesPtr m_messages;
     std::unique_ptr<BackgroundJob> m_job;
     std::unique_ptr<BackgroundJob> m_search;

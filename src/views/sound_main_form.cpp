@@ -110,11 +110,14 @@ void SoundMainForm::load(std::unique_ptr<WorkerThread> worker,
     connect(m_job.get(), &BackgroundJob::succeeded, this,
             [this, makeModel = std::move(makeModel)] { showModel(makeModel()); });
     connect(m_job.get(), &BackgroundJob::failed, this, [this, isThere](const QString &text) {
-        if (isThere)
+        const Report &catalogue = m_backup->manifest().report();
+        setReport(catalogue);
+        const bool isKnown = isThere || catalogue.isFailure();
+        if (isKnown)
             m_states->showFailed(textFor("IDS_SOUNDS_FAILED"), text);
         else
             m_states->showEmpty(textFor(m_texts.empty), text);
-        setStatus(textFor(isThere ? "IDS_SOUNDS_FAILED" : m_texts.empty));
+        setStatus(textFor(isKnown ? "IDS_SOUNDS_FAILED" : m_texts.empty));
         setExportState(textFor("IDS_EXPORT"), text);
     });
     m_fetching.reset();

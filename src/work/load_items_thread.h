@@ -17,7 +17,7 @@ public:
 
     /// To be read after success.
     const QList<Item> &items() const { return m_items; }
-    /// What could not be read.
+    /// What could not be read, of the backup's catalogue too.
     const Report &report() const { return m_report; }
 
 protected:
@@ -25,6 +25,7 @@ protected:
     {
         const BackupUse use(*m_backup, progress);
         m_items = m_reader(m_backup->manifest(), m_report);
+        m_report.merge(m_backup->manifest().report());
         return {};
     }
 

@@ -22,6 +22,8 @@ LoadRecordsThread::LoadRecordsThread(RecordSource source, DataClass dataClass, S
 QString LoadRecordsThread::work(Progress &progress)
 {
     m_records = readRecords(m_source, m_dataClass, m_scope, m_report, progress);
+    if (m_source.backup)
+        m_report.merge(m_source.backup->manifest().report());
     return {};
 }
 

@@ -15,7 +15,7 @@ public:
 
     /// To be read after success.
     const RecordsPtr &records() const { return m_records; }
-    /// What does not come with them.
+    /// What does not come with them, and what the backup's catalogue lost.
     const Report &report() const { return m_report; }
 
 protected:

@@ -68,7 +68,8 @@ private:
     bool use()
     {
         const OnModal<PasscodeDlg> password([](PasscodeDlg &dialog) {
-            dialog.findChild<QLineEdit *>(u"edPassword"_s)->setText(qEnvironmentVariable("QUILLBARROW_PASSWORD"));
+            dialog.findChild<QLineEdit *>(u"edPassword"_s)
+                ->setText(qEnvironmentVariable("QUILLBARROW_PASSWORD"));
             dialog.btnOKPressed();
         });
         return m_window.loadBackup(m_arguments.at(2)) && look() && exportMessages() && print() && openPhoto();

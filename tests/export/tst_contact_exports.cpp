@@ -244,6 +244,10 @@ void TestContactExports::foreignCards_data()
     QTest::newRow("two organisations")
         << QByteArray("FN:A\nORG:Co;Looms;East\nTITLE:Boss\nORG:Inc\nTITLE:Clerk\n") << Kind::Organization
         << row({{1, "Co; Inc"}, {4, "Boss; Clerk"}, {5, "Looms, East"}});
+    QTest::newRow("organisation that ends in an escape")
+        << QByteArray("FN:A\nORG:Co;East\\\n") << Kind::Organization << row({{1, "Co"}, {5, "East\\"}});
+    QTest::newRow("organisation of one escape")
+        << QByteArray("FN:A\nORG:\\\n") << Kind::Organization << row({{1, "\\"}});
     QTest::newRow("folded line in a group")
         << QByteArray("FN:A\r\nitem1.EMAIL;type=INTERNET;type=WORK:a@\r\n b.c\r\n") << Kind::Email
         << row({{1, "a@b.c"}, {2, "2"}});

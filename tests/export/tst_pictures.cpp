@@ -384,7 +384,8 @@ void TestPictures::keepsNothingWithoutASize()
          {picture(30, 20, "JPEG"), picture(30, 20), picture(30, 20, "BMP"), smallGif}) {
         for (qsizetype length = 0; length < whole.size(); ++length) {
             const FilteredPicture kept = filteredPicture(whole.first(length));
-            QVERIFY2(kept.bytes.isEmpty() || isPictureSize(kept.size), whole.first(3) + QByteArray::number(length));
+            QVERIFY2(kept.bytes.isEmpty() || isPictureSize(kept.size),
+                     whole.first(3) + QByteArray::number(length));
         }
     }
 }

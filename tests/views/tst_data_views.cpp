@@ -13,6 +13,7 @@
 #include "views/message_export_dlg.h"
 #include "views/sms_main_form.h"
 #include "views/state_stack.h"
+#include "work/load_bk_thread.h"
 #include "work/progress_form.h"
 
 #include <QAction>
@@ -81,6 +82,7 @@ private slots:
     void savedAndDeletedInALocalDatabase();
     void attachmentsAreSaved();
     void selectionIsPrinted();
+    void whatIsLeftOutCanBeShown();
     void damageIsTold();
     void exportCancelledLeavesNothing();
     void noMessages_data();
@@ -386,6 +388,34 @@ void TestDataViews::selectionIsPrinted()
     QVERIFY(written.open(QIODevice::ReadOnly) && written.read(4) == "%PDF");
 }
 
+void TestDataViews::whatIsLeftOutCanBeShown()
+{
+    const SampleBackup sample;
+    const OpenBackupPtr backup = sample.opened();
+    SMSMainForm form({backup});
+    form.show();
+    QTRY_VERIFY(isLoaded(form));
+    auto *everything = form.findChild<QToolButton *>(QStringLiteral("btnNoticeEverything"));
+    const auto shown = [&form] { return labelText(form, "lbCount").section(u' ', 0, 0).toInt(); };
+    const int usual = shown();
+    NoProgress nobody;
+    QCOMPARE(usual, loadBackup(*backup, nobody).of(DataClass::Messages));
+    const int hidden = labelText(form, "lbNotice").section(u' ', 0, 0).toInt();
+    everything->click();
+    QTRY_VERIFY(isLoaded(form));
+    QVERIFY2(hidden > 0 && shown() >= usual + hidden, qPrintable(labelText(form, "lbCount")));
+    QTemporaryDir target;
+    {
+        listOf(form)->selectAll();
+        const AnswerBox done;
+        QVERIFY(form.exportTo({MessageFormat::Csv, target.filePath(QStringLiteral("all.csv"))}));
+        QVERIFY2(done.text().contains(QString::number(shown())), "what is shown is what is exported");
+    }
+    everything->click();
+    QTRY_VERIFY(isLoaded(form));
+    QCOMPARE(shown(), usual);
+}
+
 void TestDataViews::damageIsTold()
 {
     const SampleBackup sample;
@@ -428,33 +458,38 @@ void TestDataViews::exportCancelledLeavesNothing()
 void TestDataViews::noMessages_data()
 {
     QTest::addColumn<bool>("withDatabase");
-    QTest::newRow("a database without conversations") << true;
-    QTest::newRow("no database at all") << false;
+    QTest::addColumn<bool>("isLost");
+    QTest::newRow("a database without conversations") << true << false;
+    QTest::newRow("no database at all") << false << false;
+    QTest::newRow("no database in what is left of the catalogue") << false << true;
 }
 
 void TestDataViews::noMessages()
 {
     QFETCH(bool, withDatabase);
+    QFETCH(bool, isLost);
     const SampleBackup sample;
     if (withDatabase) {
-        const QString path = contentPath(sample);
-        QVERIFY(QFile::remove(path));
         Sqlite3DB database;
-        database.openThrow(path, SqliteOpen::ReadWriteCreate);
-        for (const char *table : {"chat", "message", "handle", "chat_message_join", "chat_handle_join"})
-            database.executeThrow(
-                QStringLiteral("create table %1(guid, chat_id, message_id, handle_id, date)")
-                    .arg(QLatin1String(table)));
+        database.openThrow(contentPath(sample), SqliteOpen::ReadWrite);
+        // The trigger calls functions that only the device has.
+        QVERIFY(database.exec(QStringLiteral("drop trigger clean_orphaned_messages; delete from chat;"
+                                             "delete from chat_message_join; delete from message")));
     } else {
         Sqlite3DB catalogue;
         catalogue.openThrow(sample.folder() + QStringLiteral("/Manifest.db"), SqliteOpen::ReadWrite);
         catalogue.executeThrow(QStringLiteral("delete from Files where relativePath='Library/SMS/sms.db'"));
+        if (isLost)
+            catalogue.executeThrow(
+                QStringLiteral("update Files set file=x'00' where relativePath like '%.plist'"));
     }
     SMSMainForm form({sample.opened()});
     form.show();
     auto *states = form.findChild<StateStack *>(QStringLiteral("viewStates"));
     QTRY_COMPARE(labelText(*states->currentWidget(), "lbStateTitle"),
-                 QStringLiteral("There are no messages in this backup."));
+                 isLost ? QStringLiteral("The messages could not be loaded.")
+                        : QStringLiteral("There are no messages in this backup."));
+    QCOMPARE(labelText(form, "lbNotice").contains(QStringLiteral("Manifest.db")), isLost);
     QVERIFY(!form.exportAction()->isEnabled());
 }
 

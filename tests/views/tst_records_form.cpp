@@ -1,6 +1,7 @@
 #include "base/texts.h"
 #include "personal/personal_source.h"
 #include "resources/resources.h"
+#include "sqlite/sqlite3_db.h"
 #include "support/modal.h"
 #include "support/sample_backup.h"
 #include "views/contact_card.h"
@@ -77,6 +78,7 @@ private slots:
     void longTextsAreCut();
     void deepNotesAreShownAsPlainText();
     void whatIsLeftOutCanBeShown();
+    void catalogueThatLostTheDatabase();
     void exportsWhatIsSelectedOrShown();
     void emptySource();
     void saveShowAndDelete_data() { classRows(); }
@@ -369,6 +371,24 @@ void TestRecordsForm::whatIsLeftOutCanBeShown()
     everything->click();
     QTRY_VERIFY(listOf(form)->isVisible());
     QCOMPARE(filter->recordCount(), usual);
+}
+
+void TestRecordsForm::catalogueThatLostTheDatabase()
+{
+    const SampleBackup sample;
+    {
+        Sqlite3DB catalogue;
+        catalogue.openThrow(sample.folder() + QStringLiteral("/Manifest.db"), SqliteOpen::ReadWrite);
+        catalogue.executeThrow(QStringLiteral("delete from Files where relativePath like '%/AddressBook%'"));
+        catalogue.executeThrow(
+            QStringLiteral("update Files set file=x'00' where relativePath like '%.plist'"));
+    }
+    RecordsMainForm form({sample.opened(), {}}, DataClass::Contacts);
+    form.show();
+    QTRY_COMPARE(form.findChild<QLabel *>(QStringLiteral("lbStateTitle"))->text(),
+                 textFor("IDS_RECORDS_FAILED"));
+    QVERIFY(
+        form.findChild<QLabel *>(QStringLiteral("lbNotice"))->text().contains(QStringLiteral("Manifest.db")));
 }
 
 void TestRecordsForm::exportsWhatIsSelectedOrShown()

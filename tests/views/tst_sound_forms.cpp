@@ -92,7 +92,7 @@ private slots:
     void opensWithTheDesktop();
     void sizeLimitOfOpening_data();
     void sizeLimitOfOpening();
-    void withoutDatabase_data() { kinds(); }
+    void withoutDatabase_data();
     void withoutDatabase();
     void damagedDatabaseCanBeTriedAgain();
     void playerSaysWhyNot();
@@ -250,20 +250,35 @@ void TestSoundForms::sizeLimitOfOpening()
     }
 }
 
+void TestSoundForms::withoutDatabase_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<bool>("isLost");
+    QTest::newRow("voicemail") << int(Voicemail) << false;
+    QTest::newRow("recordings") << int(Recordings) << false;
+    QTest::newRow("voicemail, not in what is left of the catalogue") << int(Voicemail) << true;
+}
+
 void TestSoundForms::withoutDatabase()
 {
     QFETCH(int, kind);
+    QFETCH(bool, isLost);
     const SampleBackup sample;
     {
         Sqlite3DB catalogue;
         catalogue.openThrow(sample.folder() + u"/Manifest.db"_s, SqliteOpen::ReadWrite);
         catalogue.executeThrow(u"delete from Files where relativePath like '%/voicemail.db' or relativePath "
                                "like '%Recordings.db'"_s);
+        if (isLost)
+            catalogue.executeThrow(u"update Files set file=x'00' where relativePath like '%.plist'"_s);
     }
     const auto form = makeForm(kind, sample.opened());
     form->show();
     QTRY_COMPARE(form->findChild<QLabel *>(u"lbStateText"_s)->text(),
                  kind == Voicemail ? u"Cannot find voicemail.db."_s : u"Cannot find Recordings.db."_s);
+    QCOMPARE(form->findChild<QLabel *>(u"lbStateTitle"_s)->text() == u"The list could not be loaded."_s,
+             isLost);
+    QCOMPARE(form->findChild<QLabel *>(u"lbNotice"_s)->text().contains(u"Manifest.db"_s), isLost);
     QVERIFY(!form->exportAction()->isEnabled());
 }
 
