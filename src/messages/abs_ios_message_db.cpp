@@ -44,6 +44,7 @@ AbsIOSMessageDb::AbsIOSMessageDb(const DatabaseFile &file, FileSource *source, C
       m_normalise([](const QString &number, const QString &) { return CountryLibDb::normalise(number, {}); })
 {
     m_db.openForeign(file);
+    m_db.checkPages();
     Sqlite3Cursor cursor = m_db.queryThrow(QStringLiteral("select * from sqlite_master where type='table'"));
     const int name = cursor.columnIndex(QStringLiteral("name"));
     const int sql = cursor.columnIndex(QStringLiteral("sql"));
@@ -93,13 +94,18 @@ void AbsIOSMessageDb::noteDamage()
 // Listings join tables, so that one damaged page would cost what other tables say of the same messages.
 void AbsIOSMessageDb::mendDatabase()
 {
-    static const QStringList tables{
-        QStringLiteral("message"),           QStringLiteral("chat"),
-        QStringLiteral("handle"),            QStringLiteral("attachment"),
-        QStringLiteral("chat_message_join"), QStringLiteral("chat_handle_join"),
-        QStringLiteral("message_attachment_join"), QStringLiteral("msg_group"),
-        QStringLiteral("group_member"),      QStringLiteral("msg_pieces"),
-        QStringLiteral("madrid_chat"),       QStringLiteral("madrid_attachment")};
+    static const QStringList tables{QStringLiteral("message"),
+                                    QStringLiteral("chat"),
+                                    QStringLiteral("handle"),
+                                    QStringLiteral("attachment"),
+                                    QStringLiteral("chat_message_join"),
+                                    QStringLiteral("chat_handle_join"),
+                                    QStringLiteral("message_attachment_join"),
+                                    QStringLiteral("msg_group"),
+                                    QStringLiteral("group_member"),
+                                    QStringLiteral("msg_pieces"),
+                                    QStringLiteral("madrid_chat"),
+                                    QStringLiteral("madrid_attachment")};
     m_isMended = true;
     m_incomplete = mend(m_db, tables, m_lost);
     m_report.merge(m_lost);

@@ -60,11 +60,13 @@ protected:
     /// Notes which tables and columns are missing that every device of the generation has.
     void requireColumns(const std::vector<std::pair<const char *, std::vector<const char *>>> &tables);
 
-    /// Runs a reading. When it meets damage, it is run once more on what can be read of the database, the rest
-    /// of which is noted: it must change nothing to be run twice.
+    /// Runs a reading. When it meets damage, it is run once more on what can be read of the database, the
+    /// rest of which is noted: it must change nothing to be run twice.
     template <typename Read>
     auto aroundDamage(Read read)
     {
+        if (!m_db.damage().isEmpty() && !m_isMended)
+            mendDatabase();
         try {
             return read();
         } catch (const Error &error) {
@@ -77,9 +79,9 @@ protected:
     /// True when rows of a table were lost by that.
     bool hasLost(const QString &table) const { return m_incomplete.contains(table); }
 
-    /// Runs a listing, inside of aroundDamage(). What damage is left then ends it early and keeps what was read
-    /// before; when nothing at all can be read, that is a failure of an Essential one. `prepare` resolves the columns and gives what is to be done for
-    /// each row.
+    /// Runs a listing, inside of aroundDamage(). What damage is left then ends it early and keeps what was
+    /// read before; when nothing at all can be read, that is a failure of an Essential one. `prepare`
+    /// resolves the columns and gives what is to be done for each row.
     template <typename Prepare>
     void forEachRow(Listing listing, const QString &sql, Prepare prepare)
     {

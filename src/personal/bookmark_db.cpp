@@ -153,18 +153,17 @@ qint64 countBookmarks(const BookmarkTree &tree)
 
 IOSBookmarkDb::IOSBookmarkDb(FileSource &source) : m_source(source) {}
 
-void IOSBookmarkDb::open()
+void IOSBookmarkDb::open(Report &report)
 {
-    if (m_db.isOpen())
-        return;
     if (!openDeviceDatabase(m_db, m_source,
-                            {QStringLiteral("HomeDomain"), QStringLiteral("Library/Safari/Bookmarks.db")}))
+                            {QStringLiteral("HomeDomain"), QStringLiteral("Library/Safari/Bookmarks.db")},
+                            report))
         throw Error(QStringLiteral("Cannot find Bookmarks.db."), ErrorKind::NotFound);
 }
 
 BookmarkTree IOSBookmarkDb::readTree(Scope scope, Report &report)
 {
-    open();
+    open(report);
     TableRows what{QStringLiteral("bookmarks"),
                    {QStringLiteral("id"), QStringLiteral("parent"), QStringLiteral("type"),
                     QStringLiteral("title"), QStringLiteral("url"), QStringLiteral("order_index")},

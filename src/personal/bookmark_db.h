@@ -14,16 +14,16 @@ class IOSBookmarkDb
 public:
     explicit IOSBookmarkDb(FileSource &source);
 
-    /// Without the root, hidden rows, and what stands below a folder that is hidden, missing, or has a greater
-    /// parent than itself; Scope::Everything brings them in, those of a missing folder at the top level. Throws
-    /// Error("Cannot find Bookmarks.db.") when the source has no bookmarks database.
+    /// Without the root, hidden rows, and what stands below a folder that is hidden, missing, or has a
+    /// greater parent than itself; Scope::Everything brings them in, those of a missing folder at the top
+    /// level. Throws Error("Cannot find Bookmarks.db.") when the source has no bookmarks database.
     BookmarkTree readTree(Scope scope, Report &report);
 
 private:
     FileSource &m_source;
     Sqlite3DB m_db;
 
-    void open();
+    void open(Report &report);
 };
 
 /// "bookmarks.db": bookmarks gathered from any number of sources; the same address in the same folder is one

@@ -148,19 +148,17 @@ QString recurrenceRule(int frequency, int interval)
 
 IOSCalendarDb::IOSCalendarDb(FileSource &source) : m_source(source) {}
 
-void IOSCalendarDb::open()
+void IOSCalendarDb::open(Report &report)
 {
-    if (m_db.isOpen())
-        return;
     if (!openDeviceDatabase(
             m_db, m_source,
-            {QStringLiteral("HomeDomain"), QStringLiteral("Library/Calendar/Calendar.sqlitedb")}))
+            {QStringLiteral("HomeDomain"), QStringLiteral("Library/Calendar/Calendar.sqlitedb")}, report))
         throw Error(QStringLiteral("Cannot find Calendar.sqlitedb"), ErrorKind::NotFound);
 }
 
 QList<CalendarEvent> IOSCalendarDb::readAll(Scope scope, Report &report)
 {
-    open();
+    open(report);
     m_db.requireTable(eventRows.table);
     const SideTables side(m_db, report);
     const bool hasAvailability = m_db.tbCols(eventRows.table).contains(QStringLiteral("availability"));

@@ -25,7 +25,7 @@ private:
     FileSource &m_source;
     Sqlite3DB m_db;
 
-    void open();
+    void open(Report &report);
 };
 
 /// "calendars.db": events gathered from any number of sources, by calendar; one of the same start and title

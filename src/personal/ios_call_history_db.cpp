@@ -74,9 +74,9 @@ QList<CallEntry> joined(QList<CallEntry> older, QList<CallEntry> newer, qint64 &
 }
 } // namespace
 
-bool AbsCallsDbCore::open(FileSource &source)
+bool AbsCallsDbCore::open(FileSource &source, Report &report)
 {
-    return openDeviceDatabase(m_db, source, file());
+    return openDeviceDatabase(m_db, source, file(), report);
 }
 
 SourceFile IOS5CallsDbCore::file() const
@@ -205,7 +205,7 @@ QList<CallEntry> IOSCallHistoryDb::readAll(Report &report)
     std::optional<Error> failure;
     const auto read = [&](AbsCallsDbCore &&core) -> std::optional<QList<CallEntry>> {
         try {
-            return core.open(m_source) ? std::optional(core.readAll(report)) : std::nullopt;
+            return core.open(m_source, report) ? std::optional(core.readAll(report)) : std::nullopt;
         } catch (const Error &error) {
             report.add("IDS_ISSUE_DATABASE_DAMAGED", error);
             failure = error;

@@ -16,7 +16,7 @@ class AbsCallsDbCore
 public:
     virtual ~AbsCallsDbCore() = default;
     /// False when the source does not list the file. Throws Error when it cannot be read.
-    bool open(FileSource &source);
+    bool open(FileSource &source, Report &report);
     /// Newest first; `person` is left empty. Throws Error when no call can be read.
     virtual QList<CallEntry> readAll(Report &report) = 0;
 

@@ -98,13 +98,6 @@ TableRows expected(const char *table, QStringList columns)
     return {.table = QLatin1String(table), .columns = std::move(columns), .need = TableRows::Need::Expected};
 }
 
-void tellDamage(const Sqlite3DB &db, Report &report)
-{
-    if (!db.damage().isEmpty())
-        report.add("IDS_ISSUE_DATABASE_DAMAGED",
-                   Error(db.damage(), ErrorKind::Damaged, FileAccess::Reading).at(db.name()));
-}
-
 // The columns of a person, by their place in the statement.
 enum PersonColumn {
     First = 1,
@@ -169,13 +162,11 @@ IOSContactsDb::IOSContactsDb(FileSource &source) : m_source(source) {}
 
 void IOSContactsDb::open(Report &report)
 {
-    if (m_people.isOpen())
-        return;
-    if (!openDeviceDatabase(m_people, m_source, peopleFile))
+    if (!openDeviceDatabase(m_people, m_source, peopleFile, report))
         throw Error(QStringLiteral("Cannot find AddressBook.sqlitedb"), ErrorKind::NotFound);
     // People without pictures are better than no people.
     try {
-        openDeviceDatabase(m_images, m_source, imagesFile);
+        openDeviceDatabase(m_images, m_source, imagesFile, report);
     } catch (const Error &error) {
         report.add("IDS_ISSUE_DATABASE_DAMAGED", error);
     }
@@ -184,15 +175,12 @@ void IOSContactsDb::open(Report &report)
 QList<ContactRecord> IOSContactsDb::readAll(Scope scope, Report &report)
 {
     open(report);
-    tellDamage(m_people, report);
     QList<ContactRecord> people = readPeople(scope, report);
     m_byRowid.clear();
     for (ContactRecord &person : people)
         m_byRowid.insert(person.src_id.toLongLong(), &person);
-    if (m_images.isOpen()) {
-        tellDamage(m_images, report);
+    if (m_images.isOpen())
         readPhotos(scope, report);
-    }
     readValues(scope, report);
     readGroups(scope, report);
     return people;

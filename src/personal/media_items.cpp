@@ -126,7 +126,7 @@ bool hasVoicemail(const BackupManifest &backup)
 QList<VoicemailItem> readVoicemail(BackupManifest &backup, Report &report)
 {
     Sqlite3DB db;
-    if (!openDeviceDatabase(db, backup, voicemailFile))
+    if (!openDeviceDatabase(db, backup, voicemailFile, report))
         throw Error(QStringLiteral("Cannot find voicemail.db."), ErrorKind::NotFound);
     const auto &audio = backup.wellKnownGroup(WellKnownGroup::VoicemailAudio);
     const TableRows rows{QStringLiteral("voicemail"),
@@ -162,7 +162,7 @@ QList<RecordingItem> readRecordings(BackupManifest &backup, Report &report)
     for (const RecordingsPlace &place : recordingsPlaces()) {
         try {
             Sqlite3DB db;
-            if (openDeviceDatabase(db, backup, place.database)) {
+            if (openDeviceDatabase(db, backup, place.database, report)) {
                 addOnce(items, readPlace(backup, place, db, report), report);
                 ++read;
             }

@@ -92,11 +92,9 @@ IOSNotesDb::IOSNotesDb(FileSource &source, const QString &deviceId) : m_source(s
 {
 }
 
-bool IOSNotesDb::open()
+bool IOSNotesDb::open(Report &report)
 {
-    if (m_db.isOpen())
-        return true;
-    return openDeviceDatabase(m_db, m_source, notesFile);
+    return openDeviceDatabase(m_db, m_source, notesFile, report);
 }
 
 bool IOSNotesDb::hasNewerStore() const
@@ -129,7 +127,7 @@ QList<NoteEntry> IOSNotesDb::readAll(Scope scope, Report &report)
                     .what = elsewhere ? "IDS_ISSUE_NOTES_IN_NEWER_STORE" : "IDS_ISSUE_NEWER_NOTES_UNTOLD",
                     .where = newerStoreFile.display(),
                     .count = elsewhere.value_or(0)});
-    if (!open()) {
+    if (!open(report)) {
         if (elsewhere != 0)
             return {};
         throw Error(QStringLiteral("Cannot find notes.sqlite."), ErrorKind::NotFound);

@@ -32,7 +32,7 @@ private:
     QString m_deviceId;
     Sqlite3DB m_db;
 
-    bool open();
+    bool open(Report &report);
     bool readBodies(QHash<qint64, QString> &bodies, Report &report) const;
 };
 

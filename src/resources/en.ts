@@ -2029,6 +2029,13 @@ What the window does, quillbarrow-cli does without one: see quillbarrow-cli --he
         </translation>
     </message>
     <message numerus="yes">
+        <source>IDS_ISSUE_DATABASE_FAULTS</source>
+        <translation>
+            <numerusform>%n database, %1, is damaged: what it holds may be incomplete or wrong (%2)</numerusform>
+            <numerusform>%n databases, %1, are damaged: what they hold may be incomplete or wrong (%2)</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
         <source>IDS_ISSUE_DATABASE_DAMAGED</source>
         <translation>
             <numerusform>%1 cannot be read: %2</numerusform>

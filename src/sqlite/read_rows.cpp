@@ -84,9 +84,8 @@ private:
     void split(const Gap &gap);
     void giveUp(const Gap &gap);
     bool exists(qint64 rowid);
-    void askIndexes();
+    bool askIndexes();
     bool askIndex(const QString &index, bool isCovering);
-    bool isInGap(qint64 rowid) const;
 
     const Sqlite3DB &m_db;
     const PrepareRows &m_prepare;
@@ -100,13 +99,13 @@ private:
     int m_attempts = 0;
     int m_attemptsInVain = 0;
     bool m_isDisordered = false;
+    qint64 m_tracked = highest; // from this row id on, m_found has every row
     std::unique_ptr<Statement> m_forwards;
     std::unique_ptr<Statement> m_backwards;
     std::unique_ptr<Statement> m_single;
     std::priority_queue<Gap, std::vector<Gap>, bool (*)(const Gap &, const Gap &)> m_gaps{comesLater};
-    std::vector<Gap> m_unread; // what remains in the end, disjoint
-    QSet<qint64> m_found;      // of that, in an index; every row when they come in disorder
-    bool m_isCounted = true;   // the rows of all unread gaps are
+    QSet<qint64> m_found;
+    bool m_isCounted = true; // the rows of all gaps that were given up are
 };
 
 RowReader::RowReader(const Sqlite3DB &db, const TableRows &what, const PrepareRows &prepare)
@@ -156,8 +155,7 @@ bool RowReader::step(Statement &statement, bool &failed)
 
 void RowReader::take(Statement &statement)
 {
-    if (m_isDisordered) {
-        const qint64 rowid = statement.cursor.getInt64(0);
+    if (const qint64 rowid = statement.cursor.getInt64(0); rowid >= m_tracked) {
         if (m_found.contains(rowid))
             return;
         m_found.insert(rowid);
@@ -192,6 +190,7 @@ std::optional<qint64> RowReader::readPlainly()
 void RowReader::expectDisorder()
 {
     m_isDisordered = true;
+    m_tracked = lowest;
     m_isCounted = false;
     m_reason = QStringLiteral("its rows are out of order");
     m_error = Error(
@@ -205,15 +204,16 @@ void RowReader::expectDisorder()
 RowsRead RowReader::readAll()
 {
     const std::optional<qint64> from = readPlainly();
+    m_tracked = m_isDisordered ? lowest : from.value_or(highest);
     if (from)
         readAround(*from);
-    if (m_isDisordered)
-        m_unread = {{lowest, highest}};
-    if (!m_isCounted)
-        askIndexes();
-    if (!m_isCounted)
+    if (!m_error)
+        return m_read;
+    // A broken tree passes over rows without an error as well; an index knows of them.
+    const bool isSure = askIndexes();
+    if (!isSure && !m_isCounted)
         m_read.lost = 0;
-    m_read.isWhole = m_isCounted && m_read.lost == 0;
+    m_read.isWhole = isSure && m_read.lost == 0;
     return m_read;
 }
 
@@ -312,7 +312,6 @@ void RowReader::split(const Gap &gap)
 
 void RowReader::giveUp(const Gap &gap)
 {
-    m_unread.push_back(gap);
     if (gap.isSingle() && exists(gap.first))
         ++m_read.lost;
     else
@@ -331,17 +330,10 @@ bool RowReader::exists(qint64 rowid)
     return step(*m_single, failed);
 }
 
-bool RowReader::isInGap(qint64 rowid) const
+// An index knows the row ids of what the table has lost, and the columns that it is made of. False when none
+// can tell.
+bool RowReader::askIndexes()
 {
-    const auto after = std::upper_bound(m_unread.begin(), m_unread.end(), rowid,
-                                        [](qint64 wanted, const Gap &gap) { return wanted < gap.first; });
-    return after != m_unread.begin() && rowid <= std::prev(after)->last;
-}
-
-// An index knows the row ids of what the table has lost, and the columns that it is made of.
-void RowReader::askIndexes()
-{
-    std::sort(m_unread.begin(), m_unread.end(), [](const Gap &a, const Gap &b) { return a.first < b.first; });
     QStringList covering;
     QStringList others;
     Sqlite3Cursor index = m_db.queryThrow(QStringLiteral("pragma index_list(%1)").arg(m_table));
@@ -357,12 +349,10 @@ void RowReader::askIndexes()
         const bool isCovering = columns.contains(QSet<QString>(m_columns.begin(), m_columns.end()));
         (isCovering ? covering : others).append(index.getText(1));
     }
-    for (const QString &name : std::as_const(covering))
-        if (askIndex(name, true))
-            return;
-    for (const QString &name : std::as_const(others))
-        if (askIndex(name, false))
-            return;
+    return std::any_of(covering.begin(), covering.end(),
+                       [this](const QString &name) { return askIndex(name, true); }) ||
+           std::any_of(others.begin(), others.end(),
+                       [this](const QString &name) { return askIndex(name, false); });
 }
 
 // False when the index is damaged itself; what it gave before stays.
@@ -376,7 +366,7 @@ bool RowReader::askIndex(const QString &index, bool isCovering)
     qint64 lost = 0;
     while (step(*statement, failed)) {
         const qint64 rowid = statement->cursor.getInt64(0);
-        if (!isInGap(rowid) || m_found.contains(rowid))
+        if (rowid < m_tracked || m_found.contains(rowid))
             continue;
         if (isCovering) {
             m_found.insert(rowid);
@@ -389,7 +379,6 @@ bool RowReader::askIndex(const QString &index, bool isCovering)
     if (failed)
         return false;
     m_read.lost = lost;
-    m_isCounted = true;
     return true;
 }
 

@@ -206,6 +206,20 @@ void Sqlite3DB::openForeign(const DatabaseFile &file, SqliteOpen mode)
     m_damage = error.sentence();
 }
 
+void Sqlite3DB::checkPages()
+{
+    if (!m_damage.isEmpty())
+        return;
+    try {
+        Sqlite3Cursor row = queryThrow(QStringLiteral("pragma quick_check(1)"));
+        QString answer = row.moveNext() ? row.getText(0).simplified() : QString();
+        if (answer != QLatin1String("ok"))
+            m_damage = answer.remove(QStringLiteral("*** in database main *** "));
+    } catch (const Error &error) {
+        m_damage = error.sentence();
+    }
+}
+
 void Sqlite3DB::goOnWith(Sqlite3DB &copy)
 {
     close();

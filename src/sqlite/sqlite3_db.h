@@ -57,7 +57,11 @@ public:
     void openForeign(const DatabaseFile &file, SqliteOpen mode = SqliteOpen::ReadOnly);
     /// Goes on under its name with what `copy` holds, which is closed by it. No cursor may be there.
     void goOnWith(Sqlite3DB &copy);
-    /// What openForeign() found wrong with the file as a whole, a sentence; empty for nothing.
+    /// Looks at every page of the file, which takes one reading of it: SQLite itself follows a tree whose
+    /// pages are swapped, doubled or emptied without a word. Throws Cancelled.
+    void checkPages();
+    /// What openForeign() or checkPages() found wrong with the file as a whole, a sentence; empty for
+    /// nothing.
     QString damage() const { return m_damage; }
     void close();
     bool isOpen() const { return m_db != nullptr; }

@@ -29,7 +29,7 @@ TABLES = {
 }
 # What a line names that is no record of its own: parts of records, and files that belong to them.
 PARTS = re.compile(r"sound|content is missing|attachment|picture|label|birthdays? (?:at|before|on)|value|propert|"
-                   r"photo|handle|sender|number|text|row of the backup|rows of the backup")
+                   r"photo|handle|sender|number|text|row of the backup|rows of the backup|^\d+ databases?,")
 SAMPLES = [("--ios", ios, "--layout", layout) for ios in ("5", "6", "9", "12", "17") for layout in ("modern", "mbdb")
            if (ios, layout) not in (("5", "modern"), ("6", "modern"), ("17", "mbdb"))]
 
