@@ -74,6 +74,7 @@ void AbsIOSMessageDb::clear()
 {
     m_chatById.clear();
     m_chatList.clear();
+    m_noChat.messages.clear();
     m_handleById.clear();
     m_messageById.clear();
     m_attachmentById.clear();
@@ -116,6 +117,13 @@ void AbsIOSMessageDb::addIssue(const char *what, const QString &reason)
     m_report.add({.what = what, .where = m_db.name(), .reason = reason});
 }
 
+void AbsIOSMessageDb::noteMissingChats(qint64 messages)
+{
+    constexpr const char *what = "IDS_ISSUE_MESSAGES_OF_MISSING_CHATS";
+    if (messages > 0 && m_report.count(what) == 0)
+        m_report.add({.what = what, .where = m_db.name(), .count = messages});
+}
+
 void AbsIOSMessageDb::requireColumns(
     const std::vector<std::pair<const char *, std::vector<const char *>>> &tables)
 {
@@ -144,6 +152,11 @@ void AbsIOSMessageDb::sortMessages(qint64 chatId)
     for (_MsgChat &chat : m_chats)
         if (chatId <= 0 || chat.rowid == chatId)
             sortUnique(chat.messages);
+    m_noChat.messages.clear();
+    for (_MsgMessage &message : m_messages)
+        if (!message.chat)
+            m_noChat.messages.push_back(&message);
+    sortUnique(m_noChat.messages);
     for (_MsgMessage &message : m_messages)
         if (message.attachments.size() > 1)
             sortUnique(message.attachments);

@@ -57,6 +57,9 @@ protected:
     virtual void noteDamage();
     /// Notes damage of the database.
     void addIssue(const char *what, const QString &reason = {});
+    /// Notes how many messages stand in missing conversations alone, once for a database: counting and
+    /// loading may both find it out.
+    void noteMissingChats(qint64 messages);
     /// Notes which tables and columns are missing that every device of the generation has.
     void requireColumns(const std::vector<std::pair<const char *, std::vector<const char *>>> &tables);
 

@@ -1,8 +1,24 @@
 #include "messages/abs_message_db.h"
 
+#include "base/texts.h"
+
 #include <unordered_set>
 
+AbsMessageDb::AbsMessageDb()
+{
+    m_noChat.rowid = _MsgChat::none;
+    m_noChat.display_name = textFor("IDS_NO_CONVERSATION");
+}
+
 AbsMessageDb::~AbsMessageDb() = default;
+
+std::vector<const _MsgChat *> AbsMessageDb::conversations() const
+{
+    std::vector<const _MsgChat *> all(m_chatList.begin(), m_chatList.end());
+    if (!m_noChat.messages.empty())
+        all.push_back(&m_noChat);
+    return all;
+}
 
 _MsgChat *AbsMessageDb::chat(qint64 rowid) const
 {
@@ -29,10 +45,10 @@ std::vector<MessageRef> AbsMessageDb::select(const std::vector<qint64> &chatIds,
         selected.insert(selected.end(), conversation.begin(), conversation.end());
         conversation.clear();
     };
-    if (wanted.empty()) {
-        for (const _MsgMessage &message : m_messages)
-            if (!message.chat && inRange(message))
-                conversation.push_back({nullptr, &message});
+    if (wanted.empty() || wanted.contains(_MsgChat::none)) {
+        for (const _MsgMessage *message : m_noChat.messages)
+            if (inRange(*message))
+                conversation.push_back({nullptr, message});
         flush();
     }
     for (const _MsgChat *chat : m_chatList) {

@@ -17,6 +17,7 @@ struct DatabaseFile;
 class AbsMessageDb
 {
 public:
+    AbsMessageDb();
     virtual ~AbsMessageDb();
 
     /// Set before anything is counted or loaded: whether system items and messages of no conversation come
@@ -38,13 +39,16 @@ public:
 
     /// By ascending row id.
     const std::vector<_MsgChat *> &chats() const { return m_chatList; }
+    /// The same and, last, what stands for the loaded messages that belong to no conversation, when there are
+    /// any: what a person sees.
+    std::vector<const _MsgChat *> conversations() const;
     _MsgChat *chat(qint64 rowid) const;
     const _MsgHandle *handle(qint64 rowid) const;
     std::size_t messageCount() const { return m_messages.size(); }
 
     /// The loaded messages of the given conversations (all when empty) that lie in [from, to], as Apple
-    /// absolute seconds, by ascending chat row id (those of no conversation first, as if it were 0) and then
-    /// in the order of the exports.
+    /// absolute seconds, by ascending chat row id (those of no conversation first, under _MsgChat::none) and
+    /// then in the order of the exports.
     std::vector<MessageRef> select(const std::vector<qint64> &chatIds, qint64 from, qint64 to) const;
 
     /// What could not be read of what was loaded so far; the rest is loaded. The text of a message whose
@@ -57,6 +61,7 @@ protected:
     std::deque<_MsgMessage> m_messages;
     std::deque<_MsgAttachment> m_attachments;
     std::vector<_MsgChat *> m_chatList;
+    _MsgChat m_noChat; // with the messages that belong to no conversation
     std::unordered_map<qint64, _MsgChat *> m_chatById;
     std::unordered_map<qint64, _MsgHandle *> m_handleById;
     Scope m_scope = Scope::Usual;

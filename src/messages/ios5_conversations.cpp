@@ -57,6 +57,7 @@ void IOS5Conversations::readConversations()
         readLastDates();
     }
     sortChats();
+    readMissingGroups();
 }
 
 qint64 IOS5Conversations::shifted(qint64 iMessageRowid)
@@ -77,11 +78,27 @@ bool IOS5Conversations::addChat(_MsgChat &&chat)
     return true;
 }
 
+// The text messages that stand in a group, as a condition.
+QString IOS5Conversations::textsOfGroups() const
+{
+    const QString table = QStringLiteral("message");
+    return hasColumn(table, QStringLiteral("is_madrid"))
+               ? QStringLiteral("coalesce(is_madrid, 0) = 0 and group_id is not null")
+               : QStringLiteral("group_id is not null");
+}
+
+// A group whose newest message is not there has the others still; one without any is left over.
 void IOS5Conversations::readGroups()
 {
-    static const QString sql = QStringLiteral(
-        "select g.rowid,g.*,m.date-978307200 as last_date from msg_group as g inner join message as m on "
-        "g.newest_message=m.rowid");
+    QString sql = QStringLiteral("select g.rowid,g.*,m.date-978307200 as last_date from msg_group as g inner "
+                                 "join message as m on g.newest_message=m.rowid");
+    if (hasColumn(QStringLiteral("message"), QStringLiteral("group_id")))
+        sql = QStringLiteral(
+                  "select g.rowid,g.*,coalesce(m.date,n.newest)-978307200 as last_date from msg_group as g "
+                  "left join message as m on g.newest_message=m.rowid left join (select group_id,max(date) "
+                  "as newest from message where %1 group by group_id) as n on n.group_id=g.rowid "
+                  "where m.rowid is not null or n.group_id is not null")
+                  .arg(textsOfGroups());
     forEachRow(Listing::Essential, sql, [this](const Sqlite3Cursor &cursor) {
         return [this, &cursor, rowid = cursor.columnIndex(QStringLiteral("rowid")),
                 hash = cursor.columnIndex(QStringLiteral("hash")),
@@ -100,6 +117,19 @@ void IOS5Conversations::readGroups()
             else
                 addChat(std::move(chat));
         };
+    });
+}
+
+void IOS5Conversations::readMissingGroups()
+{
+    if (!hasTable(QStringLiteral("msg_group")) || !hasTable(QStringLiteral("group_member")) ||
+        !hasColumn(QStringLiteral("message"), QStringLiteral("group_id")))
+        return;
+    const QString sql =
+        QStringLiteral("select count(*) from message where %1 and group_id not in (select rowid "
+                       "from msg_group) and group_id in (select group_id from group_member)");
+    forEachRow(Listing::Extra, sql.arg(textsOfGroups()), [this](const Sqlite3Cursor &cursor) {
+        return [this, &cursor] { noteMissingChats(cursor.getInt64(0)); };
     });
 }
 

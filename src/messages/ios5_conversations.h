@@ -27,6 +27,8 @@ protected:
 
     /// A row id of a table of iMessage as it is given out; 0 when it is none that a device writes.
     static qint64 shifted(qint64 iMessageRowid);
+    /// Notes the text messages of groups that have members and are not there themselves.
+    void readMissingGroups();
     /// Null when there is none.
     _MsgChat *groupChat(qint64 groupId) const;
     _MsgChat *iMessageChat(const QString &room, const QString &address);
@@ -35,6 +37,7 @@ protected:
 
 private:
     void readConversations();
+    QString textsOfGroups() const;
     void readGroups();
     void readMembers();
     void nameTextChats();

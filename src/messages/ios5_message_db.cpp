@@ -16,10 +16,10 @@ const QString messageTable = QStringLiteral("message");
 constexpr int flagsOfSent = 3;
 
 // Text messages count from 1970.
-int dateOfText(qint64 unixSeconds)
+qint64 secondsOfText(qint64 unixSeconds)
 {
     constexpr qint64 farAway = 1'000'000'000'000;
-    return recordDate(appleFromUnix(std::clamp(unixSeconds, -farAway, farAway)), DateUnit::Seconds);
+    return appleFromUnix(std::clamp(unixSeconds, -farAway, farAway));
 }
 
 // What these databases do not say and the newer ones do.
@@ -132,6 +132,7 @@ qint64 IOS5MessageDb::countMessages()
 {
     // An index would count what the table has lost.
     return aroundDamage([this] {
+        readMissingGroups();
         Sqlite3Cursor cursor = m_db.queryThrow(QStringLiteral("select count(*) from message not indexed"));
         return cursor.moveNext() ? cursor.getInt64(0) : qint64(0);
     });
@@ -176,6 +177,9 @@ void IOS5MessageDb::readConversation(qint64 chatId, Progress &progress)
     readMessages(chatId, progress);
     if (hasTable(QStringLiteral("madrid_attachment")))
         readAttachments(progress);
+    for (const std::vector<_MsgMessage *> &messages : std::as_const(m_awaiting))
+        for (std::size_t lost = 0; lost < messages.size(); ++lost)
+            addIssue("IDS_ISSUE_ATTACHMENT_ROWS");
     m_awaiting.clear();
     if (hasTable(QStringLiteral("msg_pieces")))
         readParts(chatId, progress);
@@ -226,7 +230,8 @@ void IOS5MessageDb::takeMessage(Columns &columns, qint64 chatId)
 void IOS5MessageDb::fillIMessage(_MsgMessage &message, Columns &columns)
 {
     const Sqlite3Cursor &row = *columns.cursor;
-    columns.iMessage.fill(message);
+    if (!columns.iMessage.fill(message))
+        addIssue("IDS_ISSUE_MESSAGE_DATES");
     message.service = QStringLiteral("iMessage");
     // There is no column for the direction; only what was sent is told to have been delivered.
     message.is_from_me = message.date_delivered >= 1;
@@ -242,7 +247,10 @@ void IOS5MessageDb::fillTextMessage(_MsgMessage &message, Columns &columns)
     const Sqlite3Cursor &row = *columns.cursor;
     message.service = QStringLiteral("SMS");
     message.account = QStringLiteral("e:");
-    message.date = dateOfText(row.getInt64(columns.date));
+    const qint64 date = secondsOfText(row.getInt64(columns.date));
+    message.date = recordDate(date, DateUnit::Seconds);
+    if (!isRecordDate(date, DateUnit::Seconds))
+        addIssue("IDS_ISSUE_MESSAGE_DATES");
     message.is_from_me = row.getInt(columns.flags) == flagsOfSent;
     setSender(message, Service::Sms, row.getText(columns.address));
 }

@@ -46,6 +46,7 @@ void IOS6MessageDb::clear()
 {
     AbsIOSMessageDb::clear();
     m_hiddenItems.clear();
+    m_lostAttachments.clear();
 }
 
 // The joins that every count of messages is made over, each once, whatever a damaged table repeats.
@@ -79,24 +80,33 @@ qint64 IOS6MessageDb::number(const QString &sql) const
     return cursor.moveNext() ? cursor.getInt64(0) : 0;
 }
 
+// Counts the messages that stand in conversations that are not there, and in no other.
+QString IOS6MessageDb::countOfMissingChats() const
+{
+    return QStringLiteral(
+               "select count(distinct message_id) from (%1) where chat_id not in (select rowid from chat) "
+               "and message_id not in (select message_id from chat_message_join where message_id is "
+               "not null and chat_id in (select rowid from chat))")
+        .arg(listedMessages());
+}
+
 qint64 IOS6MessageDb::countMessages()
 {
     return aroundDamage([this] { return countListed(); });
 }
 
-qint64 IOS6MessageDb::countListed() const
+qint64 IOS6MessageDb::countListed()
 {
-    const QString listed = listedMessages();
-    qint64 count = number(QStringLiteral("select count(*) from (%1)").arg(listed));
+    qint64 count = number(QStringLiteral("select count(*) from (%1)").arg(listedMessages()));
     // A conversation that is not there is none, like that of a message in no conversation at all.
-    const QString isMissing = QStringLiteral("chat_id not in (select rowid from chat)");
-    if (number(QStringLiteral("select exists (select 1 from chat_message_join where ifnull(chat_id, 0) not in "
-                              "(select rowid from chat))")) != 0)
-        count += number(QStringLiteral("select count(distinct message_id) from (%1) where %2 and message_id not in "
-                                       "(select message_id from chat_message_join where message_id is not null "
-                                       "and chat_id in (select rowid from chat))")
-                            .arg(listed, isMissing)) -
-                 number(QStringLiteral("select count(*) from (%1) where %2").arg(listed, isMissing));
+    if (const qint64 joins =
+            number(QStringLiteral("select count(*) from (%1) where chat_id not in (select rowid "
+                                  "from chat)")
+                       .arg(listedMessages()))) {
+        const qint64 messages = number(countOfMissingChats());
+        noteMissingChats(messages);
+        count += messages - joins;
+    }
     if (listsThoseOfNoChat())
         count += number(QStringLiteral("select count(*) from message as m where ") + ofNoChat + usualItems());
     return count;
@@ -127,6 +137,9 @@ void IOS6MessageDb::readConversations()
         computeLastDates();
     readHandles();
     sortChats();
+    forEachRow(Listing::Extra, countOfMissingChats(), [this](const Sqlite3Cursor &cursor) {
+        return [this, &cursor] { noteMissingChats(cursor.getInt64(0)); };
+    });
 }
 
 void IOS6MessageDb::readChats()
@@ -250,7 +263,8 @@ void IOS6MessageDb::readMessages(const QString &sql, Join join, Progress &progre
             _MsgMessage *&message = m_messageById[cursor.getInt64(rowid)];
             if (!message) {
                 message = &m_messages.emplace_back();
-                columns.fill(*message);
+                if (!columns.fill(*message))
+                    addIssue("IDS_ISSUE_MESSAGE_DATES");
                 completeMessage(*message);
             }
             _MsgChat *holder = join == Join::Chat ? chat(cursor.getInt64(0)) : nullptr;
@@ -278,8 +292,8 @@ void IOS6MessageDb::readAttachments(qint64 chatId, Progress &progress)
     // Not joined with the conversations: a message that stands a thousand times in one would have each of its
     // attachments as often.
     QString sql =
-        QStringLiteral("select ma.message_id, ma.attachment_id, a.* from message_attachment_join as ma "
-                       "inner join attachment as a on ma.attachment_id=a.rowid");
+        QStringLiteral("select ma.message_id, ma.attachment_id, a.rowid is null, a.* from "
+                       "message_attachment_join as ma left join attachment as a on ma.attachment_id=a.rowid");
     if (chatId > 0)
         sql += QStringLiteral(
                    " where ma.message_id in (select message_id from chat_message_join where chat_id=%1)")
@@ -291,6 +305,10 @@ void IOS6MessageDb::readAttachments(qint64 chatId, Progress &progress)
             const auto message = m_messageById.constFind(cursor.getInt64(0));
             if (message == m_messageById.constEnd())
                 return;
+            if (cursor.getInt(2) != 0) {
+                noteLostAttachment(message.key(), cursor.getInt64(1));
+                return;
+            }
             _MsgAttachment *&attachment = m_attachmentById[cursor.getInt64(1)];
             if (!attachment) {
                 attachment = &m_attachments.emplace_back();
@@ -300,4 +318,14 @@ void IOS6MessageDb::readAttachments(qint64 chatId, Progress &progress)
             (*message)->attachments.push_back(attachment);
         };
     });
+}
+
+// A conversation may be loaded more than once.
+void IOS6MessageDb::noteLostAttachment(qint64 message, qint64 attachment)
+{
+    const std::pair lost(message, attachment);
+    if (m_lostAttachments.contains(lost))
+        return;
+    m_lostAttachments.insert(lost);
+    addIssue("IDS_ISSUE_ATTACHMENT_ROWS");
 }

@@ -26,7 +26,8 @@ private:
     qint64 number(const QString &sql) const;
     QString usualItems() const;
     bool listsThoseOfNoChat() const;
-    qint64 countListed() const;
+    qint64 countListed();
+    QString countOfMissingChats() const;
     void readConversations();
     void readConversation(qint64 chatId, Progress &progress);
     void readChats();
@@ -40,6 +41,8 @@ private:
     void tellHidden(qsizetype itemsBefore, qint64 chatId);
     void completeMessage(_MsgMessage &message);
     void readAttachments(qint64 chatId, Progress &progress);
+    void noteLostAttachment(qint64 message, qint64 attachment);
 
     QSet<qint64> m_hiddenItems;
+    QSet<std::pair<qint64, qint64>> m_lostAttachments; // message and attachment
 };

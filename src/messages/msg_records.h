@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <cstdint>
+#include <limits>
 #include <vector>
 
 /// One address that takes part in conversations.
@@ -133,6 +134,10 @@ struct _MsgChat
     std::vector<_MsgMessage *> messages;     // ascending row id
 
     bool isGroup() const { return handles.size() > 1; }
+    /// True for what stands for the messages of no conversation, which is none of the source's.
+    bool isNone() const { return rowid == none; }
+
+    static constexpr qint64 none = std::numeric_limits<qint64>::min();
 };
 
 /// A message as part of one conversation; a message in several conversations is listed in each. `chat` is

@@ -27,9 +27,11 @@ public:
     void bytes(List<QByteArray> fields) { resolve(fields, m_bytes); }
     void dates(List<int> fields, DateUnit unit) { resolve(fields, m_dates, unit); }
 
-    /// Fills a record from the row that the cursor stands on.
-    void fill(Record &record)
+    /// Fills a record from the row that the cursor stands on. False when an instant of it is one that no
+    /// record can hold.
+    bool fill(Record &record)
     {
+        bool datesFit = true;
         const Sqlite3Cursor &row = *m_cursor;
         for (const auto &[column, field, nothing] : m_bigNumbers)
             record.*field = row.getInt64(column);
@@ -39,10 +41,14 @@ public:
             record.*field = row.getBlob(column);
         for (const auto &[column, field, nothing] : m_numbers)
             record.*field = row.getInt(column);
-        for (const auto &[column, field, unit] : m_dates)
-            record.*field = recordDate(row.getInt64(column), unit);
+        for (const auto &[column, field, unit] : m_dates) {
+            const qint64 stored = row.getInt64(column);
+            record.*field = recordDate(stored, unit);
+            datesFit = datesFit && (unit == DateUnit::AsStored || isRecordDate(stored, unit));
+        }
         for (auto &[column, field, pool] : m_repeatedTexts)
             record.*field = pool.text(row.viewText(column));
+        return datesFit;
     }
 
 private:

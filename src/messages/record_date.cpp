@@ -5,12 +5,22 @@
 #include <algorithm>
 #include <limits>
 
+namespace {
+qint64 seconds(qint64 stored, DateUnit unit)
+{
+    return unit == DateUnit::AsStored ? stored : appleSeconds(stored, unit == DateUnit::Nanoseconds);
+}
+} // namespace
+
 int recordDate(qint64 stored, DateUnit unit)
 {
-    const qint64 value =
-        unit == DateUnit::AsStored ? stored : appleSeconds(stored, unit == DateUnit::Nanoseconds);
-    return static_cast<int>(
-        std::clamp<qint64>(value, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
+    return static_cast<int>(std::clamp<qint64>(seconds(stored, unit), std::numeric_limits<int>::min(),
+                                               std::numeric_limits<int>::max()));
+}
+
+bool isRecordDate(qint64 stored, DateUnit unit)
+{
+    return seconds(stored, unit) == recordDate(stored, unit);
 }
 
 qint64 storedDate(int value, DateUnit unit)

@@ -11,5 +11,7 @@ enum class DateUnit {
 
 /// The value as the records hold it; one that they cannot hold becomes the first or last that they can.
 int recordDate(qint64 stored, DateUnit unit);
+/// False for one that they cannot hold.
+bool isRecordDate(qint64 stored, DateUnit unit);
 /// The other direction.
 qint64 storedDate(int value, DateUnit unit);

@@ -491,6 +491,10 @@
         <source>IDS_%1_IN_%2</source>
         <translation>%1 in %2</translation>
     </message>
+    <message>
+        <source>IDS_NO_CONVERSATION</source>
+        <translation>No conversation</translation>
+    </message>
     <message numerus="yes">
         <source>IDS_CONVERSATION_COUNT</source>
         <translation>
@@ -692,6 +696,27 @@
         <translation>
             <numerusform>%n row of %1 cannot be read</numerusform>
             <numerusform>%n rows of %1 cannot be read</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_MESSAGES_OF_MISSING_CHATS</source>
+        <translation>
+            <numerusform>%n message of %1 stands in a conversation that is missing</numerusform>
+            <numerusform>%n messages of %1 stand in a conversation that is missing</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_ATTACHMENT_ROWS</source>
+        <translation>
+            <numerusform>%n attachment of a message in %1 is not described there</numerusform>
+            <numerusform>%n attachments of messages in %1 are not described there</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_MESSAGE_DATES</source>
+        <translation>
+            <numerusform>%n message of %1 has a date that is none</numerusform>
+            <numerusform>%n messages of %1 have a date that is none</numerusform>
         </translation>
     </message>
     <message numerus="yes">

@@ -194,6 +194,30 @@ class Show(Case):
                 self.assertIsNone(found["counts"]["messages"])
                 self.assertEqual([found["problems"][0]], [told.stderr.decode().split(": ", 1)[1].strip()])
 
+    def test_rows_that_others_name_are_missed(self):
+        whole = self.sample("--ios", "12")
+        rowids = {line["rowid"] for line in self.lines("show", "messages", whole, "--everything")}
+        cases = {"chat": ("conversation that is missing",
+                          "select count(*) from message where rowid in (select message_id from chat_message_join) and "
+                          "rowid not in (select message_id from chat_message_join j join chat c on c.rowid=j.chat_id)"),
+                 "attachment": ("not described",
+                                "select count(*) from message_attachment_join where attachment_id=1")}
+        for table, (told, count) in cases.items():
+            with self.subTest(table):
+                backup = self.folder / f"without a {table}"
+                shutil.copytree(whole, backup)
+                database = sqlite3.connect(stored(backup, SMS_DB))
+                database.execute(f"update {table} set rowid=999 where rowid=1")
+                names, = database.execute(count).fetchone()
+                database.commit()
+                database.close()
+                ended = run("show", "messages", backup, "--everything")
+                self.assertEqual(ended.returncode, 1)
+                self.assertRegex(ended.stderr.decode(), rf": {names} .*HomeDomain Library/SMS/sms.db.*{told}")
+                self.assertEqual({json.loads(line)["rowid"] for line in ended.stdout.splitlines()}, rowids)
+        problems = json.loads(run("info", self.folder / "without a chat", "--json").stdout)["problems"]
+        self.assertRegex(" ".join(problems), "conversation that is missing")
+
     def test_database_that_breaks_off_shows_what_it_has_and_fails(self):
         backup = self.folder / "broken in the middle"
         shutil.copytree(self.sample("--ios", "12", "--messages", "3000"), backup)

@@ -60,7 +60,6 @@ public:
             throw Error(m_db.lastError());
     }
 
-    /// The newest message is the one of `newest`; without one there the group is not shown.
     void group(int rowid, int newest, const QStringList &members, qint64 hash = 0)
     {
         run(QStringLiteral("insert into msg_group(ROWID, newest_message, hash) values(%1, %2, %3)")

@@ -69,7 +69,7 @@ void TestIos5Attachments::attachments_data()
     QTest::newRow("one twice") << OldMessages::list({u"A"_s, u"A"_s}) << QByteArray() << QStringList{u"A"_s}
                                << 0;
     QTest::newRow("no row") << OldMessages::list({u"Z"_s, u"A"_s}) << QByteArray() << QStringList{u"A"_s}
-                            << 0;
+                            << 1;
     QTest::newRow("broken") << both.chopped(20) << QByteArray() << QStringList() << 1;
     QTest::newRow("broken and whole")
         << both.chopped(20) << OldMessages::list({u"A"_s}) << QStringList{u"A"_s} << 1;

@@ -8,6 +8,8 @@ using namespace Qt::StringLiterals;
 namespace {
 constexpr int newYear2012 = 347068800;
 constexpr qint64 newYear2012Unix = 1325376000;
+constexpr int first = std::numeric_limits<int>::min();
+constexpr int last = std::numeric_limits<int>::max();
 constexpr qint64 iMessageRowid = IOS5MessageDb::firstIMessageRowid;
 
 QStringList idsOf(const _MsgChat &chat)
@@ -34,6 +36,7 @@ private slots:
     void groups();
     void groupsAreToldApart();
     void groupWithoutNewestMessage();
+    void groupThatIsMissing();
     void sendersInAGroup();
     void iMessageChats_data();
     void iMessageChats();
@@ -58,8 +61,6 @@ void TestIos5MessageDb::textMessages_data()
     QTest::addColumn<int>("flags");
     QTest::addColumn<int>("date");
     QTest::addColumn<int>("isFromMe");
-    constexpr int first = std::numeric_limits<int>::min();
-    constexpr int last = std::numeric_limits<int>::max();
     QTest::newRow("received") << newYear2012Unix << 2 << newYear2012 << 0;
     QTest::newRow("sent") << newYear2012Unix << 3 << newYear2012 << 1;
     QTest::newRow("not sent, it failed") << newYear2012Unix << 33 << newYear2012 << 0;
@@ -90,6 +91,7 @@ void TestIos5MessageDb::textMessages()
     QCOMPARE(read.guid.size(), 36);
     QTEST(read.date, "date");
     QTEST(read.is_from_me, "isFromMe");
+    QCOMPARE(m_case->db->report().count("IDS_ISSUE_MESSAGE_DATES"), read.date == first || read.date == last);
     QCOMPARE(read.handle, chat.handles.front());
     QCOMPARE((QList{read.version, read.type, read.is_delivered, read.is_finished, read.is_prepared,
                     read.is_read, read.was_data_detected, read.is_emote, read.error}),
@@ -155,11 +157,26 @@ void TestIos5MessageDb::groupWithoutNewestMessage()
     m_case->made->group(1, 4711, {u"111"_s});
     m_case->made->text(5, 1, newYear2012Unix, 2, u"111"_s, u"still here"_s);
     m_case->made->text(6, 99, newYear2012Unix, 3, u"222"_s, u"of no group"_s);
-    QVERIFY(m_case->load().chats().empty());
+    m_case->made->group(2, 4712, {u"333"_s});
+    QCOMPARE(m_case->load().chats().size(), 1u);
     QCOMPARE(m_case->db->countMessages(), 2);
-    QVERIFY(!m_case->message(5)->chat);
-    QCOMPARE(m_case->message(5)->handle->id, u"111"_s);
-    QCOMPARE(m_case->message(6)->text, u"of no group"_s);
+    QCOMPARE(m_case->message(5)->chat, m_case->db->chat(1));
+    QCOMPARE(m_case->db->chat(1)->_last, newYear2012);
+    QVERIFY(!m_case->message(6)->chat && m_case->db->report().isEmpty());
+    QCOMPARE(m_case->db->conversations().back()->messages.front(), m_case->message(6));
+}
+
+void TestIos5MessageDb::groupThatIsMissing()
+{
+    m_case->made->group(1, 5, {u"111"_s});
+    m_case->made->group(2, 6, {u"222"_s});
+    m_case->made->text(5, 1, newYear2012Unix, 2, u"111"_s, u"x"_s);
+    m_case->made->text(6, 2, newYear2012Unix, 2, u"222"_s, u"its group is gone"_s);
+    m_case->made->run(u"delete from msg_group where rowid=2"_s);
+    m_case->load();
+    QVERIFY(!m_case->message(6)->chat);
+    QCOMPARE(m_case->db->countMessages(), 2);
+    QCOMPARE(m_case->db->report().count("IDS_ISSUE_MESSAGES_OF_MISSING_CHATS"), 1);
 }
 
 void TestIos5MessageDb::sendersInAGroup()
@@ -425,7 +442,8 @@ void TestIos5MessageDb::hostileRows()
     const Report &report = m_case->db->report();
     QCOMPARE(report.count("IDS_ISSUE_MESSAGE_ROWS"),
              2); // a group and an attachment whose numbers are others'
-    QCOMPARE(report.issues().size(), 1);
+    QCOMPARE(report.count("IDS_ISSUE_ATTACHMENT_ROWS"), 1); // the one without a GUID
+    QCOMPARE(report.issues().size(), 2);
 }
 
 void TestIos5MessageDb::hugeTextAndCrowd()

@@ -14,6 +14,7 @@ Q_DECLARE_METATYPE(Generation)
 namespace {
 constexpr int minDate = std::numeric_limits<int>::min();
 constexpr int maxDate = std::numeric_limits<int>::max();
+const QString databaseName = QStringLiteral("sms.db");
 
 std::vector<qint64> rowids(const std::vector<_MsgMessage *> &messages)
 {
@@ -44,6 +45,11 @@ public:
 Issue hidden(const char *what, qint64 count)
 {
     return {.kind = IssueKind::Hidden, .what = what, .count = count};
+}
+
+Issue damaged(const char *what)
+{
+    return {.what = what, .where = databaseName};
 }
 
 class StopAtOnce : public NoProgress
@@ -108,7 +114,8 @@ DeviceMessages &TestIos6MessageDb::make(Generation generation)
 IOS6MessageDb &TestIos6MessageDb::load(ContactNames names, FileSource *source, Scope scope)
 {
     m_made.reset();
-    m_db = std::make_unique<IOS6MessageDb>(m_folder->filePath(QStringLiteral("sms.db")), source, names);
+    m_db = std::make_unique<IOS6MessageDb>(DatabaseFile{m_folder->filePath(databaseName), databaseName},
+                                           source, names);
     m_db->setScope(scope);
     m_db->loadChats();
     m_db->loadMessages(0, m_progress);
@@ -144,6 +151,8 @@ void TestIos6MessageDb::dates()
     IOS6MessageDb &db = load();
     QTEST(db.chat(1)->messages.at(0)->date, "expected");
     QTEST(db.chat(1)->_last, "expected");
+    const int date = db.chat(1)->messages.at(0)->date;
+    QCOMPARE(db.report().count("IDS_ISSUE_MESSAGE_DATES"), date == minDate || date == maxDate);
 }
 
 void TestIos6MessageDb::lastDateOfLocalStore()
@@ -205,14 +214,20 @@ void TestIos6MessageDb::everything()
     QCOMPARE(usual.select({}, minDate, maxDate).size(), 3u);
     QCOMPARE(usual.countMessages(), 3);
     QCOMPARE(usual.report().issues(),
-             (QList<Issue>{hidden("IDS_ISSUE_SYSTEM_ITEMS", 1), hidden("IDS_ISSUE_MESSAGES_OF_NO_CHAT", 2)}));
+             (QList<Issue>{damaged("IDS_ISSUE_MESSAGES_OF_MISSING_CHATS"),
+                           hidden("IDS_ISSUE_SYSTEM_ITEMS", 1), hidden("IDS_ISSUE_MESSAGES_OF_NO_CHAT", 2)}));
+    QCOMPARE(rowids(usual.conversations().back()->messages), std::vector<qint64>{4});
 
     IOS6MessageDb &all = load(ContactNames::AsStored, nullptr, Scope::Everything);
     const std::vector<MessageRef> listed = all.select({}, minDate, maxDate);
     QCOMPARE(listed.size(), 6u);
     QCOMPARE(all.countMessages(), 6);
     QCOMPARE(all.countMessagesByChat().at(1), 3);
-    QVERIFY(all.report().isEmpty());
+    QCOMPARE(all.report().issues(), QList<Issue>{damaged("IDS_ISSUE_MESSAGES_OF_MISSING_CHATS")});
+    QCOMPARE(all.chats().size(), 1u);
+    QVERIFY(all.conversations().back()->isNone());
+    QCOMPARE(rowids(all.conversations().back()->messages), (std::vector<qint64>{4, 5, 6}));
+    QCOMPARE(all.select({_MsgChat::none}, minDate, 4).size(), 3u);
     const auto alone = std::find_if(listed.begin(), listed.end(),
                                     [](const MessageRef &ref) { return ref.message->rowid == 5; });
     QVERIFY(!alone->chat && alone->message->attachments.size() == 1);
@@ -272,7 +287,12 @@ void TestIos6MessageDb::danglingRows()
                             "with recursive n(i) as (select 1 union all select i + 1 from n where i < 300)"
                             " insert into chat_message_join select i % 5, 1000 + i from n"));
     IOS6MessageDb &db = load();
-    QCOMPARE(db.report().issues(), QList<Issue>{hidden("IDS_ISSUE_MESSAGES_OF_NO_CHAT", 1)});
+    const QList<Issue> told{damaged("IDS_ISSUE_MESSAGES_OF_MISSING_CHATS"),
+                            damaged("IDS_ISSUE_ATTACHMENT_ROWS"), hidden("IDS_ISSUE_MESSAGES_OF_NO_CHAT", 1)};
+    QCOMPARE(db.report().issues(), told);
+    db.loadMessages(1, m_progress);
+    QCOMPARE(db.countMessages(), 2);
+    QCOMPARE(db.report().issues(), told);
     QCOMPARE(db.messageCount(), 2u);
     QCOMPARE(db.chat(1)->handles.size(), 1u);
     const _MsgMessage &message = *db.chat(1)->messages.at(0);
