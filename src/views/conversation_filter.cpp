@@ -33,3 +33,12 @@ bool ConversationFilter::filterAcceptsRow(int row, const QModelIndex &parent) co
                                                       .toString()
                                                       .contains(m_text, Qt::CaseInsensitive);
 }
+
+bool ConversationFilter::lessThan(const QModelIndex &left, const QModelIndex &right) const
+{
+    const auto *model = static_cast<const ItemModelSms *>(sourceModel());
+    const bool leftIsNone = model->chat(left.row()).isNone();
+    if (leftIsNone != model->chat(right.row()).isNone())
+        return leftIsNone == (sortOrder() == Qt::DescendingOrder);
+    return QSortFilterProxyModel::lessThan(left, right);
+}

@@ -4,8 +4,8 @@
 
 #include <QSortFilterProxyModel>
 
-/// Sorts conversations by their raw values and keeps those whose name or address holds a text, and those that
-/// somebody else found it in.
+/// Sorts conversations by their raw values, the messages of none always last, and keeps those whose name or
+/// address holds a text, and those that somebody else found it in.
 class ConversationFilter : public QSortFilterProxyModel
 {
     Q_OBJECT
@@ -21,6 +21,7 @@ public:
 
 protected:
     bool filterAcceptsRow(int row, const QModelIndex &parent) const override;
+    bool lessThan(const QModelIndex &left, const QModelIndex &right) const override;
 
 private:
     QString m_text;

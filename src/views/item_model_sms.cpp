@@ -127,7 +127,7 @@ void ItemModelSms::fill()
     m_rows.clear();
     if (!m_messages)
         return;
-    for (const _MsgChat *chat : m_messages->database->chats()) {
+    for (const _MsgChat *chat : m_messages->database->conversations()) {
         Row row = makeRow(*chat, m_range);
         if (row.messages > 0)
             m_rows.push_back(std::move(row));

@@ -7,7 +7,8 @@
 #include <QHash>
 #include <QPixmap>
 
-/// The conversations of a message source that have messages within a stretch of time. Keeps the source alive.
+/// The conversations of a message source that have messages within a stretch of time, last the messages of no
+/// conversation. Keeps the source alive.
 class ItemModelSms : public QAbstractTableModel
 {
     Q_OBJECT

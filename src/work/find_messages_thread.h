@@ -8,8 +8,8 @@
 /// By conversation, the row id of the first message that was found in it.
 using FoundMessages = std::unordered_map<const _MsgChat *, qint64>;
 
-/// Looks in the subjects and texts of the messages between two dates (Apple absolute seconds, both count) for
-/// `text`, whatever its case. Throws Cancelled.
+/// Looks in the subjects and texts of the messages, and in what is said of system items, between two dates
+/// (Apple absolute seconds, both count) for `text`, whatever its case. Throws Cancelled.
 FoundMessages findMessages(const AbsMessageDb &messages, const QString &text, qint64 from, qint64 to,
                            Progress &progress);
 

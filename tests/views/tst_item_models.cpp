@@ -113,6 +113,13 @@ void TestItemModels::conversationFilter()
         QVERIFY(proxy.index(row - 1, ItemModelSms::Count).data(ItemModelSms::SortRole).toLongLong() >=
                 proxy.index(row, ItemModelSms::Count).data(ItemModelSms::SortRole).toLongLong());
 
+    NoProgress nobody;
+    model.setMessages(loadMessages({m_backup}, nobody, Scope::Everything));
+    for (const Qt::SortOrder order : {Qt::AscendingOrder, Qt::DescendingOrder}) {
+        proxy.sort(ItemModelSms::Name, order);
+        QVERIFY(model.chat(proxy.mapToSource(proxy.index(proxy.rowCount() - 1, 0)).row()).isNone());
+    }
+
     const _MsgChat &chat = model.chat(0);
     QVERIFY(!chat.handles.empty());
     proxy.setText(chat.handles.front()->id.toUpper());
