@@ -1,5 +1,6 @@
 #include "sqlite/mend.h"
 
+#include "base/report.h"
 #include "sqlite/foreign_guard.h"
 
 #include <sqlite3.h>
@@ -57,18 +58,35 @@ RowsRead copyTable(const Sqlite3DB &from, Sqlite3DB &to, const TableRows &what, 
     to.executeThrow(QStringLiteral("create table %1(%2)").arg(table, columns.definitions.join(u',')));
     Sqlite3Cursor insert = to.queryThrow(
         QStringLiteral("insert into %1(%2) values(%3)").arg(table, columns.names.join(u','), columns.values));
-    return readRows(from, what, report, [&](const Sqlite3Cursor &row) {
+    qint64 refused = 0;
+    RowsRead read = readRows(from, what, report, [&](const Sqlite3Cursor &row) {
         return [&] {
             int position = 0;
             for (int column = 0; column < row.count(); ++column)
                 if (column - 1 != columns.rowid || column == 0)
                     sqlite3_bind_value(insert.statement(), ++position,
                                        sqlite3_column_value(row.statement(), column));
-            insert.executeUnlessTaken();
+            if (!insert.executeUnlessTaken())
+                ++refused;
         };
     });
+    if (refused == 0)
+        return read;
+    report.add({.what = "IDS_ISSUE_ROWS_DAMAGED",
+                .where = from.name(),
+                .count = refused,
+                .reason = what.table + QStringLiteral(": row ids stand in it twice")});
+    read.isWhole = false;
+    return read;
 }
 } // namespace
+
+std::optional<QString> faultOf(const Sqlite3DB &db)
+{
+    Sqlite3Cursor row = db.queryThrow(QStringLiteral("pragma quick_check(1)"));
+    const QString answer = row.moveNext() ? row.getText(0) : QString();
+    return answer == QLatin1String("ok") ? std::nullopt : std::optional(answer.simplified());
+}
 
 QSet<QString> mend(Sqlite3DB &db, const QStringList &tables, Report &report)
 {
