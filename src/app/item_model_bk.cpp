@@ -76,17 +76,22 @@ QString countText(NodeKind kind, const std::optional<BackupCounts> &counts)
     return counts ? countText(counts->of(*dataClassOf(kind))) : QStringLiteral("\u2026");
 }
 
-std::optional<qint64> countOf(PersonalSource &records, NodeKind kind, const QString &folder)
+// A number that lacks something is none.
+std::optional<qint64> countOf(PersonalSource &records, NodeKind kind, const QString &folder, Report &report)
 {
+    Report found;
+    std::optional<qint64> count;
     try {
-        if (kind == NodeKind::Messages)
-            return hasLocalMessages(folder) ? openLocalMessages(folder).database->countMessages() : 0;
-        Report report;
-        return records.count(*dataClassOf(kind), report);
+        count = kind == NodeKind::Messages ? countLocalMessages(folder, found)
+                                           : records.count(*dataClassOf(kind), found);
     } catch (const Error &error) {
-        qWarning("A class of the local database %s is not counted: %s", qUtf8Printable(folder), error.what());
-        return std::nullopt;
+        found.add({.kind = IssueKind::Damaged,
+                   .what = "IDS_ISSUE_NOT_COUNTED",
+                   .where = dataClassName(*dataClassOf(kind)),
+                   .reason = error.sentence()});
     }
+    report.merge(found);
+    return found.isFailure() ? std::nullopt : count;
 }
 } // namespace
 
@@ -128,7 +133,8 @@ QVariant BkNode::data(int role) const
     case Qt::DecorationRole:
         return listIcon(iconOf(m_kind));
     case Qt::ToolTipRole:
-        return toolTipOf(m_backup ? m_label + QLatin1Char('\n') + m_backup->info().folder : m_folder);
+        return m_backup ? toolTipOf(m_label + QLatin1Char('\n') + m_backup->info().folder)
+                        : toolTipOf((QStringList(m_folder) + problemsOf(m_report)).join(QLatin1Char('\n')));
     default:
         return {};
     }
@@ -181,23 +187,26 @@ BkNode *ItemModelBK::findLocalDatabase(const QString &folder) const
 BkNode *ItemModelBK::addLocalDatabase(const QString &folder)
 {
     const std::unique_ptr<PersonalSource> records = openLocalRecords(folder);
-    BkNode *known = findLocalDatabase(folder);
-    if (known) {
-        for (const auto &child : known->children()) {
-            auto *node = static_cast<BkNode *>(child.get());
-            for (const auto &[kind, label] : localClasses)
-                if (kind == node->kind())
-                    node->m_label = textFor(label).arg(countText(countOf(*records, kind, folder)));
-            emit dataChanged(indexOf(node), indexOf(node));
-        }
-        return known;
+    Report report;
+    BkNode *node = findLocalDatabase(folder);
+    if (!node) {
+        auto made = std::make_unique<BkNode>(NodeKind::LocalDatabase, QFileInfo(folder).fileName());
+        made->m_folder = folder;
+        node = static_cast<BkNode *>(append(m_localDatabases, std::move(made)));
+        for (const auto &[kind, label] : localClasses)
+            add(node, kind, {});
     }
-    auto node = std::make_unique<BkNode>(NodeKind::LocalDatabase, QFileInfo(folder).fileName());
-    node->m_folder = folder;
-    auto *added = static_cast<BkNode *>(append(m_localDatabases, std::move(node)));
-    for (const auto &[kind, label] : localClasses)
-        add(added, kind, textFor(label).arg(countText(countOf(*records, kind, folder))));
-    return added;
+    for (const auto &child : node->children()) {
+        auto *of = static_cast<BkNode *>(child.get());
+        for (const auto &[kind, label] : localClasses)
+            if (kind == of->kind())
+                of->m_label = textFor(label).arg(countText(countOf(*records, kind, folder, report)));
+        emit dataChanged(indexOf(of), indexOf(of));
+    }
+    node->m_report = report;
+    for (const QString &problem : problemsOf(report))
+        qWarning("The local database %s: %s", qUtf8Printable(folder), qUtf8Printable(problem));
+    return node;
 }
 
 BkNode *ItemModelBK::addMessageFile(const QString &path, qint64 messages)

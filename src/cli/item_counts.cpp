@@ -1,7 +1,6 @@
 #include "cli/item_counts.h"
 
 #include "backup/backup_manifest.h"
-#include "backup/device_database.h"
 #include "base/error.h"
 #include "base/report.h"
 #include "cli/json_writer.h"
@@ -9,22 +8,12 @@
 #include "cli/personal_command.h"
 #include "messages/message_source.h"
 #include "personal/media_items.h"
-#include "sqlite/sqlite3_db.h"
+#include "sqlite/mend.h"
 
 #include <QDir>
 #include <QFileInfo>
 
 namespace {
-const SourceFile messageFile{QStringLiteral("HomeDomain"), QStringLiteral("Library/SMS/sms.db")};
-
-/// Nothing when the database is whole.
-std::optional<QString> faultOf(const Sqlite3DB &db)
-{
-    Sqlite3Cursor row = db.queryThrow(QStringLiteral("pragma quick_check(1)"));
-    const QString answer = row.moveNext() ? row.getText(0) : QString();
-    return answer == QLatin1String("ok") ? std::nullopt : std::optional(answer.simplified());
-}
-
 std::optional<qint64> countClass(BackupManifest &backup, PersonalSource &records, DataClass dataClass,
                                  Report &report)
 {
@@ -33,20 +22,7 @@ std::optional<qint64> countClass(BackupManifest &backup, PersonalSource &records
     if (isMediaClass(dataClass))
         return countMedia(backup, dataClass, report);
     const bool hasMessages = backup.wellKnown(WellKnown::MessageDatabase) != FileCatalogue::none;
-    if (!hasMessages)
-        return 0;
-    const std::unique_ptr<AbsMessageDb> messages = openMessageDb(backup);
-    const qint64 count = messages->countMessages();
-    report.merge(messages->report());
-    // Counting looks at a few of the tables, and at no text.
-    Sqlite3DB whole;
-    if (!messages->report().isFailure() && openDeviceDatabase(whole, backup, messageFile))
-        if (const auto fault = faultOf(whole))
-            report.add({.kind = IssueKind::Damaged,
-                        .what = "IDS_ISSUE_DATABASE_DAMAGED",
-                        .where = messageFile.display(),
-                        .reason = *fault});
-    return count;
+    return hasMessages ? countMessages(backup, report) : 0;
 }
 
 template <typename Count>
@@ -63,7 +39,7 @@ std::optional<qint64> countOrNothing(DataClass dataClass, Report &report, Count 
     }
 }
 
-/// The same of a store, which need not be there.
+/// What is damaged in a store, which need not be there.
 std::optional<QString> faultOf(const QString &path)
 {
     if (!QFileInfo::exists(path))
@@ -114,9 +90,8 @@ ItemCounts countLocalItems(const QString &folder, Report &report)
         counts.append({dataClass, countOrNothing(dataClass, report, [&]() -> std::optional<qint64> {
                            if (const auto fault = faultOf(QDir(folder).filePath(storeFile(dataClass))))
                                throw Error(*fault, ErrorKind::Damaged);
-                           return dataClass == DataClass::Messages
-                                      ? openLocalMessages(folder).database->countMessages()
-                                      : records->count(dataClass, report);
+                           return dataClass == DataClass::Messages ? countLocalMessages(folder, report)
+                                                                   : records->count(dataClass, report);
                        })});
     }
     return counts;

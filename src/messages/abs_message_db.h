@@ -73,6 +73,10 @@ protected:
 /// cannot be read. `source` must outlive the result.
 std::unique_ptr<AbsMessageDb> openMessageDb(FileSource &source);
 
+/// The number of messages that are listed of an opened backup. What is damaged goes into the report: of the
+/// tables that counting looks at, else of the database. Throws Error as openMessageDb() does.
+qint64 countMessages(FileSource &source, Report &report);
+
 /// Opens one message database file of a device. `source`, which may be null, has its attachments and the
 /// address book. Throws Error.
 std::unique_ptr<AbsMessageDb> openMessageDbFile(const DatabaseFile &file, FileSource *source);

@@ -94,6 +94,16 @@ MessageSource openLocalMessages(const QString &folder)
     return openStore(folder, LocalMessageStore(folder));
 }
 
+qint64 countLocalMessages(const QString &folder, Report &report)
+{
+    if (!hasLocalMessages(folder))
+        return 0;
+    const MessageSource messages = openLocalMessages(folder);
+    const qint64 count = messages.database->countMessages();
+    report.merge(messages.database->report());
+    return count;
+}
+
 MessageSource openRecycledMessages(const QString &folder)
 {
     return openStore(folder, MessageRecycleDb(folder));

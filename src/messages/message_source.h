@@ -13,6 +13,8 @@ struct MessageSource
 bool hasLocalMessages(const QString &folder);
 /// The message store of the local database in `folder`; no messages when there is none. Throws Error.
 MessageSource openLocalMessages(const QString &folder);
+/// How many are listed there, and what is damaged. Throws Error.
+qint64 countLocalMessages(const QString &folder, Report &report);
 /// What was deleted from it.
 MessageSource openRecycledMessages(const QString &folder);
 

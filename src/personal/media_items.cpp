@@ -189,9 +189,9 @@ qint64 countMedia(BackupManifest &backup, DataClass dataClass, Report &report)
     case DataClass::Recordings:
         return hasRecordings(backup) ? readRecordings(backup, report).size() : 0;
     case DataClass::Videos:
-        return cameraRollItems(backup, CameraRollKind::Video).size();
+        return readCameraRoll(backup, CameraRollKind::Video, report).size();
     default:
-        return cameraRollItems(backup, CameraRollKind::Photo).size();
+        return readCameraRoll(backup, CameraRollKind::Photo, report).size();
     }
 }
 
@@ -215,6 +215,13 @@ bool isCameraVideo(QByteArrayView path)
     const QByteArray lower = path.last(std::min<qsizetype>(path.size(), 4)).toByteArray().toLower();
     return std::any_of(std::begin(endings), std::end(endings),
                        [&](QByteArrayView ending) { return lower == ending; });
+}
+
+QList<FileCatalogue::Index> readCameraRoll(const BackupManifest &backup, CameraRollKind kind, Report &report)
+{
+    const QList<FileCatalogue::Index> items = cameraRollItems(backup, kind);
+    reportMissingContent(backup, items, report);
+    return items;
 }
 
 QList<FileCatalogue::Index> cameraRollItems(const BackupManifest &backup, CameraRollKind kind)

@@ -52,3 +52,5 @@ bool isCameraVideo(QByteArrayView path);
 
 /// The pictures or the videos of the camera roll, by path.
 QList<FileCatalogue::Index> cameraRollItems(const BackupManifest &backup, CameraRollKind kind);
+/// The same, and tells of those whose content is missing, for which it looks at every file.
+QList<FileCatalogue::Index> readCameraRoll(const BackupManifest &backup, CameraRollKind kind, Report &report);

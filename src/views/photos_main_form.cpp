@@ -8,7 +8,9 @@
 #include "views/photo_grid.h"
 #include "views/state_stack.h"
 #include "views/view_header.h"
+#include "work/background_job.h"
 #include "work/export_bk_file_thread.h"
+#include "work/load_items_thread.h"
 #include "work/run_job.h"
 
 #include <QAction>
@@ -26,6 +28,12 @@ constexpr int smallestCell = 80;
 constexpr int largestCell = 320;
 constexpr int cellStep = 20;
 constexpr int sliderWidth = 140;
+
+template <CameraRollKind Kind>
+QList<FileCatalogue::Index> readRoll(BackupManifest &backup, Report &report)
+{
+    return readCameraRoll(backup, Kind, report);
+}
 } // namespace
 
 PhotosMainForm::PhotosMainForm(OpenBackupPtr backup, CameraRollKind kind, QWidget *parent)
@@ -38,6 +46,7 @@ PhotosMainForm::PhotosMainForm(OpenBackupPtr backup, CameraRollKind kind, QWidge
       m_size(new QSlider(Qt::Horizontal)),
       m_states(new StateStack(m_grid)),
       m_opener(new FileOpener(m_backup, this)),
+      m_notices(new NoticeBar),
       m_open(new QAction(textFor("IDS_OPEN_ITEM"), this))
 {
     buildHeader();
@@ -46,9 +55,7 @@ PhotosMainForm::PhotosMainForm(OpenBackupPtr backup, CameraRollKind kind, QWidge
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(m_header);
-    auto *notices = new NoticeBar;
-    notices->setReport(m_backup->manifest().report());
-    layout->addWidget(notices);
+    layout->addWidget(m_notices);
     layout->addWidget(m_states, 1);
     connect(m_filter, &QLineEdit::textChanged, this, &PhotosMainForm::applyFilter);
     connect(m_header, &ViewHeader::filterLeft, m_grid, [this] { m_grid->setFocus(); });
@@ -101,6 +108,22 @@ void PhotosMainForm::reload()
     connect(m_model.get(), &ItemModelPhotoIcon::thumbnailsArrived, this, &PhotosMainForm::thumbnailRefresh);
     connect(m_grid->selectionModel(), &QItemSelectionModel::selectionChanged, this, &PhotosMainForm::refresh);
     applyFilter();
+    lookForContent();
+}
+
+// Fifty thousand files are not looked at on the window's thread.
+void PhotosMainForm::lookForContent()
+{
+    m_notices->setReport(m_backup->manifest().report());
+    using Worker = LoadItemsThread<FileCatalogue::Index>;
+    auto worker =
+        std::make_unique<Worker>(m_backup, m_kind == CameraRollKind::Photo ? readRoll<CameraRollKind::Photo>
+                                                                           : readRoll<CameraRollKind::Video>);
+    const Worker *looking = worker.get();
+    m_look = std::make_unique<BackgroundJob>(std::move(worker));
+    connect(m_look.get(), &BackgroundJob::succeeded, this,
+            [this, looking] { m_notices->setReport(looking->report()); });
+    m_look->start();
 }
 
 QString PhotosMainForm::noneText() const

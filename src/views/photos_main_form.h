@@ -5,8 +5,10 @@
 #include "views/data_view.h"
 #include "work/open_backup.h"
 
+class BackgroundJob;
 class FileOpener;
 class ItemModelPhotoIcon;
+class NoticeBar;
 class PhotoGrid;
 class QSlider;
 class StateStack;
@@ -45,10 +47,13 @@ private:
     QSlider *m_size;
     StateStack *m_states;
     FileOpener *m_opener;
+    NoticeBar *m_notices;
+    std::unique_ptr<BackgroundJob> m_look; // for content that is missing
     QAction *m_open;
 
     void buildHeader();
     void buildGrid();
+    void lookForContent();
     void applyFilter();
     QString noneText() const;
     void refresh();

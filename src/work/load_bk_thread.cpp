@@ -47,7 +47,7 @@ std::optional<qint64> countClass(BackupManifest &manifest, PersonalSource &recor
     if (dataClass != DataClass::Messages)
         return records.has(dataClass) ? records.count(dataClass, report) : 0;
     const bool hasMessages = manifest.wellKnown(WellKnown::MessageDatabase) != FileCatalogue::none;
-    return hasMessages ? openMessageDb(manifest)->countMessages() : 0;
+    return hasMessages ? countMessages(manifest, report) : 0;
 }
 
 void countAll(BackupManifest &manifest, BackupCounts &counts, Progress &progress)

@@ -3,6 +3,8 @@
 #include "resources/resources.h"
 
 #include <QAbstractItemModelTester>
+#include <QFile>
+#include <QTemporaryDir>
 #include <QTest>
 
 class TestItemModelBK : public QObject
@@ -14,6 +16,7 @@ private slots:
     void roots();
     void backupNodes();
     void sources();
+    void damagedLocalDatabase();
 };
 
 void TestItemModelBK::initTestCase()
@@ -94,6 +97,23 @@ void TestItemModelBK::sources()
     QCOMPARE(model.sourceOf(ofFile).node()->folder(), QStringLiteral("/macs/chat.db"));
     QVERIFY(!model.sourceOf(ofFile).backup && !model.sourceOf(ofFile).localDatabase);
     QCOMPARE(model.backupUids().size(), 1);
+}
+
+void TestItemModelBK::damagedLocalDatabase()
+{
+    const QTemporaryDir folder;
+    QFile store(folder.filePath(QStringLiteral("messages.db")));
+    QVERIFY(store.open(QIODevice::WriteOnly) && store.write(QByteArray(5000, 'x')) == 5000);
+    store.close();
+    ItemModelBK model;
+    BkNode *database = model.addLocalDatabase(folder.path());
+    QCOMPARE(database->children().front()->data(Qt::DisplayRole).toString(), QStringLiteral("SMS(?)"));
+    QVERIFY(database->data(Qt::ToolTipRole).toString().contains(QStringLiteral("messages")));
+    QVERIFY(database->report().isFailure());
+    QVERIFY(store.remove());
+    QCOMPARE(model.addLocalDatabase(folder.path()), database);
+    QCOMPARE(database->children().front()->data(Qt::DisplayRole).toString(), QStringLiteral("SMS(0)"));
+    QVERIFY(database->report().isEmpty());
 }
 
 QTEST_MAIN(TestItemModelBK)

@@ -81,6 +81,7 @@ private slots:
     void thumbnailsComeOfWhatIsOnTheScreen();
     void keysAndSelection();
     void filterAndStates();
+    void missingContentIsTold();
     void exportsSelectionOrAll();
     void opensByItsLastEndingAlone();
 };
@@ -292,6 +293,21 @@ void TestPhotosForm::filterAndStates()
     QVERIFY(!form.exportAction()->isEnabled());
     form.filterEdit()->clear();
     QVERIFY(gridOf(form)->isVisible());
+}
+
+void TestPhotosForm::missingContentIsTold()
+{
+    const SampleBackup sample;
+    const OpenBackupPtr backup = sample.opened();
+    const auto film = cameraRollItems(backup->manifest(), CameraRollKind::Video).front();
+    QVERIFY(QFile::remove(backup->manifest().filePath(film)));
+    const PhotosMainForm photos(backup, CameraRollKind::Photo);
+    const PhotosMainForm videos(backup, CameraRollKind::Video);
+    const auto notice = [](const PhotosMainForm &form) {
+        return form.findChild<QLabel *>(u"lbNotice"_s)->text();
+    };
+    QTRY_VERIFY(notice(videos).startsWith(u"1 "_s));
+    QVERIFY(notice(photos).isEmpty());
 }
 
 void TestPhotosForm::exportsSelectionOrAll()

@@ -2,8 +2,10 @@
 #include "base/error.h"
 #include "base/texts.h"
 #include "messages/abs_message_db.h"
+#include "personal/media_items.h"
 #include "recording_receiver.h"
 #include "resources/resources.h"
+#include "sqlite/sqlite3_db.h"
 #include "support/sample_backup.h"
 #include "work/export_messages_thread.h"
 #include "work/itunes_cache_sms_thread.h"
@@ -49,6 +51,7 @@ private slots:
     void initTestCase();
     void loadCountsMessages();
     void loadSurvivesADamagedMessageDatabase();
+    void loadTellsWhatCountingFinds();
     void loadStops_data();
     void loadStops();
     void countsByTheirNames();
@@ -89,6 +92,23 @@ void TestWorkers::loadSurvivesADamagedMessageDatabase()
     const BackupCounts counts = loadBackup(*sample.described(), nobody);
     QVERIFY2(!counts.of(DataClass::Messages), "no zero for what cannot be read");
     QVERIFY(counts.of(DataClass::Contacts) && counts.report.isFailure());
+}
+
+void TestWorkers::loadTellsWhatCountingFinds()
+{
+    const SampleBackup sample;
+    {
+        Sqlite3DB db;
+        db.openThrow(contentPath(sample, QStringLiteral("Library/SMS/sms.db")), SqliteOpen::ReadWrite);
+        db.executeThrow(QStringLiteral("update chat set rowid=999 where rowid=1"));
+    }
+    const OpenBackupPtr backup = sample.opened();
+    const auto photo = cameraRollItems(backup->manifest(), CameraRollKind::Photo).front();
+    QVERIFY(QFile::remove(backup->manifest().filePath(photo)));
+    NoProgress nobody;
+    const BackupCounts counts = loadBackup(*sample.described(), nobody);
+    QVERIFY(counts.of(DataClass::Messages) && counts.report.count("IDS_ISSUE_MESSAGES_OF_MISSING_CHATS") > 0);
+    QCOMPARE(counts.report.count("IDS_ISSUE_CONTENT_MISSING"), 1);
 }
 
 void TestWorkers::loadStops_data()
