@@ -56,23 +56,31 @@ private:
     const ShownPage &m_page;
 };
 
-/// The attachment's file here on the computer; nothing when it cannot be had, which the log then tells.
-std::optional<QString> fetched(const ShownPage &page, const _MsgAttachment &attachment)
+/// An attachment's file here on the computer; no path when it is not there, or cannot be had for the reason.
+struct Fetched
 {
     std::optional<QString> path;
+    QString reason;
+};
+
+Fetched fetched(const ShownPage &page, const _MsgAttachment &attachment)
+{
+    Fetched file;
     try {
         PageProgress progress(page);
-        page.owner->files.use(progress, [&](FileSource *source) { path = viewableFile(attachment, source); });
+        page.owner->files.use(progress,
+                              [&](FileSource *source) { file.path = viewableFile(attachment, source); });
     } catch (const Error &error) {
+        file.reason = error.sentence();
         qWarning("An attachment is not shown: %s", error.what());
     }
-    return path;
+    return file;
 }
 
 /// The picture that stands for an attachment; empty when there is none.
 QByteArray smallPicture(const ShownPage &page, const _MsgAttachment &attachment)
 {
-    const std::optional<QString> file = fetched(page, attachment);
+    const std::optional<QString> file = fetched(page, attachment).path;
     if (!file)
         return {};
     const bool isCard = attachmentKind(attachment.mime_type) == AttachmentKind::VCard;
@@ -88,8 +96,9 @@ public:
     QByteArray link(const _MsgAttachment &attachment) override
     {
         // A text that is not there leaves no bubble. Anything else says so when it is clicked.
-        if (attachmentKind(attachment.mime_type) == AttachmentKind::PlainText && !fetched(m_page, attachment))
-            return "#";
+        if (attachmentKind(attachment.mime_type) == AttachmentKind::PlainText)
+            if (const Fetched file = fetched(m_page, attachment); !file.path && file.reason.isEmpty())
+                return "#";
         return attachmentPath.toLatin1() + QByteArray::number(attachment.rowid);
     }
     QByteArray picture(const _MsgAttachment &attachment) override
@@ -101,10 +110,12 @@ public:
     }
     std::optional<QString> text(const _MsgAttachment &attachment) override
     {
-        const std::optional<QString> path = fetched(m_page, attachment);
-        if (!path || QFileInfo(*path).size() > longestShownTextBytes)
+        const Fetched file = fetched(m_page, attachment);
+        if (!file.reason.isEmpty())
+            return file.reason;
+        if (!file.path || QFileInfo(*file.path).size() > longestShownTextBytes)
             return std::nullopt;
-        return QString::fromUtf8(contentOf(*path));
+        return QString::fromUtf8(contentOf(*file.path));
     }
 
 private:
@@ -198,6 +209,7 @@ void PageServer::answerLater(QWebEngineUrlRequestJob *job, std::function<Answer(
             // Nobody waits for it.
         } catch (const std::exception &error) {
             qWarning("A part of a conversation is not shown: %s", error.what());
+            made = {"text/plain", error.what()};
         }
         QMetaObject::invokeMethod(
             this,

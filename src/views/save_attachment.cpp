@@ -18,8 +18,7 @@ void saveAttachment(const QString &path, QWidget *parent)
     try {
         copyFile(path, target);
     } catch (const Error &error) {
-        qWarning("%s", error.what());
-        showErrorBox(textFor("IDS_CANT_SAVE_ATTACHMENT"));
+        showErrorBox(textFor("IDS_CANT_SAVE_ATTACHMENT") + QLatin1Char('\n') + error.sentence());
         return;
     }
     showInformationBox(textFor("IDS_SUC_SAVE_ATTACHMENT"));

@@ -1,3 +1,4 @@
+#include "base/error.h"
 #include "base/private_folder.h"
 #include "base/texts.h"
 #include "export/sample_messages.h"
@@ -7,6 +8,7 @@
 #include "support/web_test_main.h"
 #include "views/bubble_view_mgr.h"
 #include "views/conversation_web_page.h"
+#include "views/save_attachment.h"
 
 #include <QBuffer>
 #include <QFileDialog>
@@ -103,9 +105,12 @@ public:
     QString fetchForViewing(const SourceFile &file) override
     {
         fetched << file.relativePath;
+        if (!failure.isEmpty())
+            throw Error(failure, ErrorKind::Damaged);
         return ScratchSource::fetchForViewing(file);
     }
     QStringList fetched;
+    QString failure;
 };
 
 /// A program in front of the others in the search path that notes what it is asked to open.
@@ -177,7 +182,9 @@ private slots:
     void picturesAreFetchedWithTheirPage();
     void attachmentIsMissing();
     void attachmentIsOpened();
+    void textCannotBeRead();
     void attachmentIsSaved();
+    void attachmentCannotBeSaved();
     void followsTheColours();
     void markupOfAMessageIsText();
     void closedProfileReachesNothing();
@@ -256,6 +263,18 @@ void TestBubbleView::attachmentIsMissing()
     QVERIFY(box.text().contains(QStringLiteral("can not find ~/Library/x/gone.jpg.")));
 }
 
+void TestBubbleView::textCannotBeRead()
+{
+    SampleMessages sample;
+    _MsgAttachment &letter = sample.attach(sample.message(nullptr, {}), {}, QStringLiteral("text/plain"));
+    letter.source = {QStringLiteral("M"), QStringLiteral("letter.txt")};
+    Shown shown(sample);
+    shown.source().put(letter.source, "Dear");
+    shown.source().failure = QStringLiteral("the disk is gone");
+    QVERIFY(shown.loaded());
+    QVERIFY2(shown.html().contains(QStringLiteral("the disk is gone")), qPrintable(shown.html()));
+}
+
 void TestBubbleView::attachmentIsOpened()
 {
     const FakeDesktop desktop;
@@ -305,6 +324,22 @@ void TestBubbleView::attachmentIsSaved()
     QCOMPARE(proposed, QDir::home().filePath(QStringLiteral("paper.pdf")));
     QCOMPARE(done->text(), QStringLiteral("Attachment saved successfully."));
     QCOMPARE(readFile(target), QByteArray("new"));
+}
+
+void TestBubbleView::attachmentCannotBeSaved()
+{
+    const QTemporaryDir folder;
+    std::unique_ptr<AnswerBox> told;
+    const OnModal<QFileDialog> choose([&](QFileDialog &dialog) {
+        const QString target = folder.filePath(QStringLiteral("target.pdf"));
+        dialog.findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(target);
+        told = std::make_unique<AnswerBox>();
+        QMetaObject::invokeMethod(&dialog, "accept");
+    });
+    saveAttachment(folder.filePath(QStringLiteral("gone.pdf")), nullptr);
+    QVERIFY(told && told->wasShown());
+    for (const char *said : {"Failed to save attachment.", "No such file"})
+        QVERIFY2(told->text().contains(QLatin1String(said)), qPrintable(told->text()));
 }
 
 void TestBubbleView::followsTheColours()
