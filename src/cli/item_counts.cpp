@@ -7,24 +7,13 @@
 #include "cli/media_command.h"
 #include "cli/personal_command.h"
 #include "messages/message_source.h"
-#include "personal/media_items.h"
-#include "sqlite/mend.h"
+#include "sqlite/sqlite3_db.h"
+#include "work/class_count.h"
 
 #include <QDir>
 #include <QFileInfo>
 
 namespace {
-std::optional<qint64> countClass(BackupManifest &backup, PersonalSource &records, DataClass dataClass,
-                                 Report &report)
-{
-    if (isPersonalClass(dataClass))
-        return records.has(dataClass) ? records.count(dataClass, report) : 0;
-    if (isMediaClass(dataClass))
-        return countMedia(backup, dataClass, report);
-    const bool hasMessages = backup.wellKnown(WellKnown::MessageDatabase) != FileCatalogue::none;
-    return hasMessages ? countMessages(backup, report) : 0;
-}
-
 template <typename Count>
 std::optional<qint64> countOrNothing(DataClass dataClass, Report &report, Count count)
 {
@@ -40,13 +29,14 @@ std::optional<qint64> countOrNothing(DataClass dataClass, Report &report, Count 
 }
 
 /// What is damaged in a store, which need not be there.
-std::optional<QString> faultOf(const QString &path)
+QString faultOf(const QString &path)
 {
     if (!QFileInfo::exists(path))
-        return std::nullopt;
+        return {};
     Sqlite3DB db;
     db.openThrow(path);
-    return faultOf(db);
+    db.checkPages();
+    return db.damage();
 }
 
 QString storeFile(DataClass dataClass)
@@ -88,8 +78,9 @@ ItemCounts countLocalItems(const QString &folder, Report &report)
         if (dataClass != DataClass::Messages && !isPersonalClass(dataClass))
             continue;
         counts.append({dataClass, countOrNothing(dataClass, report, [&]() -> std::optional<qint64> {
-                           if (const auto fault = faultOf(QDir(folder).filePath(storeFile(dataClass))))
-                               throw Error(*fault, ErrorKind::Damaged);
+                           const QString fault = faultOf(QDir(folder).filePath(storeFile(dataClass)));
+                           if (!fault.isEmpty())
+                               throw Error(fault, ErrorKind::Damaged);
                            return dataClass == DataClass::Messages ? countLocalMessages(folder, report)
                                                                    : records->count(dataClass, report);
                        })});

@@ -4,7 +4,6 @@
 #include "base/error.h"
 #include "messages/ios5_message_db.h"
 #include "messages/ios6_message_db.h"
-#include "sqlite/mend.h"
 
 namespace {
 const SourceFile messagesFile{QStringLiteral("HomeDomain"), QStringLiteral("Library/SMS/sms.db")};
@@ -36,15 +35,6 @@ qint64 countMessages(FileSource &source, Report &report)
     const std::unique_ptr<AbsMessageDb> messages = openMessageDb(source);
     const qint64 count = messages->countMessages();
     report.merge(messages->report());
-    // Counting looks at a few of the tables, and at no text.
-    Sqlite3DB whole;
-    if (messages->report().isFailure() || !openDeviceDatabase(whole, source, messagesFile))
-        return count;
-    if (const auto fault = faultOf(whole))
-        report.add({.kind = IssueKind::Damaged,
-                    .what = "IDS_ISSUE_DATABASE_DAMAGED",
-                    .where = messagesFile.display(),
-                    .reason = *fault});
     return count;
 }
 

@@ -81,13 +81,6 @@ RowsRead copyTable(const Sqlite3DB &from, Sqlite3DB &to, const TableRows &what, 
 }
 } // namespace
 
-std::optional<QString> faultOf(const Sqlite3DB &db)
-{
-    Sqlite3Cursor row = db.queryThrow(QStringLiteral("pragma quick_check(1)"));
-    const QString answer = row.moveNext() ? row.getText(0) : QString();
-    return answer == QLatin1String("ok") ? std::nullopt : std::optional(answer.simplified());
-}
-
 QSet<QString> mend(Sqlite3DB &db, const QStringList &tables, Report &report)
 {
     Sqlite3DB copy;

@@ -4,11 +4,6 @@
 
 #include <QSet>
 
-#include <optional>
-
-/// What SQLite finds damaged in a database, its first finding; nothing when it is whole. Reads all of it.
-std::optional<QString> faultOf(const Sqlite3DB &db);
-
 /// Puts a private copy of what can be read of these tables, as readRows() reads them, in the place of an
 /// opened foreign database, for readers that join tables. Tables that the database does not have are passed
 /// over. The copy lies in an unnamed temporary file, of which nothing stays behind. What is lost goes into

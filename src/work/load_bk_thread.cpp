@@ -3,9 +3,8 @@
 #include "base/error.h"
 #include "base/report.h"
 #include "base/texts.h"
-#include "messages/abs_message_db.h"
-#include "personal/media_items.h"
 #include "personal/personal_source.h"
+#include "work/class_count.h"
 
 #include <QFileInfo>
 
@@ -37,17 +36,6 @@ void fetchDatabases(BackupManifest &manifest, Progress &progress)
             qWarning("%s", error.what());
         }
     }
-}
-
-std::optional<qint64> countClass(BackupManifest &manifest, PersonalSource &records, DataClass dataClass,
-                                 Report &report)
-{
-    if (isMediaClass(dataClass))
-        return countMedia(manifest, dataClass, report);
-    if (dataClass != DataClass::Messages)
-        return records.has(dataClass) ? records.count(dataClass, report) : 0;
-    const bool hasMessages = manifest.wellKnown(WellKnown::MessageDatabase) != FileCatalogue::none;
-    return hasMessages ? countMessages(manifest, report) : 0;
 }
 
 void countAll(BackupManifest &manifest, BackupCounts &counts, Progress &progress)
