@@ -326,6 +326,12 @@ bool BackupManifest::isLocked(const SourceFile &file) const
     return index != FileCatalogue::none && d->fetcher.isLocked(index);
 }
 
+std::uint64_t BackupManifest::listedBytes(const SourceFile &file) const
+{
+    const Index index = d->find(file);
+    return index == FileCatalogue::none ? 0 : d->catalogue.sizeBytes(index);
+}
+
 /// Real backups keep some files of the home folder in MediaDomain. When both domains list one, the domain
 /// that has the content is meant.
 SourceFile BackupManifest::fileOfDevicePath(const QString &devicePath) const

@@ -123,6 +123,7 @@ public:
     void fetchTo(const SourceFile &file, const QString &destination,
                  const CopyProgress &progress = {}) override;
     bool isLocked(const SourceFile &file) const override;
+    std::uint64_t listedBytes(const SourceFile &file) const override;
     SourceFile fileOfDevicePath(const QString &devicePath) const override;
     QString fetchForViewing(const SourceFile &file) override;
     qint64 takenAt() const override;

@@ -1,5 +1,6 @@
 #include "backup/extract.h"
 
+#include "backup/content_length.h"
 #include "backup/export_memory.h"
 #include "backup/extract_plan.h"
 #include "backup/extract_progress.h"
@@ -10,6 +11,7 @@
 #include "base/own_file.h"
 #include "base/source_guard.h"
 
+#include <QCryptographicHash>
 #include <QDir>
 #include <QFileInfo>
 #include <QSet>
@@ -48,6 +50,14 @@ QString numbered(const QString &path, int number)
 QString lastName(const QString &path)
 {
     return path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
+}
+
+/// Empty when no file is there.
+QByteArray digestOf(const QString &path)
+{
+    QFile file(path);
+    QCryptographicHash hash(QCryptographicHash::Sha1);
+    return file.open(QIODevice::ReadOnly) && hash.addData(&file) ? hash.result() : QByteArray();
 }
 
 /// What happens to a file that lies in the place of one that is written, and was not written for it.
@@ -342,6 +352,7 @@ void Extraction::extractFile(Index record, const QString &landing, ExtractProgre
     if (isWhole(record, place)) {
         m_report.add({.kind = IssueKind::Remark, .what = filesThere});
     } else {
+        const QByteArray former = m_foreign == Foreign::Replaced ? digestOf(place) : QByteArray();
         try {
             fetch(record, place, progress);
         } catch (const Error &error) {
@@ -351,11 +362,15 @@ void Extraction::extractFile(Index record, const QString &landing, ExtractProgre
             return;
         }
         ++m_report.done;
+        if (!former.isEmpty() && former != digestOf(place))
+            tell(IssueKind::Remark, fileReplaced, record);
         remember(record, place);
     }
     tellName(where(record), landing, place);
     if (m_backup.isLocked(record))
         tell(IssueKind::Locked, fileLocked, record);
+    else if (const QString lack = shortfallOf(place, m_catalogue.sizeBytes(record)); !lack.isEmpty())
+        tell(IssueKind::Damaged, fileCutOff, record, lack);
 }
 
 void Extraction::fetch(Index record, const QString &place, ExtractProgress &progress)

@@ -23,8 +23,10 @@ struct NamedExtract
 /// The texts of what an extraction reports; `where` is the file of the backup.
 inline constexpr const char *fileFailed = "IDS_ISSUE_FILES_FAILED";     // a request that names nothing is one
 inline constexpr const char *fileLocked = "IDS_ISSUE_FILES_LOCKED";     // copied or left as it is stored
+inline constexpr const char *fileCutOff = "IDS_ISSUE_FILES_CUT_OFF";     // copied as far as it goes
 inline constexpr const char *fileRenamed = "IDS_ISSUE_FILES_RENAMED";   // the reason is its new name
 inline constexpr const char *linkLeftOut = "IDS_ISSUE_LINKS_LEFT_OUT";
+inline constexpr const char *fileReplaced = "IDS_ISSUE_FILES_REPLACED";  // something else lay in its place
 inline constexpr const char *filesThere = "IDS_ISSUE_FILES_THERE"; // whole from an earlier run, and left
 
 /// Extracts files and folders into `target`, which is made when missing. A request lands there under its own

@@ -38,6 +38,10 @@ public:
     virtual void fetchTo(const SourceFile &file, const QString &destination,
                          const CopyProgress &progress = {}) = 0;
 
+    /// How many bytes the content has, by what the source says of it; 0 where it says nothing. What fetchTo()
+    /// gives may be shorter.
+    virtual std::uint64_t listedBytes(const SourceFile &) const { return 0; }
+
     /// True when fetchTo gives the file as it is stored, unreadable: it is of a class that the password does
     /// not unlock.
     virtual bool isLocked(const SourceFile &) const { return false; }

@@ -32,6 +32,11 @@ void FolderSource::fetchTo(const SourceFile &file, const QString &destination, c
     copyFile(existing(file), destination, progress);
 }
 
+std::uint64_t FolderSource::listedBytes(const SourceFile &file) const
+{
+    return static_cast<std::uint64_t>(QFileInfo(localPath(file)).size());
+}
+
 QString FolderSource::fetchForViewing(const SourceFile &file)
 {
     return existing(file);

@@ -18,6 +18,7 @@ public:
     std::optional<QString> fetchDatabase(const SourceFile &) override { return std::nullopt; }
     void fetchTo(const SourceFile &file, const QString &destination,
                  const CopyProgress &progress = {}) override;
+    std::uint64_t listedBytes(const SourceFile &file) const override;
     SourceFile fileOfDevicePath(const QString &) const override { return {}; }
     /// The file itself, not a copy.
     QString fetchForViewing(const SourceFile &file) override;

@@ -37,15 +37,23 @@ ExitStatus tellExtraction(const Report &report, CommandContext &context)
         context.tell(line);
     for (const QString &line : linesOf(report, fileLocked, QStringLiteral("copied as stored: the password does not unlock its class")))
         context.tell(line);
+    for (const QString &line : linesOf(report, fileCutOff, QStringLiteral("incomplete in the backup")))
+        context.tell(line);
     tellSome(linesOf(report, linkLeftOut, QStringLiteral("skipped: symbolic links are not made")),
              QStringLiteral("skipped"), context);
     tellSome(linesOf(report, fileRenamed, QStringLiteral("written as")), QStringLiteral("renamed"), context);
+    tellSome(linesOf(report, fileReplaced, QStringLiteral("replaced a file that was there with other content")),
+             QStringLiteral("replaced"), context);
     QString counts = textFor("IDS_FILES_EXTRACTED", report.done) + QStringLiteral(", ") +
                      textFor("IDS_WERE_THERE", report.count(filesThere));
     if (const qint64 failed = report.count(fileFailed); failed > 0)
         counts += QStringLiteral(", %1 failed").arg(failed);
     if (const qint64 locked = report.count(fileLocked); locked > 0)
         counts += QStringLiteral(", %1 still encrypted").arg(locked);
+    if (const qint64 incomplete = report.count(fileCutOff); incomplete > 0)
+        counts += QStringLiteral(", %1 incomplete").arg(incomplete);
+    if (const qint64 replaced = report.count(fileReplaced); replaced > 0)
+        counts += QStringLiteral(", %1 replaced").arg(replaced);
     context.tell(counts);
     return report.isFailure() ? ExitStatus::Failed : ExitStatus::Done;
 }

@@ -55,6 +55,7 @@ QString AttachmentCopies::copy(const _MsgAttachment &attachment)
         addFailure(m_exported.report, attachment, error);
         return {};
     }
+    noteShortfall(m_exported.report, attachment, m_source, target);
     ++m_exported.attachmentsCopied;
     return name;
 }

@@ -61,6 +61,7 @@ void FetchedAttachments::withFile(const _MsgAttachment &attachment,
             throw;
         return addFailure(m_report, attachment, error);
     }
+    noteShortfall(m_report, attachment, m_source, path);
     read(path);
     QFile::remove(path);
 }

@@ -210,6 +210,18 @@ Report exportBookmarks(const BookmarkTree &tree, const QString &path, Progress &
     return written(counted.done());
 }
 
+namespace {
+/// True when a file with other content was there.
+bool replacePage(const QString &path, const QByteArray &page)
+{
+    QFile former(path);
+    const bool isOther = former.open(QIODevice::ReadOnly) && former.readAll() != page;
+    former.close();
+    writeWholeFile(path, page);
+    return isOther;
+}
+} // namespace
+
 Report exportNotes(const QList<NoteEntry> &notes, const QString &folder, Progress &progress)
 {
     makeFolder(folder);
@@ -231,7 +243,8 @@ Report exportNotes(const QList<NoteEntry> &notes, const QString &folder, Progres
                 name = base.chopped(5) + QStringLiteral("(%1).html").arg(++numbers[base]);
             taken.insert(name);
         }
-        writeWholeFile(QDir(folder).filePath(name), page.toUtf8());
+        if (replacePage(QDir(folder).filePath(name), page.toUtf8()))
+            report.add({.kind = IssueKind::Remark, .what = "IDS_ISSUE_FILES_REPLACED", .where = name});
         ++report.done;
         if (refersToServer(note.content))
             report.add({.kind = IssueKind::Remark, .what = "IDS_ISSUE_NOTES_REFER_TO_SERVER", .where = name});

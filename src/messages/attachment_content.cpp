@@ -1,5 +1,6 @@
 #include "messages/attachment_content.h"
 
+#include "backup/content_length.h"
 #include "base/error.h"
 
 #include <QDateTime>
@@ -60,6 +61,15 @@ void fetchContent(const _MsgAttachment &attachment, FileSource *source, const QS
         throw Error(QStringLiteral("can not open %1. Its file is nowhere to be found.")
                         .arg(attachment.displayName()));
     source->fetchTo(attachment.source, destination, progress);
+}
+
+void noteShortfall(Report &report, const _MsgAttachment &attachment, const FileSource *source,
+                   const QString &copy)
+{
+    if (isLocal(attachment) || !source || source->isLocked(attachment.source))
+        return;
+    if (const QString lack = shortfallOf(copy, source->listedBytes(attachment.source)); !lack.isEmpty())
+        report.add({.what = "IDS_ISSUE_FILES_CUT_OFF", .where = placeOf(attachment), .reason = lack});
 }
 
 std::optional<QString> viewableFile(const _MsgAttachment &attachment, FileSource *source)

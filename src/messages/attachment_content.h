@@ -30,6 +30,10 @@ void addFailure(Report &report, const _MsgAttachment &attachment, const Error &e
 void fetchContent(const _MsgAttachment &attachment, FileSource *source, const QString &destination,
                   const CopyProgress &progress = {});
 
+/// Notes when a copy that fetchContent() made is shorter than `source` says that the content is.
+void noteShortfall(Report &report, const _MsgAttachment &attachment, const FileSource *source,
+                   const QString &copy);
+
 /// A file of this computer with the content: where it lies, or a copy that `source` keeps for looking at.
 /// Nothing when it is in neither place. Throws Error when it is there and cannot be fetched.
 std::optional<QString> viewableFile(const _MsgAttachment &attachment, FileSource *source);

@@ -17,6 +17,22 @@ bool isDiskFull(const QString &folder, qint64 neededBytes)
     const qint64 available = QStorageInfo(folder).bytesAvailable();
     return available >= 0 && available < std::max(neededBytes, fullDiskBytes);
 }
+
+/// True when a file goes on where `beginning` ends. Anything else may be what another device had there.
+bool isLongerFormOf(const QString &beginning, const QString &path)
+{
+    constexpr qint64 pieceBytes = 1 << 20;
+    QFile part(beginning);
+    QFile whole(path);
+    if (!part.open(QIODevice::ReadOnly) || !whole.open(QIODevice::ReadOnly) || whole.size() <= part.size())
+        return false;
+    while (!part.atEnd()) {
+        const QByteArray piece = part.read(pieceBytes);
+        if (piece.isEmpty() || whole.read(piece.size()) != piece)
+            return false;
+    }
+    return true;
+}
 } // namespace
 
 AttachmentIntake::AttachmentIntake(const QString &folder, FileSource *source)
@@ -76,7 +92,7 @@ void AttachmentIntake::note(const QString &guid, const SourceFile &place)
 void AttachmentIntake::take(const _MsgAttachment &attachment, const QString &guid, const SourceFile &place)
 {
     if (m_store.hasContent(place))
-        return;
+        return complete(attachment, m_store.localPath(place));
     if (const std::optional<Issue> loss = lossOf(attachment, m_source))
         return m_report.add(*loss);
     const std::optional<QString> destination = containedPath(m_store.folder(), place.relativePath);
@@ -85,14 +101,37 @@ void AttachmentIntake::take(const _MsgAttachment &attachment, const QString &gui
                           Error(QStringLiteral("There is no place for it in %1.").arg(m_store.folder()),
                                 ErrorKind::Denied, FileAccess::Writing));
     note(guid, place);
+    fetch(attachment, *destination);
+}
+
+void AttachmentIntake::fetch(const _MsgAttachment &attachment, const QString &destination)
+{
     try {
-        fetchContent(attachment, m_source, *destination);
+        fetchContent(attachment, m_source, destination);
         ++m_report.done;
+        noteShortfall(m_report, attachment, m_source, destination);
     } catch (const Error &error) {
         if (error.kind() == ErrorKind::NoSpace || isDiskFull(m_store.folder(), attachment.total_bytes))
             throw;
         addFailure(m_report, attachment, error);
     }
+}
+
+/// Takes the rest of a file whose beginning lies in the store: the backup that it came from had no more of it.
+void AttachmentIntake::complete(const _MsgAttachment &attachment, const QString &stored)
+{
+    Report shortfall;
+    noteShortfall(shortfall, attachment, m_source, stored);
+    if (shortfall.isEmpty())
+        return;
+    try {
+        const std::optional<QString> offered = viewableFile(attachment, m_source);
+        if (offered && isLongerFormOf(stored, *offered))
+            return fetch(attachment, stored);
+    } catch (const Error &error) {
+        addFailure(shortfall, attachment, error);
+    }
+    m_report.merge(shortfall);
 }
 
 void AttachmentIntake::removeFile(const SourceFile &file)

@@ -24,9 +24,9 @@ public:
     static void removeLeftovers(const QString &folder,
                                 const std::function<bool(const QString &guid)> &isKnown);
 
-    /// Brings the file of an attachment to its place, unless it is there. `guid` and `place` are those of the
-    /// store. A file that cannot be had or written is reported and left out. Throws Error when the disk is
-    /// full.
+    /// Brings the file of an attachment to its place, unless it is there whole. `guid` and `place` are those of
+    /// the store. A file that cannot be had or written is reported and left out, and one that the source has only
+    /// the beginning of is reported. Throws Error when the disk is full.
     void take(const _MsgAttachment &attachment, const QString &guid, const SourceFile &place);
 
     /// The job has ended well.
@@ -37,6 +37,8 @@ public:
 
 private:
     void note(const QString &guid, const SourceFile &place);
+    void fetch(const _MsgAttachment &attachment, const QString &destination);
+    void complete(const _MsgAttachment &attachment, const QString &stored);
     void removeFile(const SourceFile &file);
     void removeJournal();
 

@@ -944,6 +944,13 @@ What the window does, quillbarrow-cli does without one: see quillbarrow-cli --he
         <translation>Loading messages...</translation>
     </message>
     <message numerus="yes">
+        <source>IDS_INCOMPLETE_FILES</source>
+        <translation>
+            <numerusform>%n file of the backup is incomplete, and is copied as far as it goes:</numerusform>
+            <numerusform>%n files of the backup are incomplete, and are copied as far as they go:</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
         <source>IDS_LOCKED_FILES</source>
         <translation>
             <numerusform>%n file stays encrypted, since the password does not unlock it, and is copied as it is stored:</numerusform>
@@ -1324,6 +1331,13 @@ What the window does, quillbarrow-cli does without one: see quillbarrow-cli --he
         </translation>
     </message>
     <message numerus="yes">
+        <source>IDS_ISSUE_FILES_CUT_OFF</source>
+        <translation>
+            <numerusform>%n file of the backup is incomplete, and only its beginning can be had: %1 (%2)</numerusform>
+            <numerusform>%n files of the backup are incomplete, and only their beginnings can be had: %1 (%2)</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
         <source>IDS_ISSUE_FILES_LOCKED</source>
         <translation>
             <numerusform>%n file stays encrypted, since the password does not unlock it, and is copied as it is stored: %1</numerusform>
@@ -1342,6 +1356,13 @@ What the window does, quillbarrow-cli does without one: see quillbarrow-cli --he
         <translation>
             <numerusform>%n symbolic link is not made: %1</numerusform>
             <numerusform>%n symbolic links are not made: %1</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_FILES_REPLACED</source>
+        <translation>
+            <numerusform>%n file that was there with other content was replaced: %1</numerusform>
+            <numerusform>%n files that were there with other content were replaced: %1</numerusform>
         </translation>
     </message>
     <message numerus="yes">

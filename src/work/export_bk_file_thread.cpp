@@ -21,6 +21,7 @@ QString fileExportText(const Report &report, const char *successKey)
         text += QStringLiteral("\n\n") + textFor(filesThere, there);
     return text + listedProblems("IDS_FAILED_FILES", linesOf(report, fileFailed)) +
            listedProblems("IDS_LOCKED_FILES", linesOf(report, fileLocked)) +
+           listedProblems("IDS_INCOMPLETE_FILES", linesOf(report, fileCutOff)) +
            listedProblems("IDS_RENAMED_FILES", linesOf(report, fileRenamed, QStringLiteral(" → "))) +
            listedProblems("IDS_SKIPPED_FILES", linesOf(report, linkLeftOut));
 }

@@ -30,6 +30,8 @@ private slots:
     void cutWithinTheLastBlock();
     void timesOfFat();
     void emptiedContentIsNoted();
+    void cutContentIsNoted_data();
+    void cutContentIsNoted();
     void hostileRows_data();
     void hostileRows();
     void namesThatAreTooLong();
@@ -311,6 +313,53 @@ void TestExtract::emptiedContentIsNoted()
     QCOMPARE(summary.issues().first().kind, IssueKind::Damaged);
     QCOMPARE(summary.issues().first().where, u"Odd a"_s);
     QCOMPARE(listing(fixture.path(u"target"_s)), QStringList({u"b"_s}));
+}
+
+void TestExtract::cutContentIsNoted_data()
+{
+    QTest::addColumn<QString>("password");
+    QTest::addColumn<bool>("isOlder");
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("told");
+    QTest::newRow("plain") << u""_s << false << u"a.jpg"_s << u"16 of 100 bytes"_s;
+    QTest::newRow("older") << u""_s << true << u"a.jpg"_s << u"16 of 100 bytes"_s;
+    QTest::newRow("encrypted, ends like a padding") << u"pw"_s << false << u"a.jpg"_s << u"15 of 100 bytes"_s;
+    QTest::newRow("a log, whose length changes") << u""_s << false << u"a.db-wal"_s << u""_s;
+    QTest::newRow("a database by its pages") << u""_s << false << u"pages.db"_s << u"512 of 1024 bytes"_s;
+    QTest::newRow("a database of another hour") << u""_s << false << u"whole.db"_s << u""_s;
+}
+
+void TestExtract::cutContentIsNoted()
+{
+    QFETCH(QString, password);
+    QFETCH(bool, isOlder);
+    QFETCH(QString, path);
+    QFETCH(QString, told);
+    const QByteArray content = QByteArray(15, 'x') + '\1' + QByteArray(84, 'y');
+    const auto database = [](char pages) {
+        QByteArray bytes = QByteArray("SQLite format 3", 16) + QByteArray(2000, '\0');
+        bytes[16] = 2; // pages of 512 bytes
+        bytes[31] = pages;
+        return bytes;
+    };
+    SampleOptions options = small({{u"Odd"_s, u"a.jpg"_s, content},
+                                   {u"Odd"_s, u"a.db-wal"_s, content},
+                                   {u"Odd"_s, u"pages.db"_s, database(2)},
+                                   {u"Odd"_s, u"whole.db"_s, database(1)}});
+    options.password = password;
+    options.layout = isOlder ? SampleOptions::Layout::Mbdb : SampleOptions::Layout::Modern;
+    const BackupFixture fixture(options);
+    const auto backup = fixture.opened();
+    const bool isDatabase = path.endsWith(u".db"_s);
+    QVERIFY(QFile::resize(backup->filePath(backup->catalogue().find("Odd", path.toUtf8())), isDatabase ? 512 : 16));
+    const auto extractAgain = [&] { return extractAll(fixture, {{"Odd", path.toUtf8()}}); };
+    const Report summary = extractAgain();
+    QCOMPARE(summary.done, 1);
+    QCOMPARE(summary.issues(), told.isEmpty() ? QList<Issue>()
+                                              : (QList<Issue>{{.what = "IDS_ISSUE_FILES_CUT_OFF",
+                                                               .where = u"Odd "_s + path,
+                                                               .reason = told}}));
+    QCOMPARE(extractAgain().isFailure(), !told.isEmpty());
 }
 
 void TestExtract::hostileRows_data()

@@ -79,7 +79,8 @@ class Extract(Case):
         self.extract(backup, "HomeDomain", "Library/SMS/sms.db")
         self.assertEqual(file.stat().st_ino, first.st_ino)
         file.write_bytes(b"cut off")
-        self.extract(backup, "HomeDomain", "Library/SMS/sms.db")
+        complaint = self.extract(backup, "HomeDomain", "Library/SMS/sms.db")
+        self.assertIn(" 1 file extracted, 0 were there already, 1 replaced\n", complaint)
         self.assertEqual(file.read_bytes(), content)
         self.assertEqual(sorted(tree(self.target)), ["sms.db"])
 
@@ -130,6 +131,20 @@ class Extract(Case):
             with self.subTest(target=str(target)):
                 self.refuse(1, "extract", backup, "HomeDomain", "Library", "-o", target)
         self.assertEqual(in_the_way.read_text(), "a file")
+
+    def test_files_that_were_cut_off(self):
+        for options in (["--ios", "12"], ["--ios", "9", "--layout", "mbdb"], ["--ios", "12", "--password", PASSWORD]):
+            with self.subTest(options):
+                backup = self.folder / "_".join(["cut", *options])
+                shutil.copytree(self.sample(*options), backup)
+                photos = map(json.loads, self.succeed("show", "photos", backup, password=PASSWORD).splitlines())
+                domain, path = next((row["domain"], row["path"]) for row in photos if row["size"] > 2000)
+                content = stored(backup, file_id(domain, path))
+                os.truncate(content, content.stat().st_size // 2 // 16 * 16)
+                ended = run("export", "photos", backup, "-o", self.target / backup.name, password=PASSWORD)
+                complaint = ended.stderr.decode()
+                self.assertEqual(ended.returncode, 1, complaint)
+                self.assertIn(f"{domain} {path}: ", complaint)
 
     def test_files_whose_stored_content_is_damaged(self):
         backup = self.folder / "damaged"

@@ -152,12 +152,15 @@ class Media(Case):
         shutil.copytree(self.sample("--ios", "12"), backup)
         path = stored(backup, file_id("CameraRollDomain", "Media/DCIM/100APPLE/IMG_0001.JPG"))
         content = path.read_bytes()
-        for changed in (content[:-50], content + b"more than the record says"):
+        # What is there is copied, and left the second time; that it should have been longer is told each time.
+        for status, changed in ((1, content[:-50]), (0, content + b"more than the record says")):
             path.write_bytes(changed)
             target = self.target / str(len(changed))
-            self.export("photos", backup, target=target)
+            for _ in range(2):
+                complaint = self.export("photos", backup, status, target)
+                self.assertEqual(f"incomplete in the backup: {len(changed)} of {len(content)} bytes" in complaint, status == 1)
             self.assertTrue((target / "IMG_0001.JPG").read_bytes() == changed)
-            self.assertIn("0 files extracted", self.export("photos", backup, target=target))
+            self.assertIn("0 files extracted", complaint)
 
     def test_collisions_lose_nothing(self):
         backup = self.folder / "collisions"

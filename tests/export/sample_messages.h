@@ -23,6 +23,7 @@ public:
         bool locked = false;
         QString failure; // thrown by fetchTo
         bool unwritable = false;
+        std::uint64_t lacks = 0; // bytes that are listed and not there
     };
     QMap<QString, File> files; // by relative path
     int fetches = 0;
@@ -49,6 +50,10 @@ public:
         out.setFileTime(QDateTime::fromSecsSinceEpoch(1325419200), QFileDevice::FileModificationTime);
     }
     bool isLocked(const SourceFile &file) const override { return files[file.relativePath].locked; }
+    std::uint64_t listedBytes(const SourceFile &file) const override
+    {
+        return static_cast<std::uint64_t>(files[file.relativePath].content.size()) + files[file.relativePath].lacks;
+    }
     SourceFile fileOfDevicePath(const QString &) const override { return {}; }
     QString fetchForViewing(const SourceFile &) override { return {}; }
 };

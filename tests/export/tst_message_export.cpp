@@ -321,6 +321,7 @@ void TestMessageExport::whatCannotBeHadIsNamed()
     held("unwritable.mov").unwritable = true;
     held("locked.mov").locked = true;
     held("good.mov");
+    held("cut.mov").lacks = 5;
     const ExportedMessages exported = run(MessageFormat::Html, m_folder->path());
     const auto told = [](IssueKind kind, const char *what, const char *where, const QString &reason = {}) {
         return Issue{.kind = kind, .what = what, .where = QLatin1String(where), .reason = reason};
@@ -333,11 +334,12 @@ void TestMessageExport::whatCannotBeHadIsNamed()
                       "last byte must GT 0 and LET 16"),
                  told(IssueKind::Refused, "IDS_ISSUE_ATTACHMENTS_NOT_WRITTEN", "MediaDomain 4", "no"),
                  told(IssueKind::Locked, "IDS_ISSUE_ATTACHMENTS_LOCKED", "MediaDomain 5"),
+                 told(IssueKind::Damaged, "IDS_ISSUE_FILES_CUT_OFF", "MediaDomain 7", "1 of 6 bytes"),
              }));
-    QCOMPARE(exported.attachmentsCopied, 2);
+    QCOMPARE(exported.attachmentsCopied, 3);
     QCOMPARE(exported.report.done, 1);
     QCOMPARE(strings(page(QStringLiteral("unknown-chat.html"))["links"]).mid(1),
-             (QStringList{"#", "#", "#", "#", "files/locked.mov", "files/good.mov"}));
+             (QStringList{"#", "#", "#", "#", "files/locked.mov", "files/good.mov", "files/cut.mov"}));
     QVERIFY(!QFileInfo::exists(path("files/broken.mov")));
 }
 

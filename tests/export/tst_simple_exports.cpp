@@ -176,6 +176,12 @@ void TestSimpleExports::notes()
         "<title>A/b:c &lt;d&gt; and a title that goes on</title></head><body>\n<div>x</div><img src="));
     QVERIFY(page.endsWith("\n</body></html>\n"));
     QVERIFY(page.indexOf(inertPage) > 0 && page.indexOf(inertPage) < page.indexOf("<title>"));
+    // Another note of that name and date, of another device for one, takes the place, which is told.
+    NoteEntry changed = note;
+    changed.content += u" changed"_qs;
+    const Report again = exportNotes({changed, other}, m_folder.filePath("notes"), m_progress);
+    QCOMPARE(again.count("IDS_ISSUE_FILES_REPLACED"), 1);
+    QVERIFY(!again.isFailure());
 }
 
 void TestSimpleExports::unwritableTargets()

@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QMap>
 #include <QStringList>
+#include <QTemporaryDir>
 
 #include <deque>
 #include <limits>
@@ -85,6 +86,7 @@ public:
     QStringList unwritable;
     QStringList locked;
     QStringList lost; // listed, without content
+    QMap<QString, std::uint64_t> lengths; // that are listed; of the content where there is none
     qint64 age = 0;
 
     bool hasContent(const SourceFile &file) const override
@@ -108,7 +110,19 @@ public:
     }
     bool isLocked(const SourceFile &file) const override { return locked.contains(file.relativePath); }
     SourceFile fileOfDevicePath(const QString &) const override { return {}; }
-    QString fetchForViewing(const SourceFile &) override { return {}; }
+    std::uint64_t listedBytes(const SourceFile &file) const override
+    {
+        const auto content = static_cast<std::uint64_t>(contents.value(file.relativePath).size());
+        return lengths.value(file.relativePath, content);
+    }
+    QString fetchForViewing(const SourceFile &file) override
+    {
+        fetchTo(file, m_view.filePath(QStringLiteral("view")));
+        return m_view.filePath(QStringLiteral("view"));
+    }
+
+private:
+    QTemporaryDir m_view;
 };
 
 /// Stops the job before its item of a number.

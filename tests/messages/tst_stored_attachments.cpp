@@ -19,6 +19,8 @@ private slots:
     void filesAreKeptAndRead();
     void filesThatCannotBeTaken();
     void laterBackupCompletes();
+    void laterBackupBringsTheRest_data();
+    void laterBackupBringsTheRest();
     void leftoversGo();
 };
 
@@ -174,6 +176,42 @@ void TestStoredAttachments::laterBackupCompletes()
     QCOMPARE(summary.merged, 1);
     QCOMPARE(summary.attachmentsCopied, 1);
     QCOMPARE(folder.files(), QStringList{QStringLiteral("Attachments/ab/12/AB12CD34/a.jpg")});
+}
+
+void TestStoredAttachments::laterBackupBringsTheRest_data()
+{
+    QTest::addColumn<QByteArray>("offered");
+    QTest::addColumn<QByteArray>("kept");
+    QTest::addColumn<int>("told");
+    QTest::newRow("the whole") << QByteArray("content") << QByteArray("content") << 0;
+    QTest::newRow("a longer part") << QByteArray("conte") << QByteArray("conte") << 1;
+    QTest::newRow("a shorter part") << QByteArray("c") << QByteArray("con") << 1;
+    QTest::newRow("something else") << QByteArray("another") << QByteArray("con") << 1;
+}
+
+void TestStoredAttachments::laterBackupBringsTheRest()
+{
+    QFETCH(QByteArray, offered);
+    MadeMessages made;
+    MadeFiles files;
+    StoreFolder folder;
+    NoProgress progress;
+    const auto *attachment = made.attachment(made.message(made.chat(QStringLiteral("c"), {}), QString(), 1),
+                                             QStringLiteral("AB12CD34"), QStringLiteral("a.jpg"));
+    const auto save = [&](const QByteArray &content) {
+        files.contents[attachment->source.relativePath] = content;
+        files.lengths[attachment->source.relativePath] = 7;
+        return saveMessages(made.refs, &files, folder.path(), QString(), progress);
+    };
+    const SavedMessages first = save("con");
+    QCOMPARE(first.attachmentsCopied, 1);
+    QCOMPARE(first.report.issues(),
+             (QList<Issue>{{.what = "IDS_ISSUE_FILES_CUT_OFF", .where = attachment->source.display(),
+                            .reason = QStringLiteral("3 of 7 bytes")}}));
+    QTEST(static_cast<int>(save(offered).report.count(IssueKind::Damaged)), "told");
+    QFile stored(QDir(folder.path()).filePath(folder.files().first()));
+    QVERIFY(stored.open(QIODevice::ReadOnly));
+    QTEST(stored.readAll(), "kept");
 }
 
 // What a killed job leaves behind: copied files that no row speaks of, and the list of them.
