@@ -119,8 +119,12 @@ Report BackupManifest::Opened::load(FileCatalogue &into, Progress &progress)
     openOwnFile(own, info.folder, name); // whoever opens it by its path would follow a link
     if (isMbdb)
         return loader.loadMbdb(own.fileName());
-    const QString path = decrypted.path().isEmpty() ? plainCatalogue(info.folder, scratch) : decrypted.path();
-    return loader.loadDatabase(path, password);
+    Report ofLog;
+    const QString path =
+        decrypted.path().isEmpty() ? plainCatalogue(info.folder, scratch, ofLog) : decrypted.path();
+    Report report = loader.loadDatabase(path, password);
+    report.merge(ofLog);
+    return report;
 }
 
 Index BackupManifest::Opened::findOrThrow(const SourceFile &file) const
@@ -219,9 +223,11 @@ bool BackupManifest::hasIndex() const
     return d->wellKnown.has_value();
 }
 
-const Report &BackupManifest::report() const
+Report BackupManifest::report() const
 {
-    return d->report;
+    Report all = d->report;
+    all.merge(d->copies.report());
+    return all;
 }
 
 const FileCatalogue &BackupManifest::catalogue() const

@@ -82,8 +82,9 @@ public:
     /// Throws Error, and Cancelled through `progress`.
     void buildIndex(Progress &progress);
     bool hasIndex() const;
-    /// What could not be read of the description and of the catalogue; complete once the index is built.
-    const Report &report() const;
+    /// What could not be read of the description, of the catalogue once the index is built, and of the logs of the
+    /// databases that were fetched so far.
+    Report report() const;
 
     const FileCatalogue &catalogue() const;
     const FileTree &tree() const;

@@ -30,6 +30,8 @@ public:
     /// Throws Error, which knows the file of the backup.
     FetchOutcome fetch(Index index, const QString &destination, const CopyProgress &progress) const;
     Index firstEncryptedItem() const;
+    /// "domain path".
+    QString displayPath(Index index) const;
 
 private:
     const BackupInfo &m_info;
@@ -40,6 +42,5 @@ private:
 
     QByteArray key(Index index) const;
     bool anyFileHasKey() const;
-    QString displayPath(Index index) const;
     void requireFile(Index index) const;
 };

@@ -18,15 +18,22 @@ std::uint64_t sizeOf(const QString &path)
 }
 } // namespace
 
-QString plainCatalogue(const QString &folder, ScratchFolder &scratch)
+QString plainCatalogue(const QString &folder, ScratchFolder &scratch, Report &report)
 {
     const QString name = QStringLiteral("Manifest.db");
+    const QString log = name + QLatin1String(companions[0]);
     const QString original = QDir(folder).filePath(name);
     std::uint64_t companionBytes = 0;
     for (const char *companion : companions)
         companionBytes += sizeOf(original + QLatin1String(companion));
-    if (companionBytes == 0)
+    const auto tell = [&](const QString &why) {
+        report.add({.what = "IDS_ISSUE_DATABASE_LOG", .where = log, .reason = why});
+    };
+    if (companionBytes == 0) {
+        if (QFileInfo(QDir(folder).filePath(log)).isSymLink())
+            tell(QStringLiteral("it is a symbolic link"));
         return original;
+    }
     try {
         const QString copy = scratch.withRoomFor(2 * (sizeOf(original) + companionBytes)) +
                              QStringLiteral("/catalogue/Manifest.db");
@@ -34,10 +41,13 @@ QString plainCatalogue(const QString &folder, ScratchFolder &scratch)
         for (const char *companion : companions)
             if (sizeOf(original + QLatin1String(companion)) > 0)
                 copyFile({folder, name + QLatin1String(companion)}, copy + QLatin1String(companion));
+        const QString copiedLog = copy + QLatin1String(companions[0]);
+        if (const QString fault = QFileInfo::exists(copiedLog) ? faultOfLog(copiedLog) : QString(); !fault.isEmpty())
+            tell(fault);
         applyLog(copy);
         return copy;
     } catch (const Error &error) {
-        qWarning("The log beside %s is left out: %s", qUtf8Printable(original), error.what());
+        tell(error.sentence());
         return original;
     }
 }

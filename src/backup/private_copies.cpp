@@ -50,10 +50,10 @@ QString PrivateCopies::database(Index index, const CopyProgress &progress)
     const Index log = logOf(index);
     QString copy = m_cache ? m_cache->current(index, log) : QString();
     if (copy.isEmpty()) {
-        const bool hasLog = log != FileCatalogue::none && m_fetcher.hasContent(log);
+        const bool hasLog = log != FileCatalogue::none && !m_catalogue.isDirectory(log);
         const qint64 logSize = hasLog ? QFileInfo(m_fetcher.path(log)).size() : 0;
         copy = fetch(index, "databases", static_cast<std::uint64_t>(logSize), progress);
-        const bool isWhole = logSize == 0 || fetchLog(log, copy);
+        const bool isWhole = !hasLog || (logSize == 0 && m_catalogue.sizeBytes(log) == 0) || fetchLog(log, copy);
         if (m_cache && isWhole)
             copy = keepDatabase(index, log, copy);
     }
@@ -70,19 +70,42 @@ bool PrivateCopies::isCompanion(Index index) const
            m_catalogue.find(m_catalogue.domain(index), database) != FileCatalogue::none;
 }
 
-/// A database without its log lacks the last changes; one that cannot be opened lacks everything.
+/// A database without its log lacks the last changes; one that cannot be opened lacks everything. False when some
+/// of the changes are lost, which is told.
 bool PrivateCopies::fetchLog(Index log, const QString &database)
 {
     const QString copy = database + QStringLiteral("-wal");
     try {
-        if (m_fetcher.fetch(log, copy, {}) != FetchOutcome::CopiedLocked)
-            return true;
-        qWarning("The log of %s is of a class that the password does not unlock", qUtf8Printable(database));
+        if (m_fetcher.fetch(log, copy, {}) == FetchOutcome::CopiedLocked)
+            throw m_fetcher.lockedError(log);
+        QString fault = faultOfLog(copy);
+        if (QFileInfo(copy).size() == 0)
+            fault = QStringLiteral("it is empty");
+        if (!fault.isEmpty())
+            tellLog(log, Error(fault, ErrorKind::Damaged, FileAccess::Reading).at(m_fetcher.displayPath(log)));
+        return fault.isEmpty();
     } catch (const Error &error) {
-        qWarning("The log of %s is left out: %s", qUtf8Printable(database), error.what());
+        tellLog(log, Error(error.sentence(), error.kind(), FileAccess::Reading).at(m_fetcher.displayPath(log)));
     }
     QFile::remove(copy);
     return false;
+}
+
+/// Once, however often the database is fetched.
+void PrivateCopies::tellLog(Index log, const Error &error)
+{
+    qWarning("The log %s is lost: %s", qUtf8Printable(error.where()), error.what());
+    const std::lock_guard lock(m_reportMutex);
+    if (m_toldLogs.contains(log))
+        return;
+    m_toldLogs.insert(log);
+    m_report.add("IDS_ISSUE_DATABASE_LOG", error);
+}
+
+Report PrivateCopies::report() const
+{
+    const std::lock_guard lock(m_reportMutex);
+    return m_report;
 }
 
 /// In the cache a database is one file, which no reader ever needs to write to.

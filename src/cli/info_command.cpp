@@ -62,8 +62,9 @@ std::optional<ItemCounts> countsOf(BackupManifest &backup, Report &report, Progr
         report.add({.kind = IssueKind::Damaged, .what = "IDS_ISSUE_FAILURE", .count = 0, .reason = error.sentence()});
         return std::nullopt;
     }
+    ItemCounts counts = countItems(backup, report);
     report.merge(reportOf(&backup));
-    return countItems(backup, report);
+    return counts;
 }
 
 ExitStatus info(const QString &folder, bool json, const PasswordOption &password, CommandContext &context)

@@ -142,7 +142,7 @@ ExitStatus showMedia(DataClass dataClass, const QString &source, const PasswordO
             context.out.write(line);
         }
     };
-    Report report = reportOf(backup.get());
+    Report report;
     const auto read = [&] {
         if (dataClass == DataClass::Voicemail)
             return print(readVoicemail(*backup, report), appendVoicemail);
@@ -153,6 +153,7 @@ ExitStatus showMedia(DataClass dataClass, const QString &source, const PasswordO
         reportMissingContent(*backup, items, report);
     };
     readOrReportAbsent(report, read);
+    report.merge(reportOf(backup.get()));
     return context.report(report);
 }
 
@@ -160,8 +161,9 @@ ExitStatus exportMedia(DataClass dataClass, const QString &source, const QString
                        const PasswordOption &password, CommandContext &context)
 {
     const auto backup = openMediaSource(dataClass, source, password, context.progress);
-    Report report = reportOf(backup.get());
+    Report report;
     const Report extracted = extractClass(dataClass, *backup, QDir(target).absolutePath(), report, context);
+    report.merge(reportOf(backup.get()));
     const ExitStatus read = context.report(report);
     return std::max(read, tellExtraction(extracted, context));
 }

@@ -29,7 +29,7 @@ OpenMessages openUnloaded(const QString &source, const PasswordOption &password,
         return {inNameOf(source, [&] { return openMessageFile(source); }), {}};
     OpenMessages messages;
     auto backup = openBackup(source, password, progress);
-    messages.catalogue = reportOf(backup.get());
+    messages.backup = backup.get();
     messages.files = std::move(backup);
     messages.database = inNameOf(source, [&] { return openMessageDb(*messages.files); });
     return messages;
@@ -44,7 +44,7 @@ bool isMessageDatabase(const QString &source)
 
 Report OpenMessages::report() const
 {
-    Report all = catalogue;
+    Report all = reportOf(backup);
     all.merge(database->report());
     return all;
 }

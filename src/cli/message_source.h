@@ -2,13 +2,14 @@
 
 #include "messages/message_source.h"
 
+class BackupManifest;
 class PasswordOption;
 
 struct OpenMessages : MessageSource
 {
-    Report catalogue; // what of the backup's catalogue could not be read
+    const BackupManifest *backup = nullptr; // the files, where they are those of a backup
 
-    /// That and what the database has told so far.
+    /// What of the backup and of its messages could not be read so far.
     Report report() const;
 };
 

@@ -113,7 +113,7 @@ ExitStatus showRecords(DataClass dataClass, const QString &source, Scope scope, 
         }
     };
     PersonalSource &records = *open.records;
-    Report report = reportOf(open.backup.get());
+    Report report;
     const auto read = [&] {
         switch (dataClass) {
         case DataClass::Contacts:
@@ -132,6 +132,7 @@ ExitStatus showRecords(DataClass dataClass, const QString &source, Scope scope, 
         }
     };
     readOrReportAbsent(report, read);
+    report.merge(reportOf(open.backup.get()));
     return context.report(report);
 }
 
@@ -140,8 +141,9 @@ ExitStatus exportRecords(const RecordExport &request, const PasswordOption &pass
     const OpenRecords open = openRecords(request.source, request.dataClass, password, context.progress);
     const QString target = QDir(request.target).absolutePath();
     requireTarget(request.dataClass, target);
-    Report report = reportOf(open.backup.get());
+    Report report;
     const RecordSelection selection = selectRecords(request, *open.records, report);
+    report.merge(reportOf(open.backup.get()));
     report.merge(exportRecords(selection, request.format, target, context.progress));
     context.progress.clear();
     context.tell(QStringLiteral("%1 %2 written").arg(report.done).arg(dataClassName(request.dataClass)));

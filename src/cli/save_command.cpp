@@ -46,13 +46,13 @@ ExitStatus writeSaveLine(DataClass dataClass, const SaveReport &result, CommandC
 
 /// `database` has its conversations loaded.
 ExitStatus saveLoaded(AbsMessageDb &database, FileSource &files, const SaveRequest &request,
-                      CommandContext &context, const Report &catalogue = {})
+                      CommandContext &context, const BackupManifest *backup = nullptr)
 {
     database.loadMessages(0, context.progress);
     SaveReport saved = saveMessages(database.select({}, INT64_MIN, INT64_MAX), &files, request.folder(),
                                     textFor("IDS_BACKUPING_MESSAGES"), context.progress, request.changed);
     saved.report.merge(database.report());
-    saved.report.merge(catalogue);
+    saved.report.merge(reportOf(backup));
     return writeSaveLine(DataClass::Messages, saved, context);
 }
 
@@ -60,7 +60,7 @@ ExitStatus saveMessagesAlone(const SaveRequest &request, const PasswordOption &p
                              CommandContext &context)
 {
     const OpenMessages messages = openMessages(request.source, request.scope, password, context.progress);
-    return saveLoaded(*messages.database, *messages.files, request, context, messages.catalogue);
+    return saveLoaded(*messages.database, *messages.files, request, context, messages.backup);
 }
 
 /// The messages among all classes of a source that is open.
@@ -105,7 +105,7 @@ ExitStatus saveAll(const SaveRequest &request, const PasswordOption &password, C
     if (isMessageDatabase(request.source) || deletedMessagesOf(request.source))
         return saveMessagesAlone(request, password, context);
     const OpenRecords open = openRecords(request.source, DataClass::Contacts, password, context.progress);
-    ExitStatus status = context.report(reportOf(open.backup.get()));
+    ExitStatus status = ExitStatus::Done;
     for (const DataClass dataClass : allDataClasses) {
         try {
             if (dataClass == DataClass::Messages)
@@ -118,7 +118,7 @@ ExitStatus saveAll(const SaveRequest &request, const PasswordOption &password, C
             status = ExitStatus::Failed;
         }
     }
-    return status;
+    return std::max(status, context.report(reportOf(open.backup.get())));
 }
 
 /// Nothing for "all".

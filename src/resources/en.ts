@@ -1317,6 +1317,13 @@ What the window does, quillbarrow-cli does without one: see quillbarrow-cli --he
         </translation>
     </message>
     <message numerus="yes">
+        <source>IDS_ISSUE_DATABASE_LOG</source>
+        <translation>
+            <numerusform>%n log of a database, %1, cannot be read whole, and the last changes of the database are missing: %2</numerusform>
+            <numerusform>%n logs of databases, %1, cannot be read whole, and the last changes of the databases are missing: %2</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
         <source>IDS_ISSUE_DESCRIPTION_DAMAGED</source>
         <translation>
             <numerusform>%n file that describes the backup is damaged, and what it says is missing: %1</numerusform>

@@ -93,8 +93,8 @@ BackupCounts loadBackup(OpenBackup &backup, Progress &progress)
     fetchDatabases(backup.manifest(), progress);
     progress.check();
     BackupCounts counts;
-    counts.report.merge(backup.manifest().report());
     countAll(backup.manifest(), counts, progress);
+    counts.report.merge(backup.manifest().report());
     progress.check();
     return counts;
 }

@@ -22,6 +22,8 @@ private slots:
     void opensEveryKind();
     void databaseWithItsLog_data();
     void databaseWithItsLog();
+    void databaseThatLostItsLog_data();
+    void databaseThatLostItsLog();
     void databaseThatCannotBeFetched();
     void copiesForViewing();
     void copiesVanish();
@@ -135,14 +137,47 @@ void TestBackupManifest::databaseWithItsLog()
     QVERIFY(!backup->fetchDatabase({u"HomeDomain"_s, u"Library/none.db"_s}));
     QVERIFY(!backup->fetchDatabase({u"HomeDomain"_s, u"Library/SMS"_s}));
 
-    // Without its log the database opens all the same, with what it holds itself.
-    backup->close();
-    const auto log = backup->catalogue().find("HomeDomain", "Library/SMS/sms.db-wal");
-    QVERIFY(QFile::remove(backup->filePath(log)));
-    QVERIFY(messageRows() < fixture.summary.counts.messageRows && messageRows() >= 0);
-    backup->close();
-    writeFile(backup->filePath(log), "damaged"); // no whole block: cannot be decrypted
-    QVERIFY(messageRows() >= 0);
+    QVERIFY(backup->report().isEmpty());
+}
+
+void TestBackupManifest::databaseThatLostItsLog_data()
+{
+    QTest::addColumn<QString>("password");
+    QTest::addColumn<qint64>("length");
+    QTest::newRow("missing") << u""_s << qint64{-1};
+    QTest::newRow("empty") << u""_s << qint64{0};
+    QTest::newRow("cut in its header") << u""_s << qint64{20};
+    QTest::newRow("cut in its first page") << u""_s << qint64{1000};
+    QTest::newRow("cut behind a page") << u""_s << qint64{32 + 24 + 4096};
+    QTest::newRow("missing, encrypted") << u"pw"_s << qint64{-1};
+    QTest::newRow("no whole block, encrypted") << u"pw"_s << qint64{7};
+}
+
+// It opens all the same, with what it holds itself, and the loss is told once.
+void TestBackupManifest::databaseThatLostItsLog()
+{
+    QFETCH(QString, password);
+    QFETCH(qint64, length);
+    SampleOptions options;
+    options.password = password;
+    options.walCompanion = true;
+    const BackupFixture fixture(options);
+    const auto backup = fixture.opened();
+    const QString log = backup->filePath(backup->catalogue().find("HomeDomain", "Library/SMS/sms.db-wal"));
+    QVERIFY(length < 0 ? QFile::remove(log) : QFile::resize(log, length));
+    for (int times = 0; times < 2; ++times) {
+        Sqlite3DB db;
+        db.openThrow(*backup->fetchDatabase(messages), SqliteOpen::ReadOnly);
+        Sqlite3Cursor rows = db.queryThrow(u"select count(*) from message"_s);
+        QVERIFY(rows.moveNext() && rows.getInt(0) < fixture.summary.counts.messageRows);
+        db.close();
+        backup->close();
+    }
+    const Report report = backup->report();
+    QCOMPARE(report.issues().size(), 1);
+    QCOMPARE(report.issues().first().what, "IDS_ISSUE_DATABASE_LOG");
+    QCOMPARE(report.issues().first().where, u"HomeDomain Library/SMS/sms.db-wal"_s);
+    QCOMPARE(report.count(IssueKind::Damaged), 1);
 }
 
 void TestBackupManifest::databaseThatCannotBeFetched()

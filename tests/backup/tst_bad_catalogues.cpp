@@ -233,11 +233,29 @@ void TestBadCatalogues::logBesideTheCatalogue()
     }
     const QString before = fingerprint(QFileInfo(copy.catalogue()).path());
     QCOMPARE(copy.open()->catalogue().size(), 2U);
+    QVERIFY(copy.open()->report().isEmpty());
     QCOMPARE(fingerprint(QFileInfo(copy.catalogue()).path()), before);
-    writeFile(copy.catalogue() + u"-wal"_s, "no log at all");
-    QCOMPARE(copy.open()->catalogue().size(), 1U);
+    const QString log = copy.catalogue() + u"-wal"_s;
+    const auto tellsOfTheLoss = [&] {
+        const auto backup = copy.open();
+        return backup->catalogue().size() == 1 && backup->report().count("IDS_ISSUE_DATABASE_LOG") == 1;
+    };
+    // What an earlier log left behind the end of this one is no loss.
+    const QByteArray whole = contentOf(log);
+    writeFile(log, whole + QByteArray(5000, 'x'));
+    QVERIFY(copy.open()->report().isEmpty());
+    QVERIFY(QFile::resize(log, whole.size() - 1));
+    QVERIFY(tellsOfTheLoss());
+    writeFile(log, "no log at all");
+    QVERIFY(tellsOfTheLoss());
+    QFile::remove(log);
+    QVERIFY(QFile::link(copy.catalogue(), log));
+    QVERIFY(tellsOfTheLoss());
+    QFile::remove(log);
+    QVERIFY(QFile::link(u"nowhere"_s, log));
+    QVERIFY(tellsOfTheLoss());
     // A header that speaks of a log is no reason to look for one.
-    QFile::remove(copy.catalogue() + u"-wal"_s);
+    QFile::remove(log);
     QCOMPARE(copy.open()->catalogue().size(), 1U);
     QCOMPARE(listing(QFileInfo(copy.catalogue()).path()),
              QStringList({u"Manifest.db"_s, u"Manifest.plist"_s}));
