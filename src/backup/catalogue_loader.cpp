@@ -60,6 +60,16 @@ public:
     }
 
     bool next() { return m_cursor.moveNext(); }
+    /// False when the current row tells less of its file's place than a device writes: it lost its domain, or what
+    /// is no folder its path. A row with neither stands for no file.
+    bool isPlaced(const FileRecord &record) const
+    {
+        const bool hasPath = !m_cursor.isNull(m_path);
+        if (m_cursor.isNull(m_domain))
+            return !hasPath;
+        const int type = record.mode & modeTypeMask;
+        return hasPath || (type != modeRegular && type != modeLink);
+    }
 
     /// The record of the current row; valid until the next. False when its file record cannot be read: what
     /// the columns say stands all the same. Throws Error when it cannot be decrypted.
@@ -125,6 +135,10 @@ void CatalogueLoader::readRows(const Sqlite3DB &db, const QByteArray &descriptor
         try {
             if (!rows.read(record))
                 leaveOut("IDS_ISSUE_FILE_RECORDS_DAMAGED");
+            if (!rows.isPlaced(record)) {
+                leaveOut("IDS_ISSUE_CATALOGUE_ROWS_DAMAGED", QStringLiteral("A domain or a path is missing."));
+                continue;
+            }
         } catch (const Error &error) {
             leaveOut("IDS_ISSUE_CATALOGUE_ROWS_DAMAGED", error.sentence());
             continue;
@@ -151,8 +165,11 @@ Report CatalogueLoader::loadMbdb(const QString &path)
 
 void CatalogueLoader::insert(const FileRecord &record)
 {
-    if (record.domain.isEmpty())
+    if (record.domain.isEmpty()) {
+        if (!record.relativePath.isEmpty())
+            m_report.add({.kind = IssueKind::LeftOut, .what = "IDS_ISSUE_ENTRIES_WITHOUT_DOMAIN", .where = m_name});
         return;
+    }
     // What lies behind the end of a file that was cut off within a page is read as zeros.
     const bool isCut = m_report.count("IDS_ISSUE_CATALOGUE_DAMAGED") > 0 &&
                        (record.domain.contains('\0') || record.relativePath.contains('\0'));

@@ -104,11 +104,8 @@ void MBDBParser::readBytes(QByteArrayView bytes, const std::function<void(FileRe
 {
     ByteReader reader(bytes);
     reader.skip(header.size());
-    while (!reader.atEnd()) {
-        FileRecord record = readRecord(reader);
-        if (!record.domain.isEmpty())
-            sink(std::move(record));
-    }
+    while (!reader.atEnd())
+        sink(readRecord(reader));
 }
 
 void MBDBParser::read(const QString &path, const std::function<void(FileRecord &&)> &sink)

@@ -8,8 +8,8 @@
 class MBDBParser
 {
 public:
-    /// Calls `sink` with every record in file order; records without a domain are read and dropped. Throws
-    /// Error when the file cannot be opened or ends inside a record.
+    /// Calls `sink` with every record in file order, with those that name no domain too. Throws Error when the file
+    /// cannot be opened or ends inside a record.
     static void read(const QString &path, const std::function<void(FileRecord &&)> &sink);
     /// The same from bytes in memory.
     static void readBytes(QByteArrayView bytes, const std::function<void(FileRecord &&)> &sink);

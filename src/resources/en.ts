@@ -1303,6 +1303,13 @@ What the window does, quillbarrow-cli does without one: see quillbarrow-cli --he
         </translation>
     </message>
     <message numerus="yes">
+        <source>IDS_ISSUE_ENTRIES_WITHOUT_DOMAIN</source>
+        <translation>
+            <numerusform>%n entry of %1 names no domain for its file and is left out</numerusform>
+            <numerusform>%n entries of %1 name no domain for their files and are left out</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
         <source>IDS_ISSUE_FILE_RECORDS_DAMAGED</source>
         <translation>
             <numerusform>%n entry of %1 is damaged: of its file nothing but the name is known</numerusform>

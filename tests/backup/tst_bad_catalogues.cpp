@@ -101,13 +101,15 @@ void TestBadCatalogues::rows_data()
     QTest::addColumn<QByteArray>("values");
     QTest::addColumn<int>("listed");
     QTest::addColumn<int>("skipped");
-    const auto row = [](const char *name, const QByteArray &values, int listed, int skipped) {
-        QTest::newRow(name) << values << listed << skipped;
+    QTest::addColumn<int>("leftOut");
+    const auto row = [](const char *name, const QByteArray &values, int listed, int skipped, int leftOut = 0) {
+        QTest::newRow(name) << values << listed << skipped << leftOut;
     };
     row("no record", "'1','HomeDomain','a',1,null", 1, 0);
     row("record that is none", "'1','HomeDomain','a',1,x'0102'", 1, 1);
     row("record of another kind", "'1','HomeDomain','a',1,17", 1, 1);
-    row("empty domain", "'1','','a',1,null", 0, 0);
+    row("empty domain", "'1','','a',1,null", 0, 0, 1);
+    row("no domain", "'1',null,'a',1,null", 0, 1);
     row("no domain and no path", "'1',null,null,16,null", 0, 0);
     row("no path", "'1','HomeDomain',null,2,null", 1, 0);
     row("path as a number", "'1','HomeDomain',12,2,null", 1, 0);
@@ -131,6 +133,7 @@ void TestBadCatalogues::rows()
     QVERIFY(good != FileCatalogue::none);
     QTEST(int(backup->catalogue().size()) - 1, "listed");
     QTEST(int(backup->report().count(IssueKind::Damaged)), "skipped");
+    QTEST(int(backup->report().count(IssueKind::LeftOut)), "leftOut");
     QVERIFY(backup->filePath(good).endsWith(QString::fromLatin1(fileId("HomeDomain", "good"))));
 }
 

@@ -162,6 +162,20 @@ class Files(Case):
                         self.assertTrue(found)
                         self.assertIn(f" 1 list of files, {name}, is damaged", complaints[0])
 
+    def test_entries_that_lost_their_place(self):
+        backup = self.folder / "no place"
+        shutil.copytree(self.sample("--ios", "9"), backup)
+        whole = len(self.lines("files", backup, "--json"))
+        database = sqlite3.connect(backup / "Manifest.db")
+        for column, number in (("domain", 3), ("relativePath", 2)):
+            database.execute(f"update Files set {column} = null where fileID in (select fileID from Files where flags = 1 "
+                             f"and domain = 'CameraRollDomain' limit {number})")
+        database.commit()
+        database.close()
+        ended = run("files", backup, "--json")
+        self.assertEqual((ended.returncode, ended.stdout.count(b"\n")), (1, whole - 5), ended.stderr.decode())
+        self.assertIn(" 5 entries of Manifest.db", ended.stderr.decode())
+
     def test_damaged_catalogues(self):
         for name, content in (("empty", b""), ("no database", b"x" * 4096), ("another database", None)):
             with self.subTest(name):
