@@ -141,7 +141,8 @@ void MainWindow::buildCentre()
     m_tree->setAccessibleName(textFor("IDS_ACC_SOURCES"));
     m_tree->setModel(m_model);
     m_tree->addAction(m_removeLocalDb);
-    m_backupsFound = !m_list.backups().isEmpty() || !listBackups(m_roots).isEmpty();
+    Report unreadable;
+    m_backupsFound = !m_list.backups().isEmpty() || !listBackups(m_roots, unreadable).isEmpty();
     m_start = new StartPage(m_backupsFound ? StartPage::Offer::LoadOnly : StartPage::Offer::LoadOrSample);
     connect(m_start, &StartPage::loadRequested, this, &MainWindow::miLoadiTunesBackup);
     connect(m_start, &StartPage::sampleRequested, this, &MainWindow::makeSample);

@@ -121,7 +121,7 @@ QStringList backupRoots()
             roamingFolder().filePath(QStringLiteral("Apple Computer/MobileSync/Backup"))};
 }
 
-QList<BackupInfo> listBackups(const QStringList &roots)
+QList<BackupInfo> listBackups(const QStringList &roots, Report &report)
 {
     QList<BackupInfo> backups;
     for (const QString &root : roots) {
@@ -134,6 +134,7 @@ QList<BackupInfo> listBackups(const QStringList &roots)
                 backups.append(readBackupInfo(folder.absoluteFilePath()));
             } catch (const Error &error) {
                 qWarning("%s", error.what());
+                report.add("IDS_ISSUE_BACKUP_UNREADABLE", error.at(folder.absoluteFilePath()));
             }
         }
     }

@@ -42,9 +42,9 @@ BackupInfo readBackupInfo(const QString &folder);
 /// The folders that are searched for backups, in order. They need not exist.
 QStringList backupRoots();
 
-/// The backups among the direct sub-folders of each root, in root order, then oldest change first. Folders
-/// that cannot be read are left out.
-QList<BackupInfo> listBackups(const QStringList &roots);
+/// The backups among the direct sub-folders of each root, in root order, then oldest change first. Those that cannot
+/// be read are left out; `report` says why, with their folders as the places.
+QList<BackupInfo> listBackups(const QStringList &roots, Report &report);
 
 /// Lower-case hexadecimal MD5 of the folder's absolute path: the same for the same backup.
 QString backupUid(const QString &folder);

@@ -8,8 +8,11 @@
 #include <CLI/CLI.hpp>
 #include <QFileInfo>
 
+#include <algorithm>
+
 namespace {
-QByteArray asJson(const QList<BackupInfo> &backups)
+/// A backup that cannot be read is an object with its path and the reason alone.
+QByteArray asJson(const QList<BackupInfo> &backups, const Report &unreadable)
 {
     QByteArray text;
     JsonWriter json(text);
@@ -17,16 +20,25 @@ QByteArray asJson(const QList<BackupInfo> &backups)
     for (const BackupInfo &info : backups) {
         json.beginObject();
         writeBackupFields(json, info);
+        writeProblems(json, info.report);
+        json.endObject();
+    }
+    for (const Issue &issue : unreadable.issues()) {
+        Report own;
+        own.add(issue);
+        json.beginObject();
+        json.field("path", issue.where);
+        writeProblems(json, own);
         json.endObject();
     }
     json.endArray();
     return text + '\n';
 }
 
-QByteArray asTable(const QList<BackupInfo> &backups)
+QByteArray asTable(const QList<BackupInfo> &backups, const Report &unreadable)
 {
     if (backups.isEmpty())
-        return "No backups found.\n";
+        return unreadable.isEmpty() ? "No backups found.\n" : "No backups found that can be read.\n";
     QList<QStringList> rows;
     for (const BackupInfo &info : backups) {
         rows << QStringList{info.displayName,      info.productType,
@@ -52,9 +64,16 @@ ExitStatus list(const QStringList &namedRoots, bool json, CommandContext &contex
         context.tell(QStringLiteral("%1: no such folder").arg(root));
         status = ExitStatus::Failed;
     }
-    const QList<BackupInfo> backups = listBackups(roots);
-    context.out.write(json ? asJson(backups) : asTable(backups));
-    return status;
+    Report unreadable;
+    const QList<BackupInfo> backups = listBackups(roots, unreadable);
+    context.out.write(json ? asJson(backups, unreadable) : asTable(backups, unreadable));
+    for (const BackupInfo &info : backups) {
+        for (const QString &problem : problemsOf(info.report))
+            context.tell(QStringLiteral("%1: %2").arg(info.folder, problem));
+        if (info.report.isFailure())
+            status = ExitStatus::Failed;
+    }
+    return std::max(status, context.reportProblems(unreadable));
 }
 } // namespace
 

@@ -1331,6 +1331,13 @@ What the window does, quillbarrow-cli does without one: see quillbarrow-cli --he
         </translation>
     </message>
     <message numerus="yes">
+        <source>IDS_ISSUE_BACKUP_UNREADABLE</source>
+        <translation>
+            <numerusform>%n backup cannot be read: %1: %2</numerusform>
+            <numerusform>%n backups cannot be read: %1: %2</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
         <source>IDS_ISSUE_DESCRIPTION_DAMAGED</source>
         <translation>
             <numerusform>%n file that describes the backup is damaged, and what it says is missing: %1</numerusform>

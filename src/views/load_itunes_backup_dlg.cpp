@@ -45,7 +45,8 @@ LoadItunesBackupDlg::LoadItunesBackupDlg(const QStringList &roots, const QSet<QS
     setWindowTitle(textFor("IDS_MI_LOAD_BACKUP"));
     buildWidgets();
     new WinMovable(this);
-    m_model->setBackups(listBackups(m_roots));
+    Report unlisted; // goes into the log
+    m_model->setBackups(listBackups(m_roots, unlisted));
     refreshState();
     select(0);
     resize(dialogSize);
@@ -162,11 +163,14 @@ void LoadItunesBackupDlg::addFolder(const QString &folder)
         return;
     }
     QList<BackupInfo> found;
+    Report report;
     // People choose the folder that holds the backups as readily as one of them.
     if (!isBackupFolder(folder))
-        found = listBackups({folder});
+        found = listBackups({folder}, report);
+    if (!report.isEmpty())
+        showWarningBox(problemsOf(report).join(QStringLiteral("\n\n")));
     try {
-        if (found.isEmpty())
+        if (found.isEmpty() && report.isEmpty())
             found << readBackupInfo(folder);
     } catch (const Error &error) {
         showWarningBox(textFor("IDS_NO_BACKUP_IN_FOLDER") + QStringLiteral("\n\n") + error.sentence());
@@ -177,7 +181,8 @@ void LoadItunesBackupDlg::addFolder(const QString &folder)
             m_model->append(backup);
     }
     refreshState();
-    select(m_model->rowOf(found.constLast().folder));
+    if (!found.isEmpty())
+        select(m_model->rowOf(found.constLast().folder));
 }
 
 void LoadItunesBackupDlg::makeSample()

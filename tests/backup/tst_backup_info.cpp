@@ -239,13 +239,18 @@ void TestBackupInfo::listsInOrder()
     writeFile(parent.filePath(QStringLiteral("one/broken/Manifest.db")), "x");
     writeFile(parent.filePath(QStringLiteral("one/other/file")), "x");
     QStringList names;
+    Report report;
     const QList<BackupInfo> backups =
         listBackups({parent.filePath(QStringLiteral("one")), parent.filePath(QStringLiteral("missing")),
-                     parent.filePath(QStringLiteral("two"))});
+                     parent.filePath(QStringLiteral("two"))},
+                    report);
     for (const BackupInfo &info : backups)
         names.append(QDir(parent.path()).relativeFilePath(info.folder));
     QCOMPARE(names, QStringList({QStringLiteral("one/older"), QStringLiteral("one/newer"),
                                  QStringLiteral("two/oldest")}));
+    QCOMPARE(report.issues().size(), 1);
+    QCOMPARE(report.issues().first().where, parent.filePath(QStringLiteral("one/broken")));
+    QCOMPARE(report.issues().first().kind, IssueKind::Damaged);
 }
 
 void TestBackupInfo::uidOfPath()

@@ -60,12 +60,24 @@ class ListAndInfo(Case):
         (root / "broken").mkdir(exist_ok=True)
         for name in ("Manifest.plist", "Manifest.db"):
             (root / "broken" / name).write_text("no property list")
-        found = json.loads(self.succeed("list", "--root", root, "--root", self.folder, "--json"))
-        for backup in found:
-            self.assertEqual(list(backup), BACKUP_KEYS)
-        expected = {str(path.parent) for path in root.glob("*/Manifest.plist")} - {str(root / "broken")}
-        self.assertEqual({backup["path"] for backup in found}, expected)
-        self.assertEqual(len(found), len(expected))
+        shutil.rmtree(root / "no description", ignore_errors=True)
+        shutil.copytree(self.sample("--ios", "9"), root / "no description")
+        (root / "no description" / "Info.plist").write_text("no property list")
+        ended = run("list", "--root", root, "--root", self.folder, "--json")
+        self.assertEqual(ended.returncode, 1)
+        complaints = ended.stderr.decode().splitlines()
+        self.assertEqual(len(complaints), 2, complaints)
+        found = {backup["path"]: backup for backup in json.loads(ended.stdout)}
+        self.assertEqual(set(found), {str(path.parent) for path in root.glob("*/Manifest.plist")})
+        for path, backup in found.items():
+            keys = ["path"] if path == str(root / "broken") else BACKUP_KEYS
+            self.assertEqual(list(backup), keys + ["problems"])
+            damaged = path.rpartition("/")[2] in ("broken", "no description")
+            self.assertEqual(len(backup["problems"]), damaged, backup)
+            self.assertTrue(all(problem in complaint for problem in backup["problems"]
+                                for complaint in complaints if path in complaint), complaints)
+        for name in ("broken", "no description"):
+            shutil.rmtree(root / name)
         self.assertEqual(json.loads(self.succeed("list", "--root", self.folder, "--json")), [])
 
     def test_list_without_a_root_looks_in_the_usual_place(self):
