@@ -9,6 +9,8 @@
 #include "work/shown_text.h"
 
 #include <QFileInfo>
+#include <QGuiApplication>
+#include <QPalette>
 
 namespace {
 const char *iconOf(NodeKind kind)
@@ -20,6 +22,7 @@ const char *iconOf(NodeKind kind)
     case NodeKind::LocalDatabase:
         return "tree_local_db";
     case NodeKind::Backup:
+    case NodeKind::MissingBackup:
         return "tree_backup";
     case NodeKind::MessageFile:
     case NodeKind::Messages:
@@ -133,8 +136,14 @@ QVariant BkNode::data(int role) const
     case Qt::DecorationRole:
         return listIcon(iconOf(m_kind));
     case Qt::ToolTipRole:
+        if (m_kind == NodeKind::MissingBackup)
+            return toolTipOf(m_folder + QLatin1Char('\n') + m_reason);
         return m_backup ? toolTipOf(m_label + QLatin1Char('\n') + m_backup->info().folder)
                         : toolTipOf((QStringList(m_folder) + problemsOf(m_report)).join(QLatin1Char('\n')));
+    case Qt::ForegroundRole:
+        if (m_kind == NodeKind::MissingBackup)
+            return QGuiApplication::palette().color(QPalette::Disabled, QPalette::Text);
+        return {};
     default:
         return {};
     }
@@ -161,6 +170,25 @@ BkNode *ItemModelBK::addBackup(const OpenBackupPtr &backup, const std::optional<
         add(added, kind, textFor(label).arg(countText(kind, counts)));
     add(added, NodeKind::FileSystem, textFor("IDS_FILE_SYSTEM"));
     return added;
+}
+
+BkNode *ItemModelBK::addMissingBackup(const QString &folder, const QString &why, const QString &reason)
+{
+    const QString name = QFileInfo(folder).fileName();
+    auto node = std::make_unique<BkNode>(NodeKind::MissingBackup, QStringLiteral("%1 (%2)").arg(name, why));
+    node->m_folder = folder;
+    node->m_reason = reason;
+    return static_cast<BkNode *>(append(m_backups, std::move(node)));
+}
+
+BkNode *ItemModelBK::findMissingBackup(const QString &folder) const
+{
+    for (const auto &child : m_backups->children()) {
+        auto *node = static_cast<BkNode *>(child.get());
+        if (node->kind() == NodeKind::MissingBackup && backupUid(node->folder()) == backupUid(folder))
+            return node;
+    }
+    return nullptr;
 }
 
 void ItemModelBK::setLoaded(BkNode *backup, const BackupCounts &counts)
@@ -228,6 +256,8 @@ DataSource ItemModelBK::sourceOf(BkNode *node) const
         return {nullptr, node};
     case NodeKind::MessageFile:
         return {nullptr, nullptr, node};
+    case NodeKind::MissingBackup:
+        return {nullptr, nullptr, nullptr, node};
     default:
         return sourceOf(static_cast<BkNode *>(node->parent()));
     }

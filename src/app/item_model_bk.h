@@ -26,7 +26,8 @@ enum class NodeKind {
     FileSystem = 13,
     Photos = 14,
     Videos = 15,
-    MessageFile = 16 // a message database that does not stand in a backup
+    MessageFile = 16,  // a message database that does not stand in a backup
+    MissingBackup = 17 // one that is listed, and not there or not readable just now
 };
 
 /// The class of data that a node lists; nothing for the kinds that are none.
@@ -48,8 +49,10 @@ public:
     bool isLoaded() const { return m_isLoaded; }
     /// Of a Backup node: what loading it could not read.
     const Report &report() const { return m_report; }
-    /// Of a LocalDatabase node: its folder. Of a MessageFile node: the file.
+    /// Of a LocalDatabase or MissingBackup node: its folder. Of a MessageFile node: the file.
     const QString &folder() const { return m_folder; }
+    /// Of a MissingBackup node: why it cannot be opened.
+    const QString &reason() const { return m_reason; }
 
 private:
     friend class ItemModelBK;
@@ -60,17 +63,22 @@ private:
     bool m_isLoaded = false;
     Report m_report;
     QString m_folder;
+    QString m_reason;
 };
 
-/// What a selection in the tree belongs to: at most one of the three is set.
+/// What a selection in the tree belongs to: at most one of them is set.
 struct DataSource
 {
     BkNode *backup = nullptr;
     BkNode *localDatabase = nullptr;
     BkNode *messageFile = nullptr;
+    BkNode *missingBackup = nullptr;
 
     /// The one that is set, or null.
-    BkNode *node() const { return backup ? backup : localDatabase ? localDatabase : messageFile; }
+    BkNode *node() const
+    {
+        return backup ? backup : localDatabase ? localDatabase : messageFile ? messageFile : missingBackup;
+    }
 };
 
 /// The tree of data sources: the opened backups and the local databases, each with its classes of data.
@@ -84,6 +92,10 @@ public:
     /// A backup that is not loaded yet, with the counts of the last time. Without any the classes show that
     /// they were not counted yet.
     BkNode *addBackup(const OpenBackupPtr &backup, const std::optional<BackupCounts> &counts);
+    /// A listed backup that cannot be opened now: its name is greyed, with `why` beside it.
+    BkNode *addMissingBackup(const QString &folder, const QString &why, const QString &reason);
+    /// Null when no backup of that folder is missing.
+    BkNode *findMissingBackup(const QString &folder) const;
     /// Takes what loading the backup has counted.
     void setLoaded(BkNode *backup, const BackupCounts &counts);
     /// Adds the node of a local database, or brings the counts of the one that is there up to date.

@@ -125,7 +125,7 @@ void MainWindow::makeSample()
 void MainWindow::bkSelected(const QModelIndex &)
 {
     showCurrent();
-    if (needsLoading(currentNode()))
+    if (needsLoading(currentNode()) || m_model->sourceOf(currentNode()).missingBackup)
         loadSoon();
 }
 
@@ -176,7 +176,7 @@ void MainWindow::syncWithView()
         disconnect(connection);
     DataView *view = m_views->currentDataView();
     const DataSource source = m_model->sourceOf(currentNode());
-    m_unmount->setEnabled(source.backup || source.messageFile);
+    m_unmount->setEnabled(source.backup || source.messageFile || source.missingBackup);
     m_removeLocalDb->setEnabled(source.localDatabase != nullptr);
     follow(m_save, view ? view->saveAction() : nullptr, "IDS_WHY_NO_SAVE");
     follow(m_export, view ? view->exportAction() : nullptr, "IDS_WHY_NOTHING_TO_EXPORT");
@@ -187,6 +187,7 @@ void MainWindow::syncWithView()
     if (!view) {
         m_status->setText(isLocked(currentNode()) ? textFor("IDS_STATUS_LOCKED")
                           : source.backup         ? source.backup->label()
+                          : source.missingBackup  ? source.missingBackup->reason()
                                                   : QString());
         return;
     }
@@ -214,7 +215,7 @@ void MainWindow::mainTreeContext()
     menu.setToolTipsVisible(true);
     if (source.backup)
         menu.addActions({m_cacheMessages, m_clearCacheOfBackup, m_unmount});
-    else if (source.messageFile)
+    else if (source.messageFile || source.missingBackup)
         menu.addAction(m_unmount);
     else if (source.localDatabase)
         menu.addAction(m_removeLocalDb);

@@ -67,6 +67,8 @@ private:
     QAction *newAction(const char *text, const char *icon, void (MainWindow::*slot)());
     QAction *addUnavailable(const char *text, const char *icon, const char *why);
     void listLoadedBackups();
+    BkNode *listBackup(const QString &folder);
+    void lookForMissing(BkNode *missing);
     bool needsLoading(BkNode *node) const;
     bool isLocked(BkNode *node) const;
     bool ensureLoaded(BkNode *backup);

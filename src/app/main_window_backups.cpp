@@ -27,21 +27,33 @@ OpenBackupPtr backupOf(const TreeNode &node)
 // Only what tells one from the other is read now; the rest is loaded when somebody looks at it.
 void MainWindow::listLoadedBackups()
 {
-    for (const ListedBackup &listed : m_list.backups()) {
-        if (!QDir(listed.path).exists()) {
-            m_list.removeBackup(listed.uid);
-            clearCacheOf(listed.uid);
-            continue;
-        }
-        try {
-            const QHash<QString, qint64> counts = m_list.counts(listed.uid);
-            m_model->addBackup(describedBackup(listed.path),
-                               counts.isEmpty() ? std::nullopt : std::optional(countsOfNames(counts)));
-        } catch (const Error &error) {
-            // It stays on the list: a backup that is being made just now is whole another day.
-            qWarning("%s is not listed: %s", qUtf8Printable(listed.path), error.what());
-        }
+    for (const ListedBackup &listed : m_list.backups())
+        listBackup(listed.path);
+}
+
+// One that cannot be read stays on the list, with its cache: its disk may not be plugged in, and a backup that is
+// being made just now is whole another day.
+BkNode *MainWindow::listBackup(const QString &folder)
+{
+    try {
+        const OpenBackupPtr backup = describedBackup(folder);
+        const QHash<QString, qint64> counts = m_list.counts(backupUid(folder));
+        return m_model->addBackup(backup, counts.isEmpty() ? std::nullopt : std::optional(countsOfNames(counts)));
+    } catch (const Error &error) {
+        const bool isThere = QDir(folder).exists();
+        return m_model->addMissingBackup(
+            folder, textFor(isThere ? "IDS_BACKUP_NOT_READABLE" : "IDS_BACKUP_FOLDER_MISSING"), error.sentence());
     }
+}
+
+/// Its disk may have come back.
+void MainWindow::lookForMissing(BkNode *missing)
+{
+    const QString folder = missing->folder();
+    m_model->removeNode(missing);
+    BkNode *listed = listBackup(folder);
+    m_tree->expand(m_model->indexOf(listed));
+    m_tree->setCurrentIndex(m_model->indexOf(listed));
 }
 
 bool MainWindow::needsLoading(BkNode *node) const
@@ -63,10 +75,13 @@ bool MainWindow::loadBackup(const QString &folder)
         return false;
     }
     const std::optional<LoadedBackup> loaded = openBackupForUser(folder, this);
-    if (!loaded) {
+    BkNode *missing = m_model->findMissingBackup(folder);
+    if (!loaded && !missing)
         clearCacheOf(uid);
+    if (!loaded)
         return false;
-    }
+    if (missing)
+        m_model->removeNode(missing);
     BkNode *node = m_model->addBackup(loaded->backup, loaded->counts);
     m_list.addBackup(uid, loaded->backup->info().folder);
     showCounts(node, loaded->counts);
@@ -95,6 +110,8 @@ bool MainWindow::ensureLoaded(BkNode *backup)
 void MainWindow::loadSelected()
 {
     BkNode *node = currentNode();
+    if (BkNode *missing = m_model->sourceOf(node).missingBackup)
+        return lookForMissing(missing);
     if (m_loadingSelected || !needsLoading(node))
         return;
     m_loadingSelected = true;
@@ -114,15 +131,16 @@ void MainWindow::miUnmountBackup()
         showCurrent();
         return;
     }
-    BkNode *node = source.backup;
+    BkNode *node = source.backup ? source.backup : source.missingBackup;
     if (!node)
         return;
-    const OpenBackupPtr backup = node->backup();
-    const QString uid = backupUid(backup->info().folder);
+    const OpenBackupPtr backup = node->backup(); // null for one that is missing
+    const QString uid = backupUid(backup ? backup->info().folder : node->folder());
     forgetViews(node);
     m_model->removeNode(node);
     m_list.removeBackup(uid);
-    backup->manifest().retireCache();
+    if (backup)
+        backup->manifest().retireCache();
     showCurrent();
     auto worker = std::make_unique<ClearCacheThread>(uid, std::vector<OpenBackupPtr>(), QString());
     removeOpenedFiles(uid);

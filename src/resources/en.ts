@@ -424,6 +424,14 @@
         <translation>Need to select an iTunes Backup to continue.</translation>
     </message>
     <message>
+        <source>IDS_BACKUP_FOLDER_MISSING</source>
+        <translation>folder not found</translation>
+    </message>
+    <message>
+        <source>IDS_BACKUP_NOT_READABLE</source>
+        <translation>cannot be read</translation>
+    </message>
+    <message>
         <source>IDS_BACKUP_ALREADY_LISTED</source>
         <translation>This iTunes Backup has been listed on the left.</translation>
     </message>
