@@ -209,8 +209,13 @@ BookmarkTree LocalBookmarkDb::readTree()
 LocalBookmarkDb::Row LocalBookmarkDb::saveRow(const BookmarkNode &node, qint64 parent)
 {
     const bool isFolder = node.type == BookmarkNode::folder;
-    Sqlite3Sql find(QStringLiteral("select id,order_index from bookmarks where parent"));
-    find.appendSql(parent != 0 ? QStringLiteral("=?") : QStringLiteral(" is null"));
+    Sqlite3Sql find(isFolder
+                        ? QStringLiteral("select id,order_index,0")
+                        : QStringLiteral("select id,order_index,title is not ? or url<>? collate binary"));
+    if (!isFolder)
+        find.addTextParam(node.title).addTextParam(node.url);
+    find.appendSql(QStringLiteral(" from bookmarks where parent") +
+                   (parent != 0 ? QStringLiteral("=?") : QStringLiteral(" is null")));
     if (parent != 0)
         find.addInt64Param(parent);
     find.appendSql(isFolder ? QStringLiteral(" and type=1 and title=?")
@@ -220,13 +225,14 @@ LocalBookmarkDb::Row LocalBookmarkDb::saveRow(const BookmarkNode &node, qint64 p
     if (there.moveNext()) {
         const qint64 id = there.getInt64(0);
         const bool moved = there.getInt(1) != node.order_index;
+        const bool differs = there.getInt(2) != 0;
         there.reset();
         if (moved)
             m_db.executeCachedThrow(
                 Sqlite3Sql(QStringLiteral("update bookmarks set order_index=? where id=?"))
                     .addIntParam(node.order_index)
                     .addInt64Param(id));
-        return {id, false};
+        return {id, false, differs};
     }
     Sqlite3Sql insert(
         isFolder

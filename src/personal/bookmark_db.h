@@ -54,6 +54,7 @@ public:
     {
         qint64 id = 0;
         bool inserted = false;
+        bool differs = false; // in its title or the case of its address; the stored one was kept
     };
     /// The same for the node alone, below the stored folder `parent` (0: the top level).
     Row saveRow(const BookmarkNode &node, qint64 parent);

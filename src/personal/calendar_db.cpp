@@ -259,12 +259,22 @@ LocalCalendarsDb::Saved LocalCalendarsDb::save(const CalendarEvent &event)
 {
     const qint64 calendar = calendarId(event);
     const QString hash = hashOf(event);
-    Sqlite3Cursor &there =
-        m_db.cachedThrow(Sqlite3Sql(QStringLiteral("select _id from events where calendar_id=? and hash=?"))
-                             .addInt64Param(calendar)
-                             .addTextParam(hash));
+    Sqlite3Cursor &there = m_db.cachedThrow(
+        Sqlite3Sql(
+            QStringLiteral("select _id,(coalesce(tz,''),end_date,summary,coalesce(description,''),"
+                           "coalesce(rrule,''),all_day,coalesce(url,'')) is not (?3,?4,?5,?6,?7,?8,?9) "
+                           "from events where calendar_id=?1 and hash=?2"))
+            .addInt64Param(calendar)
+            .addTextParam(hash)
+            .addTextParam(event.tz)
+            .addInt64Param(unixOf(event.end_date))
+            .addTextParam(event.summary)
+            .addTextParam(event.description)
+            .addTextParam(event.rrule)
+            .addIntParam(event.all_day)
+            .addTextParam(event.url));
     if (there.moveNext())
-        return {there.getInt64(0), true};
+        return {there.getInt64(0), true, there.getInt(1) != 0};
     m_db.executeCachedThrow(
         Sqlite3Sql(
             QStringLiteral(
@@ -290,7 +300,7 @@ LocalCalendarsDb::Saved LocalCalendarsDb::save(const CalendarEvent &event)
                 .addIntParam(reminder.minutes)
                 .addIntParam(reminder.method)
                 .addTextParam(reminder.src_id));
-    return {id, false};
+    return {id};
 }
 
 bool LocalCalendarsDb::remove(qint64 id)

@@ -40,6 +40,7 @@ public:
     {
         qint64 id = 0;
         bool wasThere = false; // then nothing was changed
+        bool differs = false;  // in anything but start and title; the stored one was kept
     };
 
     qint64 count();

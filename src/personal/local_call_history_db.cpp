@@ -102,10 +102,17 @@ QString LocalCallHistoryDb::hashOf(const CallEntry &call)
 LocalCallHistoryDb::Added LocalCallHistoryDb::add(const CallEntry &call)
 {
     const QString hash = hashOf(call);
-    Sqlite3Cursor &there =
-        m_db.cachedThrow(Sqlite3Sql(QStringLiteral("select _id from call where hash=?")).addTextParam(hash));
+    // Only newer systems give calls an identity of their own: none is no difference.
+    Sqlite3Cursor &there = m_db.cachedThrow(
+        Sqlite3Sql(
+            QStringLiteral("select _id,coalesce(duration,0)<>?2 or (?3<>'' and coalesce(name,'')<>?3) or "
+                           "(?4<>'' and coalesce(unique_id,'') not in ('',?4)) from call where hash=?1"))
+            .addTextParam(hash)
+            .addIntParam(call.duration)
+            .addTextParam(call.name)
+            .addTextParam(call.unique_id));
     if (there.moveNext())
-        return {there.getInt64(0), true};
+        return {there.getInt64(0), true, there.getInt(1) != 0};
     m_db.executeCachedThrow(
         Sqlite3Sql(
             QStringLiteral(
@@ -131,7 +138,7 @@ LocalCallHistoryDb::Added LocalCallHistoryDb::add(const CallEntry &call)
             .addTextParam(call.device_id)
             .addTextParam(call.cn)
             .addTextParam(call.unique_id));
-    return {m_db.lastInsertId(), false};
+    return {m_db.lastInsertId()};
 }
 
 bool LocalCallHistoryDb::remove(qint64 id)

@@ -16,6 +16,7 @@ public:
     {
         qint64 id = 0;
         bool wasThere = false;
+        bool differs = false; // in what is not in the hash; the stored one was kept
     };
 
     qint64 count();

@@ -275,40 +275,48 @@ LocalContactsDb::Saved LocalContactsDb::save(const ContactRecord &record, const 
     ContactRecord stored;
     if (found != 0)
         stored = read(found).value_or(ContactRecord());
-    const Saved saved{found != 0 ? found : addContact(record), found != 0};
+    Saved saved{found != 0 ? found : addContact(record), found != 0};
     for (auto kind = record.rows.constBegin(); kind != record.rows.constEnd(); ++kind) {
         StoredRows rows(stored.rows[kind.key()]);
         for (const ContactDataRow &row : kind.value())
-            mergeRow(saved.id, kind.key(), row, rows, rule);
+            saved.replaced += mergeRow(saved.id, kind.key(), row, rows, rule) ? 1 : 0;
     }
     saveGroups(saved.id, record, stored.rows[ContactDataKind::GroupMembership]);
     return saved;
 }
 
-void LocalContactsDb::mergeRow(qint64 contactId, ContactDataKind kind, const ContactDataRow &row,
+bool LocalContactsDb::mergeRow(qint64 contactId, ContactDataKind kind, const ContactDataRow &row,
                                StoredRows &stored, const AbsContactCombineRule &rule)
 {
     const Columns match = rule.matchColumns(kind, row);
     if (match.isEmpty())
-        return;
+        return false;
     const AbsContactCombineRule::Merge merge = rule.mergeColumns(kind);
     ContactDataRow fresh;
     ContactDataRow *const known = merge.single ? stored.first() : stored.find(match, row);
     ContactDataRow *const target = known ? known : &fresh;
     if (equalIn(merge.columns, *target, row))
-        return;
+        return false;
+    bool hasReplaced = false;
+    const auto take = [&hasReplaced](auto &there, const auto &incoming) {
+        if (incoming.isEmpty() || incoming == there)
+            return;
+        hasReplaced = hasReplaced || !there.isEmpty();
+        there = incoming;
+    };
     for (const int column : merge.columns) {
-        if (column == 15) {
-            if (!row.data15.isEmpty())
-                target->data15 = row.data15;
-        } else if (!row.data(column).isEmpty()) {
-            target->data(column) = row.data(column);
-        }
+        if (column == 15)
+            take(target->data15, row.data15);
+        else if (!row.data(column).isEmpty())
+            take(target->data(column), row.data(column));
     }
-    if (known)
-        return updateRow(kind, *target);
+    if (known) {
+        updateRow(kind, *target);
+        return hasReplaced;
+    }
     insertRow(contactId, kind, fresh);
     stored.append(std::move(fresh));
+    return false;
 }
 
 ContactDataRow *LocalContactsDb::StoredRows::first()

@@ -18,6 +18,7 @@ public:
     {
         qint64 id = 0;
         bool merged = false;
+        qint64 replaced = 0; // entries (a note, a picture, a label) in whose place the record's own stand now
     };
 
     qint64 count();
@@ -70,7 +71,8 @@ private:
     qint64 groupId(const QString &name);
     void insertRow(qint64 contactId, ContactDataKind kind, ContactDataRow &row);
     void updateRow(ContactDataKind kind, const ContactDataRow &row);
-    void mergeRow(qint64 contactId, ContactDataKind kind, const ContactDataRow &row, StoredRows &stored,
+    /// True when what the stored row had was replaced by something else.
+    bool mergeRow(qint64 contactId, ContactDataKind kind, const ContactDataRow &row, StoredRows &stored,
                   const AbsContactCombineRule &rule);
     void saveGroups(qint64 contactId, const ContactRecord &record, QList<ContactDataRow> &stored);
 };

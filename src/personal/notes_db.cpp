@@ -200,7 +200,7 @@ QString LocalNotesDb::hashOf(const NoteEntry &note)
     return QString::fromLatin1(hash.result().toHex());
 }
 
-bool LocalNotesDb::save(const NoteEntry &note)
+LocalNotesDb::Saved LocalNotesDb::save(const NoteEntry &note)
 {
     const QString hash = hashOf(note);
     const auto bound = [&note](const char *statement) {
@@ -215,14 +215,16 @@ bool LocalNotesDb::save(const NoteEntry &note)
     };
     qint64 id = 0;
     bool isSame = false;
+    bool hasSameDates = true;
     {
         Sqlite3Cursor &there = m_db.cachedThrow(
             bound("select _id,(create_date,modified_date,title,summary,content,dev_id,src_id) "
-                  "is (?1,?2,?3,?4,?5,?6,?7) from notes where hash=?8")
+                  "is (?1,?2,?3,?4,?5,?6,?7),(create_date,modified_date) is (?1,?2) from notes where hash=?8")
                 .addTextParam(hash));
         if (there.moveNext()) {
             id = there.getInt64(0);
             isSame = there.getInt(1) != 0;
+            hasSameDates = there.getInt(2) != 0;
         }
         there.reset();
     }
@@ -234,7 +236,7 @@ bool LocalNotesDb::save(const NoteEntry &note)
         m_db.executeCachedThrow(bound("update notes set create_date=?,modified_date=?,title=?,summary=?,"
                                       "content=?,dev_id=?,src_id=? where _id=?")
                                     .addInt64Param(id));
-    return id != 0;
+    return {id != 0, !hasSameDates};
 }
 
 bool LocalNotesDb::remove(const QString &hash)

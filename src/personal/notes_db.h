@@ -46,8 +46,13 @@ public:
     /// Newest change first.
     QList<NoteEntry> readAll();
     std::optional<NoteEntry> read(const QString &hash);
-    /// True when the note was there already; the newer save wins. Call between begin() and commit().
-    bool save(const NoteEntry &note);
+    struct Saved
+    {
+        bool wasThere = false; // then the newer save wins
+        bool differs = false;  // the dates of the stored one were others
+    };
+    /// Call between begin() and commit().
+    Saved save(const NoteEntry &note);
     /// False when there is no such note.
     bool remove(const QString &hash);
 

@@ -2013,6 +2013,48 @@ What the window does, quillbarrow-cli does without one: see quillbarrow-cli --he
         </translation>
     </message>
     <message numerus="yes">
+        <source>IDS_ISSUE_CONTACT_ENTRIES_REPLACED</source>
+        <translation>
+            <numerusform>%n entry of a contact that was there (its note, picture, company, a label or the like) was replaced by another that came under its name</numerusform>
+            <numerusform>%n entries of contacts that were there (notes, pictures, companies, labels and the like) were replaced by others that came under their names</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_CALLS_KEPT</source>
+        <translation>
+            <numerusform>%n call of the same second, number and direction is there with other details, and those were kept</numerusform>
+            <numerusform>%n calls of the same second, number and direction are there with other details, and those were kept</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_NOTE_DATES_REPLACED</source>
+        <translation>
+            <numerusform>%n note of the same title and text was there with other dates, which were replaced</numerusform>
+            <numerusform>%n notes of the same title and text were there with other dates, which were replaced</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_EVENTS_KEPT</source>
+        <translation>
+            <numerusform>%n event of the same calendar, start and title is there with other details, and those were kept</numerusform>
+            <numerusform>%n events of the same calendar, start and title are there with other details, and those were kept</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_BOOKMARKS_KEPT</source>
+        <translation>
+            <numerusform>%n bookmark of the same folder and address is there under another title or spelling, and that was kept</numerusform>
+            <numerusform>%n bookmarks of the same folder and address are there under another title or spelling, and that was kept</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_RECORDS_THERE_ALREADY</source>
+        <translation>
+            <numerusform>%n of them was there already.</numerusform>
+            <numerusform>%n of them were there already.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
         <source>IDS_ISSUE_EARLY_BIRTHDAYS</source>
         <translation>
             <numerusform>%n birthday on 2001-01-01 or before is left out</numerusform>

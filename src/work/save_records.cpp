@@ -22,21 +22,31 @@ struct Reading
     Report &report;
 };
 
-void count(SaveReport &result, bool wasThere)
-{
-    ++(wasThere ? result.merged : result.added);
-}
-
-/// What a job says while it runs.
-struct RunningTexts
+/// What a job says while it runs, and in the end.
+struct SaveTexts
 {
     const char *status; // key
     const char *counter;
+    const char *differing; // key: of those that were there already, and not as they came
 };
 
-/// `save` puts one record into the store and tells whether it was there already.
+/// What came of one record.
+struct SavedRecord
+{
+    bool wasThere = false;
+    qint64 differing = 0;
+};
+
+void count(SaveReport &result, const SavedRecord &saved, const SaveTexts &texts)
+{
+    ++(saved.wasThere ? result.merged : result.added);
+    if (saved.differing > 0)
+        result.report.add({.kind = IssueKind::LeftOut, .what = texts.differing, .count = saved.differing});
+}
+
+/// `save` puts one record into the store and gives a SavedRecord.
 template <typename Store, typename Record, typename Save>
-SaveReport saveEach(const QList<Record> &records, const QString &folder, const RunningTexts &texts,
+SaveReport saveEach(const QList<Record> &records, const QString &folder, const SaveTexts &texts,
                     Progress &progress, Save save)
 {
     Store store(folder);
@@ -46,10 +56,16 @@ SaveReport saveEach(const QList<Record> &records, const QString &folder, const R
     SaveReport result;
     for (const Record &record : records) {
         counted.item();
-        count(result, save(store, record));
+        count(result, save(store, record), texts);
     }
     job.commit();
     return result;
+}
+
+template <typename Saved>
+SavedRecord savedRecord(const Saved &saved)
+{
+    return {saved.wasThere, saved.differs ? 1 : 0};
 }
 
 SaveReport saveContacts(const Reading &reading, const QString &folder, Progress &progress)
@@ -57,43 +73,48 @@ SaveReport saveContacts(const Reading &reading, const QString &folder, Progress 
     const IOSContactCombineRule rule;
     return saveEach<LocalContactsDb>(
         reading.source.contacts(reading.scope, reading.report), folder,
-        {"IDS_BACKUPING_CONTACTS", "Contacts:%1/%2"}, progress,
-        [&rule](auto &store, const auto &contact) { return store.save(contact, rule).merged; });
+        {"IDS_BACKUPING_CONTACTS", "Contacts:%1/%2", "IDS_ISSUE_CONTACT_ENTRIES_REPLACED"}, progress,
+        [&rule](auto &store, const auto &contact) {
+            const auto saved = store.save(contact, rule);
+            return SavedRecord{saved.merged, saved.replaced};
+        });
 }
 
 SaveReport saveCalls(const Reading &reading, const QString &folder, Progress &progress)
 {
     return saveEach<LocalCallHistoryDb>(
-        reading.source.calls(reading.scope, reading.report), folder, {"IDS_BACKUPING_CALLS", "Calls:%1 / %2"},
-        progress, [](auto &store, const auto &call) { return store.add(call).wasThere; });
+        reading.source.calls(reading.scope, reading.report), folder,
+        {"IDS_BACKUPING_CALLS", "Calls:%1 / %2", "IDS_ISSUE_CALLS_KEPT"}, progress,
+        [](auto &store, const auto &call) { return savedRecord(store.add(call)); });
 }
 
 SaveReport saveNotes(const Reading &reading, const QString &folder, Progress &progress)
 {
-    return saveEach<LocalNotesDb>(reading.source.notes(reading.scope, reading.report), folder,
-                                  {"IDS_BACKUPING_NOTES", "Notes:%1 / %2"}, progress,
-                                  [](auto &store, const auto &note) { return store.save(note); });
+    return saveEach<LocalNotesDb>(
+        reading.source.notes(reading.scope, reading.report), folder,
+        {"IDS_BACKUPING_NOTES", "Notes:%1 / %2", "IDS_ISSUE_NOTE_DATES_REPLACED"}, progress,
+        [](auto &store, const auto &note) { return savedRecord(store.save(note)); });
 }
 
 SaveReport saveCalendar(const Reading &reading, const QString &folder, Progress &progress)
 {
     return saveEach<LocalCalendarsDb>(
         reading.source.calendar(reading.scope, reading.report), folder,
-        {"IDS_BACKUPING_CALENDAR_ITEMS", "Calendar event:%1 / %2"}, progress,
-        [](auto &store, const auto &event) { return store.save(event).wasThere; });
+        {"IDS_BACKUPING_CALENDAR_ITEMS", "Calendar event:%1 / %2", "IDS_ISSUE_EVENTS_KEPT"}, progress,
+        [](auto &store, const auto &event) { return savedRecord(store.save(event)); });
 }
 
 void saveBookmarkNode(LocalBookmarkDb &store, const BookmarkNode &node, qint64 parent,
-                      CountedProgress &counted, SaveReport &result)
+                      CountedProgress &counted, const SaveTexts &texts, SaveReport &result)
 {
     const bool isFolder = node.type == BookmarkNode::folder;
     if (!isFolder)
         counted.item();
     const LocalBookmarkDb::Row row = store.saveRow(node, parent);
     if (!isFolder)
-        count(result, !row.inserted);
+        count(result, {!row.inserted, row.differs ? 1 : 0}, texts);
     for (const auto &child : node.children)
-        saveBookmarkNode(store, *child, row.id, counted, result);
+        saveBookmarkNode(store, *child, row.id, counted, texts, result);
 }
 
 SaveReport saveBookmarks(const Reading &reading, const QString &folder, Progress &progress)
@@ -102,11 +123,12 @@ SaveReport saveBookmarks(const Reading &reading, const QString &folder, Progress
     LocalBookmarkDb store(folder);
     store.open();
     StoreJob job(store);
-    CountedProgress counted(progress, textFor("IDS_BACKUPING_BOOKMARKS"), QStringLiteral("Bookmarks:%1 / %2"),
+    const SaveTexts texts{"IDS_BACKUPING_BOOKMARKS", "Bookmarks:%1 / %2", "IDS_ISSUE_BOOKMARKS_KEPT"};
+    CountedProgress counted(progress, textFor(texts.status), QLatin1String(texts.counter),
                             countBookmarks(tree));
     SaveReport result;
     for (const auto &node : tree)
-        saveBookmarkNode(store, *node, 0, counted, result);
+        saveBookmarkNode(store, *node, 0, counted, texts, result);
     job.commit();
     return result;
 }
@@ -169,11 +191,13 @@ SaveReport saveRecords(DataClass dataClass, PersonalSource &source, Scope scope,
 {
     Report report;
     SaveReport result = saveClass(dataClass, {source, scope, report}, folder, progress);
+    report.merge(result.report);
     result.report = std::move(report);
     return result;
 }
 
-QString saveText(DataClass dataClass, const SaveReport &result)
+namespace {
+QString doneText(DataClass dataClass, const SaveReport &result)
 {
     switch (dataClass) {
     case DataClass::Contacts:
@@ -191,6 +215,16 @@ QString saveText(DataClass dataClass, const SaveReport &result)
     default:
         return {};
     }
+}
+} // namespace
+
+QString saveText(DataClass dataClass, const SaveReport &result)
+{
+    const bool tellsMerged = dataClass == DataClass::Contacts; // in its own text
+    const QString text = doneText(dataClass, result);
+    return tellsMerged || result.merged == 0
+               ? text
+               : text + QLatin1Char('\n') + textFor("IDS_RECORDS_THERE_ALREADY", result.merged);
 }
 
 void removeRecords(DataClass dataClass, const QString &folder, const QStringList &ids, Progress &progress)

@@ -433,22 +433,29 @@ void TestContacts::mergeRules_data()
     QTest::addColumn<ContactDataRow>("stored");
     QTest::addColumn<ContactDataRow>("incoming");
     QTest::addColumn<QList<ContactDataRow>>("expected");
+    QTest::addColumn<qint64>("replaced");
     QTest::newRow("a changed note replaces the one note")
-        << Kind::Note << row({{1, "old"}}) << row({{1, "new"}}) << QList{row({{1, "new"}})};
+        << Kind::Note << row({{1, "old"}}) << row({{1, "new"}}) << QList{row({{1, "new"}})} << qint64(1);
     QTest::newRow("an empty label does not erase one")
         << Kind::Phone << row({{1, "5"}, {2, "0"}, {3, "Boat"}}) << row({{1, "5"}, {2, "2"}})
-        << QList{row({{1, "5"}, {2, "2"}, {3, "Boat"}})};
+        << QList{row({{1, "5"}, {2, "2"}, {3, "Boat"}})} << qint64(1);
     QTest::newRow("anniversary and birthday on one day")
         << Kind::Event << row({{1, "d"}, {2, "1"}}) << row({{1, "d"}, {2, "3"}})
-        << QList{row({{1, "d"}, {2, "1"}}), row({{1, "d"}, {2, "3"}})};
+        << QList{row({{1, "d"}, {2, "1"}}), row({{1, "d"}, {2, "3"}})} << qint64(0);
     QTest::newRow("one name on two services")
         << Kind::Im << row({{1, "ada"}, {5, "4"}}) << row({{1, "ada"}, {5, "7"}})
-        << QList{row({{1, "ada"}, {5, "4"}}), row({{1, "ada"}, {5, "7"}})};
+        << QList{row({{1, "ada"}, {5, "4"}}), row({{1, "ada"}, {5, "7"}})} << qint64(0);
     QTest::newRow("a row of nothing is not written")
-        << Kind::Email << row({{1, "a@b"}}) << ContactDataRow() << QList{row({{1, "a@b"}})};
+        << Kind::Email << row({{1, "a@b"}}) << ContactDataRow() << QList{row({{1, "a@b"}})} << qint64(0);
     QTest::newRow("an organisation keeps what the new one lacks")
         << Kind::Organization << row({{1, "Co"}, {5, "Looms"}}) << row({{1, "Co"}, {4, "Boss"}})
-        << QList{row({{1, "Co"}, {4, "Boss"}, {5, "Looms"}})};
+        << QList{row({{1, "Co"}, {4, "Boss"}, {5, "Looms"}})} << qint64(0);
+    ContactDataRow face = row({{4, ""}});
+    face.data15 = "face";
+    ContactDataRow other = face;
+    other.data15 = "other";
+    QTest::newRow("a picture in the place of another")
+        << Kind::Photo << face << other << QList{other} << qint64(1);
 }
 
 void TestContacts::mergeRules()
@@ -460,7 +467,7 @@ void TestContacts::mergeRules()
     LocalContactsDb db(folder.path());
     db.open();
     save(db, person("A", kind, stored));
-    save(db, person("A", kind, incoming));
+    QTEST(save(db, person("A", kind, incoming)).replaced, "replaced");
     QList<ContactDataRow> rows = db.readAll().first().rows.value(kind);
     for (ContactDataRow &row : rows)
         row.id = 0;

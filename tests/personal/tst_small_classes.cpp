@@ -157,12 +157,13 @@ void TestSmallClasses::localNotes()
                    QStringLiteral("1"),
                    {}};
     db.begin();
-    QVERIFY(!db.save(note));
+    QVERIFY(!db.save(note).wasThere);
+    QVERIFY(!db.save(note).differs);
     note.modified_date = utc(5); // the later save wins, whatever its dates say
-    QVERIFY(db.save(note));
+    QVERIFY(db.save(note).differs);
     NoteEntry edited = note;
     edited.content = QStringLiteral("c2");
-    QVERIFY(!db.save(edited));
+    QVERIFY(!db.save(edited).wasThere);
     db.commit();
     QCOMPARE(db.count(), 2);
     note.hash = QString::fromLatin1(QCryptographicHash::hash("Tc", QCryptographicHash::Md5).toHex());
@@ -239,7 +240,14 @@ void TestSmallClasses::localCalendar()
     CalendarEvent moved = event;
     moved.summary = QStringLiteral("Lunch\nHall");
     moved.calendar = QStringLiteral("hOME");
+    QVERIFY(!db.save(event).differs);
     QVERIFY(db.save(moved).wasThere);
+    QVERIFY(db.save(moved).differs);
+    for (const auto member : {&CalendarEvent::description, &CalendarEvent::url, &CalendarEvent::rrule}) {
+        CalendarEvent changed = event;
+        changed.*member = QStringLiteral("x");
+        QVERIFY(db.save(changed).differs);
+    }
     CalendarEvent elsewhere = event;
     elsewhere.calendar = QString(60'000, u'x'); // longer than LIKE allows
     const auto other = db.save(elsewhere);
@@ -413,6 +421,8 @@ void TestSmallClasses::localBookmarks()
     const auto first = db.save(top);
     QCOMPARE(first.handled, 3);
     QCOMPARE(first.added, 2);                               // the address in capitals is the same one
+    QVERIFY(!db.saveRow(*leaf("http://b", &top), 1).differs);
+    QVERIFY(db.saveRow(*leaf("HTTP://B", &top), 1).differs); // and so is its title
     QCOMPARE(db.save(*top.children.back()).added, 0);       // alone, its folder is found again
     QCOMPARE(db.save(*leaf("http://b", nullptr)).added, 1); // the same address in another folder
     db.commit();
@@ -443,6 +453,15 @@ void TestSmallClasses::localCalls()
     const auto first = db.add(call);
     QVERIFY(!first.wasThere);
     QCOMPARE(db.add(call).id, first.id);
+    QVERIFY(!db.add(call).differs);
+    CallEntry longer = call;
+    longer.duration = 500;
+    QVERIFY(db.add(longer).differs);
+    CallEntry older = call; // as systems kept it before calls had an identity
+    older.unique_id.clear();
+    QVERIFY(!db.add(older).differs);
+    older.unique_id = QStringLiteral("v");
+    QVERIFY(db.add(older).differs);
     CallEntry missed = call;
     missed.type = 8;
     QVERIFY(!db.add(missed).wasThere);

@@ -100,13 +100,13 @@ void TestRecordThreads::savingTells_data()
                            << "Successfully backup %1 Call History";
     QTest::newRow("notes") << DataClass::Notes << "Backing up Notes. Please wait..."
                            << "Notes:1 / "
-                           << "Successfully backup %1 notes.";
+                           << "Successfully backup %1 notes.\n1 of them was there already.";
     QTest::newRow("calendar") << DataClass::Calendar << "Backing up Calendar events now. Please wait..."
                               << "Calendar event:1 / "
                               << "Successfully backup %1 Calendar events.";
     QTest::newRow("bookmarks") << DataClass::Bookmarks << "Backing up Bookmarks now. Please wait..."
                                << "Bookmarks:1 / "
-                               << "Successfully backup %1 Bookmarks";
+                               << "Successfully backup %1 Bookmarks\n1 of them was there already.";
 }
 
 void TestRecordThreads::savingTells()
