@@ -58,6 +58,31 @@ struct BookmarkColumns
     int id, parent, type, title, url, order, source, hidden;
 };
 
+struct BookmarkRows
+{
+    std::vector<BookmarkRow> rows;
+    bool isWhole = true;
+};
+
+BookmarkRows readBookmarkRows(const Sqlite3DB &db, const QString &sourceColumn,
+                              const QStringList &furtherColumns, Report &report)
+{
+    TableRows what{QStringLiteral("bookmarks"),
+                   {QStringLiteral("id"), QStringLiteral("parent"), QStringLiteral("type"),
+                    QStringLiteral("title"), QStringLiteral("url"), QStringLiteral("order_index")},
+                   {sourceColumn}};
+    what.columns += furtherColumns;
+    BookmarkRows found;
+    const RowsRead read = readRows(db, what, report, [&](const Sqlite3Cursor &row) {
+        return [&, columns = BookmarkColumns(row, sourceColumn)] {
+            if (BookmarkRow bookmark = columns.read(row); bookmark.node->id != 0)
+                found.rows.push_back(std::move(bookmark));
+        };
+    });
+    found.isWhole = read.isWhole;
+    return found;
+}
+
 /// Folders before what is in them, as far as they are older than it.
 void sortByParent(std::vector<BookmarkRow> &rows)
 {
@@ -164,20 +189,10 @@ void IOSBookmarkDb::open(Report &report)
 BookmarkTree IOSBookmarkDb::readTree(Scope scope, Report &report)
 {
     open(report);
-    TableRows what{QStringLiteral("bookmarks"),
-                   {QStringLiteral("id"), QStringLiteral("parent"), QStringLiteral("type"),
-                    QStringLiteral("title"), QStringLiteral("url"), QStringLiteral("order_index")},
-                   {QStringLiteral("external_uuid")}};
-    if (m_db.tbCols(what.table).contains(QStringLiteral("hidden")))
-        what.columns.append(QStringLiteral("hidden"));
-    std::vector<BookmarkRow> rows;
-    const RowsRead read = readRows(m_db, what, report, [&](const Sqlite3Cursor &row) {
-        return [&, columns = BookmarkColumns(row, QStringLiteral("external_uuid"))] {
-            if (BookmarkRow found = columns.read(row); found.node->id != 0)
-                rows.push_back(std::move(found));
-        };
-    });
-    if (!read.isWhole)
+    const bool canHide = m_db.tbCols(QStringLiteral("bookmarks")).contains(QStringLiteral("hidden"));
+    const QStringList hidden = canHide ? QStringList{QStringLiteral("hidden")} : QStringList();
+    auto [rows, isWhole] = readBookmarkRows(m_db, QStringLiteral("external_uuid"), hidden, report);
+    if (!isWhole)
         adoptOrphans(rows);
     sortByParent(rows);
     return scope == Scope::Everything ? treeOfAll(std::move(rows)) : treeInOrder(std::move(rows), report);
@@ -190,19 +205,15 @@ LocalBookmarkDb::LocalBookmarkDb(const QString &folder)
 
 qint64 LocalBookmarkDb::count()
 {
-    Sqlite3Cursor row = m_db.queryThrow(QStringLiteral("select count(*) from bookmarks where type=0"));
+    Sqlite3Cursor row =
+        m_db.queryThrow(QStringLiteral("select count(*) from bookmarks not indexed where type is not 1"));
     return row.moveNext() ? row.getInt64(0) : 0;
 }
 
-BookmarkTree LocalBookmarkDb::readTree()
+BookmarkTree LocalBookmarkDb::readTree(Report &report)
 {
-    Sqlite3Cursor row = m_db.queryThrow(
-        QStringLiteral("select id,parent,type,title,url,order_index,src_id from bookmarks "
-                       "where id > 0 order by parent asc, type asc, order_index asc, id asc"));
-    const BookmarkColumns columns(row, QStringLiteral("src_id"));
-    std::vector<BookmarkRow> rows;
-    while (row.moveNext())
-        rows.push_back(columns.read(row));
+    std::vector<BookmarkRow> rows = readBookmarkRows(m_db, QStringLiteral("src_id"), {}, report).rows;
+    sortByParent(rows);
     return treeOfAll(std::move(rows));
 }
 

@@ -39,9 +39,11 @@ public:
         qint64 added = 0;
     };
 
-    /// Bookmarks; folders do not count.
+    /// Bookmarks of readTree(); folders do not count. Throws Error where the store is damaged.
     qint64 count();
-    BookmarkTree readTree();
+    /// Reads around damage, which is told in the report; what lies in a folder that is lost stands at the top
+    /// level.
+    BookmarkTree readTree(Report &report);
     /// Saves the node with everything below it; its folders above are those of the tree. Call between begin()
     /// and commit().
     Saved save(const BookmarkNode &node);

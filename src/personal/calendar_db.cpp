@@ -12,6 +12,9 @@
 #include <QtEndian>
 
 #include <algorithm>
+#include <map>
+#include <tuple>
+#include <vector>
 
 namespace {
 QDateTime instantOfApple(int appleSecondsValue)
@@ -133,6 +136,66 @@ QList<CalendarEvent> grouped(QList<std::pair<qint64, CalendarEvent>> events)
         result.append(std::move(entry.second));
     return result;
 }
+
+const TableRows storedEventRows{
+    QStringLiteral("events"),
+    {QStringLiteral("calendar_id"), QStringLiteral("tz"), QStringLiteral("start_date"),
+     QStringLiteral("end_date"), QStringLiteral("summary"), QStringLiteral("description"),
+     QStringLiteral("url"), QStringLiteral("rrule"), QStringLiteral("all_day"), QStringLiteral("src_id")}};
+
+struct StoredEvent
+{
+    qint64 calendar = 0; // row id
+    CalendarEvent event;
+};
+
+/// What a store keeps beside its events.
+struct StoredSides
+{
+    StoredSides(const Sqlite3DB &db, Report &report)
+    {
+        readRows(db, {QStringLiteral("calendars"), {QStringLiteral("name")}, {}, TableRows::Need::Expected},
+                 report, [this](const Sqlite3Cursor &row) {
+                     return [this, &row] { calendars.insert(row.getInt64(0), row.getText(1)); };
+                 });
+        std::map<qint64, std::pair<qint64, CalendarReminder>> ordered;
+        readRows(db,
+                 {QStringLiteral("reminders"),
+                  {QStringLiteral("event_id"), QStringLiteral("minutes"), QStringLiteral("method"),
+                   QStringLiteral("src_id")},
+                  {},
+                  TableRows::Need::Expected},
+                 report, [&ordered](const Sqlite3Cursor &row) {
+                     return [&ordered, &row] {
+                         ordered[row.getInt64(0)] = {row.getInt64(1),
+                                                     {row.getInt(2), row.getInt(3), row.getText(4)}};
+                     };
+                 });
+        for (const auto &[id, reminder] : ordered)
+            reminders[reminder.first].append(reminder.second);
+    }
+
+    QHash<qint64, QString> calendars;                 // names by row id
+    QHash<qint64, QList<CalendarReminder>> reminders; // by event
+};
+
+CalendarEvent storedEventOf(const Sqlite3Cursor &row, const StoredSides &sides)
+{
+    CalendarEvent event;
+    event.id = row.getInt64(0);
+    event.calendar = sides.calendars.value(row.getInt64(1));
+    event.tz = row.getText(2);
+    event.start_date = instantOfUnix(row.getInt64(3));
+    event.end_date = instantOfUnix(row.getInt64(4));
+    event.summary = row.getText(5);
+    event.description = row.getText(6);
+    event.url = row.getText(7);
+    event.rrule = row.getText(8);
+    event.all_day = row.getInt(9);
+    event.src_id = row.getText(10);
+    event.reminders = sides.reminders.value(event.id);
+    return event;
+}
 } // namespace
 
 QString recurrenceRule(int frequency, int interval)
@@ -195,39 +258,26 @@ void LocalCalendarsDb::upgrade()
 
 qint64 LocalCalendarsDb::count()
 {
-    Sqlite3Cursor row = m_db.queryThrow(QStringLiteral("select count(*) from events"));
+    Sqlite3Cursor row = m_db.queryThrow(QStringLiteral("select count(*) from events not indexed"));
     return row.moveNext() ? row.getInt64(0) : 0;
 }
 
-QList<CalendarEvent> LocalCalendarsDb::readAll()
+QList<CalendarEvent> LocalCalendarsDb::readAll(Report &report)
 {
-    QHash<qint64, QList<CalendarReminder>> reminders;
-    Sqlite3Cursor reminder =
-        m_db.queryThrow(QStringLiteral("select event_id,minutes,method,src_id from reminders order by _id"));
-    while (reminder.moveNext())
-        reminders[reminder.getInt64(0)].append({reminder.getInt(1), reminder.getInt(2), reminder.getText(3)});
-
-    Sqlite3Cursor row = m_db.queryThrow(QStringLiteral(
-        "select "
-        "e._id,c.name,e.tz,e.start_date,e.end_date,e.summary,e.description,e.url,e.rrule,e.all_day,e.src_id "
-        "from events as e inner join calendars as c on e.calendar_id=c._id order by c.name asc,c._id,e._id"));
+    const StoredSides sides(m_db, report);
+    std::vector<StoredEvent> found;
+    readRows(m_db, storedEventRows, report, [&](const Sqlite3Cursor &row) {
+        return [&] { found.push_back({row.getInt64(1), storedEventOf(row, sides)}); };
+    });
+    std::sort(found.begin(), found.end(), [](const StoredEvent &a, const StoredEvent &b) {
+        if (const int names = a.event.calendar.toUtf8().compare(b.event.calendar.toUtf8()); names != 0)
+            return names < 0;
+        return std::tie(a.calendar, a.event.id) < std::tie(b.calendar, b.event.id);
+    });
     QList<CalendarEvent> events;
-    while (row.moveNext()) {
-        CalendarEvent event;
-        event.id = row.getInt64(0);
-        event.calendar = row.getText(1);
-        event.tz = row.getText(2);
-        event.start_date = instantOfUnix(row.getInt64(3));
-        event.end_date = instantOfUnix(row.getInt64(4));
-        event.summary = row.getText(5);
-        event.description = row.getText(6);
-        event.url = row.getText(7);
-        event.rrule = row.getText(8);
-        event.all_day = row.getInt(9);
-        event.src_id = row.getText(10);
-        event.reminders = reminders.value(event.id);
-        events.append(std::move(event));
-    }
+    events.reserve(static_cast<qsizetype>(found.size()));
+    for (StoredEvent &stored : found)
+        events.append(std::move(stored.event));
     return events;
 }
 

@@ -43,9 +43,11 @@ public:
         bool differs = false;  // in anything but start and title; the stored one was kept
     };
 
+    /// Of those that readAll() gives. Throws Error where the store is damaged.
     qint64 count();
-    /// By calendar name, then in the order of saving.
-    QList<CalendarEvent> readAll();
+    /// By calendar name, then in the order of saving; an event whose calendar is lost comes first, under
+    /// none. Reads around damage, which is told in the report.
+    QList<CalendarEvent> readAll(Report &report);
     /// Call between begin() and commit().
     Saved save(const CalendarEvent &event);
     /// Removes the event with its reminders. False when there is no such event. removeLeftovers() must

@@ -1,7 +1,12 @@
 #include "personal/local_call_history_db.h"
 
+#include "base/report.h"
+#include "sqlite/read_rows.h"
+
 #include <QCryptographicHash>
 #include <QtEndian>
+
+#include <algorithm>
 
 namespace {
 // Columns that came later, each with the statement that adds it to an older store.
@@ -48,45 +53,49 @@ void LocalCallHistoryDb::upgrade()
 
 qint64 LocalCallHistoryDb::count()
 {
-    Sqlite3Cursor row = m_db.queryThrow(QStringLiteral("select count(*) from call"));
+    Sqlite3Cursor row = m_db.queryThrow(QStringLiteral("select count(*) from call not indexed"));
     return row.moveNext() ? row.getInt64(0) : 0;
 }
 
-QList<CallEntry> LocalCallHistoryDb::readAll()
+QList<CallEntry> LocalCallHistoryDb::readAll(Report &report)
 {
-    Sqlite3Cursor row = m_db.queryThrow(QStringLiteral("select * from call order by date desc"));
-    const auto column = [&row](const char *name) { return row.columnIndex(QLatin1String(name)); };
-    const int id = column("_id"), address = column("address"), date = column("date"),
-              duration = column("duration"), flags = column("flags"), person = column("person"),
-              name = column("name"), country = column("country_code"), network = column("network_code"),
-              read = column("read"), assisted = column("assisted"), faceTime = column("face_time_data"),
-              original = column("originalAddress"), answered = column("answered"),
-              callType = column("call_type"), availability = column("availability"),
-              device = column("device_id"), cn = column("cn"), unique = column("unique_id");
+    static const TableRows rows{
+        QStringLiteral("call"),
+        {QStringLiteral("address"), QStringLiteral("date"), QStringLiteral("duration"),
+         QStringLiteral("flags"), QStringLiteral("person"), QStringLiteral("name"),
+         QStringLiteral("country_code"), QStringLiteral("network_code"), QStringLiteral("read"),
+         QStringLiteral("assisted"), QStringLiteral("face_time_data"), QStringLiteral("originalAddress"),
+         QStringLiteral("answered"), QStringLiteral("call_type"), QStringLiteral("availability"),
+         QStringLiteral("device_id"), QStringLiteral("cn"), QStringLiteral("unique_id")}};
     QList<CallEntry> calls;
-    while (row.moveNext()) {
-        CallEntry call;
-        call.id = row.getInt64(id);
-        call.address = row.getText(address);
-        call.date = QDateTime::fromSecsSinceEpoch(row.getInt64(date), Qt::UTC);
-        call.duration = row.getInt(duration);
-        call.type = row.getInt(flags);
-        call.person = row.getText(person);
-        call.name = row.getText(name);
-        call.country_code = row.getText(country);
-        call.network_code = row.getText(network);
-        call.read = row.getInt(read);
-        call.assisted = row.getInt(assisted);
-        call.face_time_data = row.getBlob(faceTime);
-        call.originalAddress = row.getText(original);
-        call.answered = row.getInt(answered);
-        call.call_type = row.getInt(callType);
-        call.availability = row.getInt(availability);
-        call.device_id = row.getText(device);
-        call.cn = row.getText(cn);
-        call.unique_id = row.getText(unique);
-        calls.append(std::move(call));
-    }
+    readRows(m_db, rows, report, [&](const Sqlite3Cursor &row) {
+        return [&] {
+            CallEntry call;
+            call.id = row.getInt64(0);
+            call.address = row.getText(1);
+            call.date = QDateTime::fromSecsSinceEpoch(row.getInt64(2), Qt::UTC);
+            call.duration = row.getInt(3);
+            call.type = row.getInt(4);
+            call.person = row.getText(5);
+            call.name = row.getText(6);
+            call.country_code = row.getText(7);
+            call.network_code = row.getText(8);
+            call.read = row.getInt(9);
+            call.assisted = row.getInt(10);
+            call.face_time_data = row.getBlob(11);
+            call.originalAddress = row.getText(12);
+            call.answered = row.getInt(13);
+            call.call_type = row.getInt(14);
+            call.availability = row.getInt(15);
+            call.device_id = row.getText(16);
+            call.cn = row.getText(17);
+            call.unique_id = row.getText(18);
+            calls.append(std::move(call));
+        };
+    });
+    std::sort(calls.begin(), calls.end(), [](const CallEntry &a, const CallEntry &b) {
+        return a.date != b.date ? a.date > b.date : a.id > b.id;
+    });
     return calls;
 }
 

@@ -5,6 +5,8 @@
 
 #include <QList>
 
+class Report;
+
 /// "calls.db": calls gathered from any number of sources, each once: the same second, address and type is one
 /// call.
 class LocalCallHistoryDb : public AbsLocalDb
@@ -19,9 +21,10 @@ public:
         bool differs = false; // in what is not in the hash; the stored one was kept
     };
 
+    /// Of those that readAll() gives. Throws Error where the store is damaged.
     qint64 count();
-    /// Newest first.
-    QList<CallEntry> readAll();
+    /// Newest first. Reads around damage, which is told in the report.
+    QList<CallEntry> readAll(Report &report);
     /// Call between begin() and commit().
     Added add(const CallEntry &call);
     /// False when there is no such call.

@@ -1,8 +1,11 @@
 #include "personal/local_contacts_db.h"
 
+#include "base/report.h"
 #include "personal/contact_words.h"
+#include "sqlite/read_rows.h"
 
 #include <array>
+#include <map>
 #include <utility>
 
 namespace {
@@ -133,29 +136,33 @@ LocalContactsDb::LocalContactsDb(const QString &folder)
 
 qint64 LocalContactsDb::count()
 {
-    Sqlite3Cursor row = m_db.queryThrow(QStringLiteral("select count(*) from contact"));
+    Sqlite3Cursor row =
+        m_db.queryThrow(QStringLiteral("select count(*) from (select _id from contact not indexed union "
+                                       "select contact_id from data not indexed)"));
     return row.moveNext() ? row.getInt64(0) : 0;
 }
 
-QList<ContactRecord> LocalContactsDb::readAll()
+QList<ContactRecord> LocalContactsDb::readAll(Report &report)
 {
-    Sqlite3Cursor row = m_db.queryThrow(QStringLiteral("select d.*,c.full_name,c.src_id as csrc_id from data "
-                                                       "as d inner join contact as c on d.contact_id=c._id"
-                                                       " order by contact_id asc"));
-    const RowReader reader(row);
-    const int contactId = row.columnIndex(QStringLiteral("contact_id"));
-    const int source = row.columnIndex(QStringLiteral("csrc_id"));
-    QList<ContactRecord> records;
-    while (row.moveNext()) {
-        const qint64 id = row.getInt64(contactId);
-        if (records.isEmpty() || records.last().id != id) {
-            records.append(ContactRecord());
-            records.last().id = id;
-            records.last().src_id = row.getText(source);
-        }
-        reader.into(records.last(), row);
+    std::map<qint64, ContactRecord> records;
+    readRows(m_db, {QStringLiteral("contact"), {QStringLiteral("src_id")}}, report,
+             [&records](const Sqlite3Cursor &row) {
+                 return [&records, &row] { records[row.getInt64(0)].src_id = row.getText(1); };
+             });
+    const TableRows data{.table = QStringLiteral("data"), .need = TableRows::Need::Expected};
+    readRows(m_db, data, report, [&records](const Sqlite3Cursor &row) {
+        const int contact = row.columnIndex(QStringLiteral("contact_id"));
+        return [&records, &row, contact, reader = RowReader(row)] {
+            reader.into(records[row.getInt64(contact)], row);
+        };
+    });
+    QList<ContactRecord> list;
+    list.reserve(static_cast<qsizetype>(records.size()));
+    for (auto &[id, record] : records) {
+        record.id = id;
+        list.append(std::move(record));
     }
-    return records;
+    return list;
 }
 
 std::optional<ContactRecord> LocalContactsDb::read(qint64 id)
@@ -366,7 +373,8 @@ bool LocalContactsDb::remove(qint64 id)
 {
     m_db.executeCachedThrow(
         Sqlite3Sql(QStringLiteral("delete from data where contact_id=?")).addInt64Param(id));
+    const bool hadRows = m_db.changes() > 0;
     m_db.executeCachedThrow(Sqlite3Sql(QStringLiteral("delete from contact where _id=?")).addInt64Param(id));
     m_names = {};
-    return m_db.changes() > 0;
+    return m_db.changes() > 0 || hadRows;
 }

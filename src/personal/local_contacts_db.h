@@ -8,6 +8,8 @@
 
 #include <optional>
 
+class Report;
+
 /// "contacts.db": contacts gathered from any number of sources, those of one full name merged into one.
 class LocalContactsDb : public AbsLocalDb
 {
@@ -21,9 +23,10 @@ public:
         qint64 replaced = 0; // entries (a note, a picture, a label) in whose place the record's own stand now
     };
 
+    /// Of those that readAll() gives. Throws Error where the store is damaged.
     qint64 count();
-    /// By ascending id.
-    QList<ContactRecord> readAll();
+    /// By ascending id. Reads around damage, which is told in the report: what is left of a contact is one.
+    QList<ContactRecord> readAll(Report &report);
     std::optional<ContactRecord> read(qint64 id);
 
     /// Merges the record into the stored contact of the same full name, or adds it. A contact without a name

@@ -10,6 +10,10 @@
 #include <QCryptographicHash>
 #include <QHash>
 
+#include <algorithm>
+#include <utility>
+#include <vector>
+
 namespace {
 const SourceFile notesFile{QStringLiteral("HomeDomain"), QStringLiteral("Library/Notes/notes.sqlite")};
 const SourceFile newerStoreFile{QStringLiteral("AppDomainGroup-group.com.apple.notes"),
@@ -169,17 +173,30 @@ LocalNotesDb::LocalNotesDb(const QString &folder)
 
 qint64 LocalNotesDb::count()
 {
-    Sqlite3Cursor row = m_db.queryThrow(QStringLiteral("select count(*) from notes"));
+    Sqlite3Cursor row = m_db.queryThrow(QStringLiteral("select count(*) from notes not indexed"));
     return row.moveNext() ? row.getInt64(0) : 0;
 }
 
-QList<NoteEntry> LocalNotesDb::readAll()
+QList<NoteEntry> LocalNotesDb::readAll(Report &report)
 {
-    Sqlite3Cursor row = m_db.queryThrow(QStringLiteral("select * from notes order by modified_date desc"));
-    const LocalColumns columns(row);
+    static const TableRows rows{QStringLiteral("notes"),
+                                {QStringLiteral("create_date"), QStringLiteral("modified_date"),
+                                 QStringLiteral("title"), QStringLiteral("summary"),
+                                 QStringLiteral("content"), QStringLiteral("dev_id"),
+                                 QStringLiteral("src_id"), QStringLiteral("hash")}};
+    std::vector<std::pair<qint64, NoteEntry>> found;
+    readRows(m_db, rows, report, [&](const Sqlite3Cursor &row) {
+        return [&, columns = LocalColumns(row)] { found.emplace_back(row.getInt64(0), columns.read(row)); };
+    });
+    std::sort(found.begin(), found.end(), [](const auto &a, const auto &b) {
+        const QDateTime &one = a.second.modified_date;
+        const QDateTime &other = b.second.modified_date;
+        return one != other ? one > other : a.first > b.first;
+    });
     QList<NoteEntry> notes;
-    while (row.moveNext())
-        notes.append(columns.read(row));
+    notes.reserve(static_cast<qsizetype>(found.size()));
+    for (auto &entry : found)
+        notes.append(std::move(entry.second));
     return notes;
 }
 

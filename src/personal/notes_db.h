@@ -42,9 +42,10 @@ class LocalNotesDb : public AbsLocalDb
 public:
     explicit LocalNotesDb(const QString &folder);
 
+    /// Of those that readAll() gives. Throws Error where the store is damaged.
     qint64 count();
-    /// Newest change first.
-    QList<NoteEntry> readAll();
+    /// Newest change first. Reads around damage, which is told in the report.
+    QList<NoteEntry> readAll(Report &report);
     std::optional<NoteEntry> read(const QString &hash);
     struct Saved
     {

@@ -79,25 +79,25 @@ public:
     {
     }
 
-    QList<ContactRecord> contacts(Scope, Report &) override
+    QList<ContactRecord> contacts(Scope, Report &report) override
     {
-        return m_contacts.openExisting() ? m_contacts.readAll() : QList<ContactRecord>();
+        return m_contacts.openExisting() ? m_contacts.readAll(report) : QList<ContactRecord>();
     }
-    QList<CallEntry> calls(Scope, Report &) override
+    QList<CallEntry> calls(Scope, Report &report) override
     {
-        return m_calls.openExisting() ? m_calls.readAll() : QList<CallEntry>();
+        return m_calls.openExisting() ? m_calls.readAll(report) : QList<CallEntry>();
     }
-    QList<NoteEntry> notes(Scope, Report &) override
+    QList<NoteEntry> notes(Scope, Report &report) override
     {
-        return m_notes.openExisting() ? m_notes.readAll() : QList<NoteEntry>();
+        return m_notes.openExisting() ? m_notes.readAll(report) : QList<NoteEntry>();
     }
-    QList<CalendarEvent> calendar(Scope, Report &) override
+    QList<CalendarEvent> calendar(Scope, Report &report) override
     {
-        return m_calendar.openExisting() ? m_calendar.readAll() : QList<CalendarEvent>();
+        return m_calendar.openExisting() ? m_calendar.readAll(report) : QList<CalendarEvent>();
     }
-    BookmarkTree bookmarks(Scope, Report &) override
+    BookmarkTree bookmarks(Scope, Report &report) override
     {
-        return m_bookmarks.openExisting() ? m_bookmarks.readTree() : BookmarkTree();
+        return m_bookmarks.openExisting() ? m_bookmarks.readTree(report) : BookmarkTree();
     }
 
     // Counted by the store itself: local databases are counted whenever the window starts.

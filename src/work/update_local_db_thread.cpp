@@ -58,12 +58,13 @@ QStringList updateMessages(const QString &folder, const QString &file, Progress 
     return problemsOf(report);
 }
 
-void updateCalendar(const QString &folder, const QString &file, Progress &progress)
+QStringList updateCalendar(const QString &folder, const QString &file, Progress &progress)
 {
     LooseDatabaseSource copies(folder, QString());
     LocalCalendarsDb old(QFileInfo(copies.copyOf(file)).path(), oldCalendar);
     old.open();
-    const QList<CalendarEvent> events = old.readAll();
+    Report report;
+    const QList<CalendarEvent> events = old.readAll(report);
     LocalCalendarsDb store(folder);
     store.open();
     StoreJob job(store);
@@ -76,6 +77,7 @@ void updateCalendar(const QString &folder, const QString &file, Progress &progre
     }
     job.commit();
     setAside(file);
+    return problemsOf(report);
 }
 
 /// Gives what went wrong, each with the name of the file.
@@ -109,10 +111,7 @@ QStringList updateLocalDatabases(const QString &folder, Progress &progress)
         if (const QString file = oldFile(database, oldMessages); !file.isEmpty())
             problems += problemsOf(file, [&] { return updateMessages(database, file, progress); });
         if (const QString file = oldFile(database, oldCalendar); !file.isEmpty())
-            problems += problemsOf(file, [&] {
-                updateCalendar(database, file, progress);
-                return QStringList();
-            });
+            problems += problemsOf(file, [&] { return updateCalendar(database, file, progress); });
     }
     return problems;
 }

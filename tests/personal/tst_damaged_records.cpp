@@ -2,7 +2,12 @@
 #include "personal/bookmark_db.h"
 #include "personal/calendar_db.h"
 #include "personal/ios_call_history_db.h"
+#include "personal/local_call_history_db.h"
+#include "personal/local_contacts_db.h"
 #include "personal/notes_db.h"
+#include "personal/personal_source.h"
+#include "personal/store_job.h"
+#include "resources/resources.h"
 #include "support/database_pages.h"
 #include "support/scratch_source.h"
 
@@ -57,6 +62,7 @@ const QString bookmarks = filled(
     u"i,0,0,'page '||i,'http://'||hex(zeroblob(40)),i,0,'u'"_s);
 
 using Read = std::function<qsizetype(FileSource &, Report &)>;
+using Fill = std::function<QString(const QString &)>;
 
 qsizetype readCalls(FileSource &source, Report &report)
 {
@@ -76,6 +82,88 @@ qsizetype readCalendar(FileSource &source, Report &report)
 qsizetype readBookmarks(FileSource &source, Report &report)
 {
     return countBookmarks(IOSBookmarkDb(source).readTree(Scope::Usual, report));
+}
+
+const QString pad(200, u'x');
+
+/// Opens a store, lets `save` put a record of each number into it, and gives its path.
+template <typename Store>
+QString fill(const QString &folder, const std::function<void(Store &, int)> &save)
+{
+    Store store(folder);
+    store.open();
+    StoreJob job(store);
+    for (int number = 1; number <= rowCount; ++number)
+        save(store, number);
+    job.commit();
+    return store.path();
+}
+
+QString fillContacts(const QString &folder)
+{
+    return fill<LocalContactsDb>(folder, [](LocalContactsDb &store, int number) {
+        ContactRecord contact;
+        ContactDataRow name;
+        name.data(1) = u"%1 %2"_s.arg(number).arg(pad);
+        contact.rows[ContactDataKind::Name].append(name);
+        store.save(contact, IOSContactCombineRule());
+    });
+}
+
+QString fillCalls(const QString &folder)
+{
+    return fill<LocalCallHistoryDb>(folder, [](LocalCallHistoryDb &store, int number) {
+        CallEntry call;
+        call.date = QDateTime::fromSecsSinceEpoch(number, Qt::UTC);
+        call.address = pad;
+        store.add(call);
+    });
+}
+
+QString fillNotes(const QString &folder)
+{
+    return fill<LocalNotesDb>(folder, [](LocalNotesDb &store, int number) {
+        NoteEntry note;
+        note.create_date = note.modified_date = QDateTime::fromSecsSinceEpoch(number, Qt::UTC);
+        note.title = u"%1 %2"_s.arg(number).arg(pad);
+        store.save(note);
+    });
+}
+
+QString fillCalendar(const QString &folder)
+{
+    return fill<LocalCalendarsDb>(folder, [](LocalCalendarsDb &store, int number) {
+        CalendarEvent event;
+        event.start_date = event.end_date = QDateTime::fromSecsSinceEpoch(number, Qt::UTC);
+        event.calendar = u"%1 %2"_s.arg(number).arg(pad);
+        event.description = pad;
+        store.save(event);
+    });
+}
+
+QString fillBookmarks(const QString &folder)
+{
+    return fill<LocalBookmarkDb>(folder, [](LocalBookmarkDb &store, int number) {
+        BookmarkNode node;
+        node.url = u"http://%1/%2"_s.arg(number).arg(pad);
+        store.saveRow(node, 0);
+    });
+}
+
+qsizetype listed(DataClass dataClass, PersonalSource &records, Report &report)
+{
+    switch (dataClass) {
+    case DataClass::Contacts:
+        return records.contacts(Scope::Usual, report).size();
+    case DataClass::Calls:
+        return records.calls(Scope::Usual, report).size();
+    case DataClass::Notes:
+        return records.notes(Scope::Usual, report).size();
+    case DataClass::Calendar:
+        return records.calendar(Scope::Usual, report).size();
+    default:
+        return countBookmarks(records.bookmarks(Scope::Usual, report));
+    }
 }
 
 /// How many rows a statement for each still gets.
@@ -101,11 +189,14 @@ class TestDamagedRecords : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase() { initResources(); }
     void onePage_data();
     void onePage();
     void whatIsMissing_data();
     void whatIsMissing();
     void viewInPlaceOfATable();
+    void localStores_data();
+    void localStores();
 };
 
 void TestDamagedRecords::onePage_data()
@@ -213,6 +304,63 @@ void TestDamagedRecords::viewInPlaceOfATable()
         QCOMPARE(error.sentence(), u"the table ZNOTE of %1 is a view"_s.arg(notesFile.display()));
         QCOMPARE(error.kind(), ErrorKind::Damaged);
     }
+}
+
+void TestDamagedRecords::localStores_data()
+{
+    QTest::addColumn<DataClass>("dataClass");
+    QTest::addColumn<Fill>("fillStore");
+    QTest::addColumn<QString>("table");
+    QTest::addColumn<bool>("isMain");    // its rows are the records
+    QTest::addColumn<bool>("isIndexed"); // all that is read of it
+    QTest::addColumn<QString>("change"); // that costs no record
+    QTest::newRow("contacts") << DataClass::Contacts << Fill(fillContacts) << u"contact"_s << false << true
+                              << u"delete from data where contact_id=3"_s;
+    QTest::newRow("rows of contacts") << DataClass::Contacts << Fill(fillContacts) << u"data"_s << false
+                                      << false << u"delete from contact where _id=3"_s;
+    QTest::newRow("calls") << DataClass::Calls << Fill(fillCalls) << u"call"_s << true << false
+                           << u"update call set date=null where _id=3"_s;
+    QTest::newRow("notes") << DataClass::Notes << Fill(fillNotes) << u"notes"_s << true << false
+                           << u"update notes set modified_date=null where _id=3"_s;
+    QTest::newRow("events") << DataClass::Calendar << Fill(fillCalendar) << u"events"_s << true << false
+                            << u"delete from calendars where _id=3"_s;
+    QTest::newRow("calendars") << DataClass::Calendar << Fill(fillCalendar) << u"calendars"_s << false << true
+                               << u"update calendars set name=null where _id=3"_s;
+    QTest::newRow("bookmarks") << DataClass::Bookmarks << Fill(fillBookmarks) << u"bookmarks"_s << true
+                               << false << u"update bookmarks set parent=77 where id=3"_s;
+}
+
+void TestDamagedRecords::localStores()
+{
+    QFETCH(DataClass, dataClass);
+    QFETCH(Fill, fillStore);
+    QFETCH(QString, table);
+    QFETCH(bool, isMain);
+    QFETCH(bool, isIndexed);
+    QFETCH(QString, change);
+    const QTemporaryDir folder;
+    const QString path = fillStore(folder.path());
+    {
+        Sqlite3DB db;
+        db.openThrow(path, SqliteOpen::ReadWrite);
+        db.executeThrow(change);
+    }
+    Report whole;
+    QCOMPARE(listed(dataClass, *openLocalRecords(folder.path()), whole), rowCount);
+    QCOMPARE(openLocalRecords(folder.path())->count(dataClass, whole), rowCount);
+    QVERIFY(whole.isEmpty());
+    {
+        DatabasePages pages(path);
+        const DatabaseTree tree(pages, rootPageOf(path, table));
+        pages.destroy(tree.leaves.at(tree.leaves.size() / 2));
+    }
+    const qsizetype readable = readableRows(path, table);
+    Report report;
+    QCOMPARE(listed(dataClass, *openLocalRecords(folder.path()), report), isMain ? readable : rowCount);
+    QCOMPARE(report.isFailure(), !isIndexed);
+    QVERIFY(isIndexed || report.issues().first().reason.contains(table));
+    if (dataClass != DataClass::Calendar || isMain)
+        QVERIFY_EXCEPTION_THROWN(openLocalRecords(folder.path())->count(dataClass, report), Error);
 }
 
 QTEST_APPLESS_MAIN(TestDamagedRecords)

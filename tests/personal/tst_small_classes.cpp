@@ -170,7 +170,7 @@ void TestSmallClasses::localNotes()
     QCOMPARE(db.read(note.hash), note);
     QVERIFY(db.remove(note.hash));
     QVERIFY(!db.remove(note.hash));
-    QCOMPARE(db.readAll().first().content, QStringLiteral("c2"));
+    QCOMPARE(db.readAll(heard).first().content, QStringLiteral("c2"));
 }
 
 void TestSmallClasses::calendarOfADevice()
@@ -265,7 +265,7 @@ void TestSmallClasses::localCalendar()
         }
     db.commit();
     event.id = first.id;
-    QCOMPARE(db.readAll(), QList{event});
+    QCOMPARE(db.readAll(heard), QList{event});
     QVERIFY(db.remove(first.id));
     QVERIFY(!db.remove(first.id));
     db.removeLeftovers();
@@ -366,7 +366,7 @@ void TestSmallClasses::aHundredThousandInOneFolder()
     QCOMPARE(db.save(*tree.front()).added, many);
     QCOMPARE(db.save(*tree.front()).added, 0);
     db.commit();
-    QCOMPARE(db.readTree().front()->children.front()->url, QStringLiteral("http://x/%1").arg(many + 1));
+    QCOMPARE(db.readTree(heard).front()->children.front()->url, QStringLiteral("http://x/%1").arg(many + 1));
 }
 
 void TestSmallClasses::eventsAtTheEndsOfTime()
@@ -397,7 +397,7 @@ void TestSmallClasses::eventsAtTheEndsOfTime()
         QVERIFY(db.save(event).wasThere);
     }
     db.commit();
-    QCOMPARE(db.readAll().at(1).end_date, events.at(1).end_date);
+    QCOMPARE(db.readAll(heard).at(1).end_date, events.at(1).end_date);
 }
 
 void TestSmallClasses::localBookmarks()
@@ -427,7 +427,7 @@ void TestSmallClasses::localBookmarks()
     QCOMPARE(db.save(*leaf("http://b", nullptr)).added, 1); // the same address in another folder
     db.commit();
     QCOMPARE(db.count(), 3);
-    const BookmarkTree tree = db.readTree();
+    const BookmarkTree tree = db.readTree(heard);
     QCOMPARE(outline(tree), QStringLiteral("http://b,Top(http://a,http://b)"));
     QVERIFY(db.remove(tree.front()->id));
     QVERIFY(!db.remove(tree.front()->id));
@@ -469,7 +469,7 @@ void TestSmallClasses::localCalls()
     QCOMPARE(db.count(), 2);
     QVERIFY(db.remove(first.id + 1));
     call.id = first.id;
-    QCOMPARE(db.readAll(), QList{call});
+    QCOMPARE(db.readAll(heard), QList{call});
     // The second 1325376000, the address and the type, both numbers little-endian.
     QCOMPARE(LocalCallHistoryDb::hashOf(call),
              QString::fromLatin1(QCryptographicHash::hash(QByteArray::fromHex("00a2ff4e") + "+441" +
@@ -491,7 +491,7 @@ void TestSmallClasses::olderCallStoreGainsColumns()
     }
     LocalCallHistoryDb db(folder.path());
     db.open();
-    const CallEntry call = db.readAll().first();
+    const CallEntry call = db.readAll(heard).first();
     QCOMPARE(call.answered, 1);
     QCOMPARE(call.call_type, 1);
     LocalCallHistoryDb again(folder.path());

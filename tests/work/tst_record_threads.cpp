@@ -224,7 +224,7 @@ void TestRecordThreads::savedEventsAndBookmarksKeepTheirOrder()
     }
     saving.commit();
     QStringList order;
-    for (const CalendarEvent &event : events.readAll())
+    for (const CalendarEvent &event : events.readAll(heard))
         order << event.calendar + u'/' + event.summary;
     QCOMPARE(order.join(u' '), QStringLiteral("home/b home/c work/c work/a work/b"));
 
@@ -240,7 +240,7 @@ void TestRecordThreads::savedEventsAndBookmarksKeepTheirOrder()
         }
         job.commit();
         QString read;
-        for (const auto &node : bookmarks.readTree())
+        for (const auto &node : bookmarks.readTree(heard))
             read += node->title;
         QCOMPARE(read, QLatin1String(titles));
     }

@@ -1,4 +1,5 @@
 #include "base/error.h"
+#include "base/report.h"
 #include "base/texts.h"
 #include "messages/local_message_store.h"
 #include "messages/message_source.h"
@@ -167,8 +168,9 @@ QStringList TestUpdateLocalDb::summaries(const QString &name) const
 {
     LocalCalendarsDb store(folder(name));
     QStringList found;
+    Report heard;
     if (store.openExisting())
-        for (const CalendarEvent &event : store.readAll())
+        for (const CalendarEvent &event : store.readAll(heard))
             found << event.calendar + u' ' + event.summary;
     return found;
 }
