@@ -116,6 +116,47 @@ void reportMissingSound(const BackupManifest &backup, const Items &items, Report
     }
     reportMissingContent(backup, files, report);
 }
+
+/// Tells of sounds that are of none of the items.
+template <typename Items>
+void reportUnlistedSound(const BackupManifest &backup, QList<FileCatalogue::Index> sounds, const Items &items,
+                         Report &report)
+{
+    QSet<FileCatalogue::Index> listed;
+    for (const auto &item : items)
+        listed.insert(item.file);
+    std::sort(sounds.begin(), sounds.end());
+    const FileCatalogue &catalogue = backup.catalogue();
+    for (const FileCatalogue::Index sound : std::as_const(sounds)) {
+        if (listed.contains(sound))
+            continue;
+        const SourceFile file{QString::fromUtf8(catalogue.domain(sound)),
+                              QString::fromUtf8(catalogue.relativePath(sound))};
+        report.add(
+            {.kind = IssueKind::LeftOut, .what = "IDS_ISSUE_SOUNDS_IN_NO_LIST", .where = file.display()});
+    }
+}
+
+/// The sounds of all places, without the fragments in folders below them.
+QList<FileCatalogue::Index> recordedSounds(const BackupManifest &backup)
+{
+    const FileCatalogue &catalogue = backup.catalogue();
+    QList<FileCatalogue::Index> sounds;
+    for (FileCatalogue::Index file = 0; file < catalogue.size(); ++file) {
+        const QByteArrayView path = catalogue.relativePath(file);
+        if (!path.endsWith(".m4a") || catalogue.isDirectory(file))
+            continue;
+        const QByteArray folder = path.first(path.lastIndexOf('/') + 1).toByteArray();
+        const auto &places = recordingsPlaces();
+        const bool isPlace = std::any_of(places.begin(), places.end(), [&](const RecordingsPlace &place) {
+            return place.audioFolder.toUtf8() == folder &&
+                   place.database.domain.toUtf8() == catalogue.domain(file);
+        });
+        if (isPlace)
+            sounds.append(file);
+    }
+    return sounds;
+}
 } // namespace
 
 bool hasVoicemail(const BackupManifest &backup)
@@ -144,6 +185,7 @@ QList<VoicemailItem> readVoicemail(BackupManifest &backup, Report &report)
         };
     });
     reportMissingSound(backup, items, report);
+    reportUnlistedSound(backup, audio.values(), items, report);
     return items;
 }
 
@@ -178,6 +220,7 @@ QList<RecordingItem> readRecordings(BackupManifest &backup, Report &report)
     std::stable_sort(items.begin(), items.end(),
                      [](const RecordingItem &a, const RecordingItem &b) { return a.date > b.date; });
     reportMissingSound(backup, items, report);
+    reportUnlistedSound(backup, recordedSounds(backup), items, report);
     return items;
 }
 

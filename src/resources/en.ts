@@ -2216,6 +2216,76 @@ What the window does, quillbarrow-cli does without one: see quillbarrow-cli --he
         </translation>
     </message>
     <message numerus="yes">
+        <source>IDS_ISSUE_SOUNDS_IN_NO_LIST</source>
+        <translation>
+            <numerusform>%n sound file stands in no list and can be had by extracting it alone: %1</numerusform>
+            <numerusform>%n sound files stand in no list and can be had by extracting them alone: %1</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_ALARMS</source>
+        <translation>
+            <numerusform>%n property of an event, its alarm, is left out</numerusform>
+            <numerusform>%n properties of events, their alarms, are left out</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_ATTENDEES</source>
+        <translation>
+            <numerusform>%n property of an event, an attendee, is left out</numerusform>
+            <numerusform>%n properties of events, their attendees, are left out</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_EXCLUDED_DATES</source>
+        <translation>
+            <numerusform>%n property of a repeated event, a day on which it does not take place, is left out</numerusform>
+            <numerusform>%n properties of repeated events, the days on which they do not take place, are left out</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_REPETITION_LIMITS</source>
+        <translation>
+            <numerusform>%n property of an event, the end or the chosen days of its repetition, is left out: it seems to repeat without end, as its start falls</numerusform>
+            <numerusform>%n properties of events, the ends or the chosen days of their repetition, are left out: they seem to repeat without end, as their start falls</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_IM_SERVICES</source>
+        <translation>
+            <numerusform>%n property of a contact, a service for messages that is not among those known, is left out</numerusform>
+            <numerusform>%n properties of contacts, services for messages that are not among those known, are left out</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_PHONETIC_NAMES</source>
+        <translation>
+            <numerusform>%n property of a contact, a phonetic or former name, is left out</numerusform>
+            <numerusform>%n properties of contacts, their phonetic or former names, are left out</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_GROUPS_IN_GROUPS</source>
+        <translation>
+            <numerusform>%n property of a group, a member that is a group or no contact that is there, is left out</numerusform>
+            <numerusform>%n properties of groups, members that are groups or no contacts that are there, are left out</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_TIMES_NOT_WRITTEN</source>
+        <translation>
+            <numerusform>%n event is written with its days, without the time of day</numerusform>
+            <numerusform>%n events are written with their days, without the times of day</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_ISSUE_ADDRESSES_NOT_WRITTEN</source>
+        <translation>
+            <numerusform>%n event has a web address, which this format leaves out</numerusform>
+            <numerusform>%n events have web addresses, which this format leaves out</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
         <source>IDS_ISSUE_TASKS</source>
         <translation>
             <numerusform>%n task of the calendar is left out</numerusform>

@@ -26,6 +26,7 @@ private slots:
     void cameraRollKinds_data();
     void cameraRollKinds();
     void recordingsFoundByNameAlone();
+    void soundsInNoList();
     void damagedPage_data();
     void damagedPage();
     void exportNames_data();
@@ -100,6 +101,36 @@ void TestMediaItems::recordingsFoundByNameAlone()
         return recording.file == FileCatalogue::none;
     });
     QCOMPARE(withoutFile, 1); // some of the others are listed below folders where they do not lie
+}
+
+void TestMediaItems::soundsInNoList()
+{
+    const SampleBackup sample;
+    const OpenBackupPtr before = sample.opened();
+    Report whole;
+    readVoicemail(before->manifest(), whole);
+    readRecordings(before->manifest(), whole);
+    QCOMPARE(whole.count("IDS_ISSUE_SOUNDS_IN_NO_LIST"), 0);
+
+    const SampleBackup changed;
+    const OpenBackupPtr opened = changed.opened();
+    BackupManifest &backup = opened->manifest();
+    const auto execute = [&](const QByteArray &domain, const QByteArray &path, const QString &statement) {
+        Sqlite3DB db;
+        db.openThrow(backup.filePath(backup.catalogue().find(domain, path)), SqliteOpen::ReadWrite);
+        db.executeThrow(statement);
+    };
+    execute("HomeDomain", "Library/Voicemail/voicemail.db", u"delete from voicemail where ROWID<=3"_s);
+    Report voicemail;
+    readVoicemail(backup, voicemail);
+    QCOMPARE(voicemail.count("IDS_ISSUE_SOUNDS_IN_NO_LIST"), 3);
+    QCOMPARE(voicemail.issues().last().kind, IssueKind::LeftOut);
+    QVERIFY(voicemail.issues().last().where.startsWith(u"HomeDomain Library/Voicemail/"_s));
+
+    execute("MediaDomain", "Media/Recordings/Recordings.db", u"delete from ZRECORDING where Z_PK<=2"_s);
+    Report recordings;
+    readRecordings(backup, recordings);
+    QCOMPARE(recordings.count("IDS_ISSUE_SOUNDS_IN_NO_LIST"), 2);
 }
 
 void TestMediaItems::damagedPage_data()
