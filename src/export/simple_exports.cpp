@@ -133,6 +133,23 @@ Report written(qint64 records)
     return report;
 }
 
+/// What this form of a calendar has no place for.
+Report writtenEvents(const QList<CalendarEvent> &events, CalendarFormat format)
+{
+    const auto tell = [&events](Report &report, const char *what, auto isConcerned) {
+        const auto count = std::count_if(events.begin(), events.end(), isConcerned);
+        if (count > 0)
+            report.add({.kind = IssueKind::LeftOut, .what = what, .count = count});
+    };
+    Report report = written(events.size());
+    if (format == CalendarFormat::ICalendar)
+        tell(report, "IDS_ISSUE_TIMES_NOT_WRITTEN",
+             [](const CalendarEvent &event) { return event.all_day == 0; });
+    tell(report, "IDS_ISSUE_ADDRESSES_NOT_WRITTEN",
+         [](const CalendarEvent &event) { return !event.url.isEmpty(); });
+    return report;
+}
+
 bool refersToServer(const QString &html)
 {
     static const QRegularExpression remote(
@@ -169,7 +186,7 @@ Report exportCalendar(const QList<CalendarEvent> &events, CalendarFormat format,
         if (format == CalendarFormat::ICalendar)
             file.writeLine(QStringLiteral("END:VCALENDAR"));
     });
-    return written(events.size());
+    return writtenEvents(events, format);
 }
 
 Report exportCalls(const QList<CallEntry> &calls, CallFormat format, const QString &path, Progress &progress)

@@ -8,6 +8,7 @@
 
 #include <QCryptographicHash>
 #include <QHash>
+#include <QSet>
 #include <QStringList>
 #include <QtEndian>
 
@@ -101,6 +102,54 @@ const char *whyLeftOut(const Sqlite3Cursor &row, const SideTables &side, bool ha
         return "IDS_ISSUE_EVENTS_WITHOUT_CALENDAR";
     const bool isFree = hasAvailability && (row.getInt(Availability) != 0 || row.isNull(Availability));
     return isFree ? "IDS_ISSUE_EVENTS_SHOWN_AS_FREE" : nullptr;
+}
+
+/// A table with rows of events, which this program does not read.
+struct UnreadTable
+{
+    const char *name;
+    const char *what; // a text of the report
+    bool (*counts)(const Sqlite3Cursor &row);
+};
+
+bool everyRow(const Sqlite3Cursor &)
+{
+    return true;
+}
+
+bool hasLimits(const Sqlite3Cursor &row)
+{
+    const int count = row.columnIndex(QStringLiteral("count"));
+    const int end = row.columnIndex(QStringLiteral("end_date"));
+    const int days = row.columnIndex(QStringLiteral("specifier"));
+    return (count >= 0 && row.getInt64(count) > 0) || (end >= 0 && row.getDouble(end) > 0) ||
+           (days >= 0 && !row.getText(days).isEmpty());
+}
+
+constexpr UnreadTable unreadTables[] = {
+    {"Alarm", "IDS_ISSUE_ALARMS", everyRow},
+    {"Participant", "IDS_ISSUE_ATTENDEES", everyRow},
+    {"ExceptionDate", "IDS_ISSUE_EXCLUDED_DATES", everyRow},
+    {"Recurrence", "IDS_ISSUE_REPETITION_LIMITS", hasLimits},
+};
+
+/// Tells what of the events that are listed is not read.
+void tellUnread(const Sqlite3DB &db, const QSet<qint64> &events, Report &report)
+{
+    Report damage; // costs nothing that would be shown, and of the recurrences it is told already
+    for (const UnreadTable &table : unreadTables) {
+        const TableRows rows{.table = QLatin1String(table.name), .need = TableRows::Need::Optional};
+        qint64 count = 0;
+        readRows(db, rows, damage, [&](const Sqlite3Cursor &row) {
+            const int former = row.columnIndex(QStringLiteral("owner_id"));
+            const int owner = former >= 0 ? former : row.columnIndex(QStringLiteral("calendaritem_owner_id"));
+            return [&, owner] {
+                count += owner >= 0 && events.contains(row.getInt64(owner)) && table.counts(row) ? 1 : 0;
+            };
+        });
+        if (count > 0)
+            report.add({.kind = IssueKind::LeftOut, .what = table.what, .count = count});
+    }
 }
 
 CalendarEvent eventOf(const Sqlite3Cursor &row, const SideTables &side)
@@ -226,6 +275,7 @@ QList<CalendarEvent> IOSCalendarDb::readAll(Scope scope, Report &report)
     const SideTables side(m_db, report);
     const bool hasAvailability = m_db.tbCols(eventRows.table).contains(QStringLiteral("availability"));
     QList<std::pair<qint64, CalendarEvent>> events;
+    QSet<qint64> listed;
     readRows(m_db, eventRows, report, [&](const Sqlite3Cursor &row) {
         return [&] {
             const char *why = scope == Scope::Usual ? whyLeftOut(row, side, hasAvailability) : nullptr;
@@ -234,6 +284,7 @@ QList<CalendarEvent> IOSCalendarDb::readAll(Scope scope, Report &report)
                 return;
             }
             CalendarEvent event = eventOf(row, side);
+            listed.insert(event.id);
             const qint64 calendar = row.getInt64(CalendarId);
             const auto rules = side.recurrences.value(event.id, {{0, 0}});
             for (const SideTables::Recurrence &rule : rules) {
@@ -242,6 +293,7 @@ QList<CalendarEvent> IOSCalendarDb::readAll(Scope scope, Report &report)
             }
         };
     });
+    tellUnread(m_db, listed, report);
     return grouped(std::move(events));
 }
 

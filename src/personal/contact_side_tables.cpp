@@ -102,9 +102,10 @@ void ContactParts::fillAddress(ContactDataRow &row, qint64 uid)
 void ContactParts::fillInstantMessage(ContactDataRow &row, qint64 uid)
 {
     forEach(uid, [&](const Part &part) {
-        if (part.key == QLatin1String("service"))
+        if (part.key == QLatin1String("service")) {
             row.data(5) = imService(part.text);
-        else if (part.key == QLatin1String("username"))
+            m_unknownServices += row.data(5).isEmpty() && !part.text.isEmpty() ? 1 : 0;
+        } else if (part.key == QLatin1String("username"))
             row.data(1) = part.text;
         else
             ++m_withoutPlace;
@@ -138,4 +139,9 @@ void ContactParts::reportLeftOut(const QString &where, Report &report) const
                     .what = "IDS_ISSUE_PARTS_OF_VALUES",
                     .where = where,
                     .count = m_withoutPlace});
+    if (m_unknownServices > 0)
+        report.add({.kind = IssueKind::LeftOut,
+                    .what = "IDS_ISSUE_IM_SERVICES",
+                    .where = where,
+                    .count = m_unknownServices});
 }

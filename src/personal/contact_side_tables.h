@@ -61,4 +61,5 @@ private:
     std::vector<Part> m_parts; // by value
     qint64 m_countryCodes = 0;
     qint64 m_withoutPlace = 0;
+    qint64 m_unknownServices = 0;
 };

@@ -110,7 +110,9 @@ enum PersonColumn {
     JobTitle,
     Note,
     Birthday,
-    Nickname
+    Nickname,
+    FirstOfOtherNames, // those that have no place in a contact's rows
+    EndOfOtherNames = FirstOfOtherNames + 4
 };
 
 const QStringList personColumns{
@@ -118,6 +120,16 @@ const QStringList personColumns{
     QStringLiteral("Prefix"),     QStringLiteral("Suffix"),   QStringLiteral("Organization"),
     QStringLiteral("Department"), QStringLiteral("JobTitle"), QStringLiteral("Note"),
     QStringLiteral("Birthday"),   QStringLiteral("Nickname")};
+const QStringList otherNames{QStringLiteral("FirstPhonetic"), QStringLiteral("MiddlePhonetic"),
+                             QStringLiteral("LastPhonetic"), QStringLiteral("PreviousFamilyName")};
+
+bool hasOtherName(const Sqlite3Cursor &row)
+{
+    for (int column = FirstOfOtherNames; column < EndOfOtherNames; ++column)
+        if (!row.getText(column).isEmpty())
+            return true;
+    return false;
+}
 
 ContactRecord personOf(const Sqlite3Cursor &row)
 {
@@ -190,16 +202,20 @@ QList<ContactRecord> IOSContactsDb::readPeople(Scope scope, Report &report)
 {
     std::vector<std::pair<qint64, ContactRecord>> people;
     qint64 birthdays = 0;
-    readRows(m_people, {.table = QStringLiteral("ABPerson"), .columns = personColumns}, report,
+    qint64 withOtherNames = 0;
+    readRows(m_people,
+             {.table = QStringLiteral("ABPerson"), .columns = personColumns, .optional = otherNames}, report,
              [&](const Sqlite3Cursor &row) {
                  return [&] {
                      ContactRecord record = personOf(row);
                      birthdays += addBirthday(record, row, scope, report) ? 0 : 1;
                      addText(record, ContactDataKind::Nickname, row.getText(Nickname));
+                     withOtherNames += hasOtherName(row) ? 1 : 0;
                      people.emplace_back(row.getInt64(0), std::move(record));
                  };
              });
     tellLeftOut(report, IssueKind::Hidden, "IDS_ISSUE_EARLY_BIRTHDAYS", birthdays);
+    tellLeftOut(report, IssueKind::LeftOut, "IDS_ISSUE_PHONETIC_NAMES", withOtherNames);
     // Around damage the rows come in any order.
     std::stable_sort(people.begin(), people.end(),
                      [](const auto &a, const auto &b) { return a.first < b.first; });
@@ -345,6 +361,7 @@ void IOSContactsDb::readGroups(Scope scope, Report &report)
                  return [&] { names.insert(row.getInt64(0), row.getText(1)); };
              });
     qint64 memberships = 0;
+    qint64 ofOthers = 0;
     readRows(
         m_people,
         {.table = QStringLiteral("ABGroupMembers"),
@@ -353,8 +370,10 @@ void IOSContactsDb::readGroups(Scope scope, Report &report)
         report, [&](const Sqlite3Cursor &row) {
             return [&] {
                 ContactRecord *person = m_byRowid.value(row.getInt64(3));
-                if (!person || row.getInt(2) != personType)
+                if (!person || row.getInt(2) != personType) {
+                    ++ofOthers;
                     return;
+                }
                 ++memberships;
                 if (scope == Scope::Usual)
                     return;
@@ -366,4 +385,5 @@ void IOSContactsDb::readGroups(Scope scope, Report &report)
         });
     if (scope == Scope::Usual)
         tellLeftOut(report, IssueKind::Hidden, "IDS_ISSUE_GROUP_MEMBERSHIPS", memberships);
+    tellLeftOut(report, IssueKind::LeftOut, "IDS_ISSUE_GROUPS_IN_GROUPS", ofOthers);
 }

@@ -53,11 +53,14 @@ void TestSimpleExports::calendarIsReadElsewhere()
     CalendarEvent wholeDay = timed;
     wholeDay.all_day = 1;
     wholeDay.rrule.clear();
+    wholeDay.url = "http://a";
     CalendarEvent floating = timed;
     floating.tz = "_float";
     const Report report = exportCalendar({timed, wholeDay, floating}, CalendarFormat::ICalendar,
                                         m_folder.filePath("c.ics"), QDate(2026, 3, 4), m_progress);
     QCOMPARE(report.done, 3);
+    QCOMPARE(report.count("IDS_ISSUE_TIMES_NOT_WRITTEN"), 2);
+    QCOMPARE(report.count("IDS_ISSUE_ADDRESSES_NOT_WRITTEN"), 1);
     QVERIFY(content("c.ics").startsWith(
         "BEGIN:VCALENDAR\nPRODID:-//Quillbarrow Ltd//Quillbarrow//EN\nVERSION:2.0\n"
         "CALSCALE:GREGORIAN\nMETHOD:PUBLISH\nBEGIN:VEVENT\nDTSTART;VALUE=DATE:20260201\n"));
