@@ -30,7 +30,7 @@ struct RecordingItem
 
 enum class CameraRollKind { Photo, Video };
 
-/// In the database's order. Sound that is missing is told in the report. Throws Error("Cannot find voicemail.db.")
+/// In the database's order. Sound that is missing, and sound that is in no list, is told in the report. Throws Error("Cannot find voicemail.db.")
 /// when the backup has none. All of these need the index of the backup.
 QList<VoicemailItem> readVoicemail(BackupManifest &backup, Report &report);
 bool hasVoicemail(const BackupManifest &backup);
