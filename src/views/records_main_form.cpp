@@ -105,6 +105,9 @@ void RecordsMainForm::buildWidgets()
     layout->addWidget(m_states, 1);
     connect(m_filter, &QLineEdit::textChanged, this, [this](const QString &text) {
         m_proxy->setFilterFixedString(text);
+        // What the filter had taken away comes back closed.
+        if (m_class == DataClass::Calendar || !text.isEmpty())
+            m_list->expandAll();
         refresh();
     });
     connect(m_header, &ViewHeader::filterLeft, m_list, [this] { m_list->setFocus(); });

@@ -71,6 +71,9 @@ private slots:
     void firstRowIsTheOneLookedFor_data();
     void firstRowIsTheOneLookedFor();
     void rowsSayWhatIsRecorded();
+    void columnsSortByWhatTheyShow();
+    void headerCountsWhatIsShown_data() { classRows(); }
+    void headerCountsWhatIsShown();
     void filterAndDetail();
     void monthSelectsDays();
     void eventsStandBelowTheirCalendars();
@@ -174,6 +177,11 @@ void TestRecordsForm::rowsSayWhatIsRecorded()
             cells << first.siblingAtColumn(column).data().toString();
         return cells.join(QLatin1Char('|'));
     };
+    const auto detailOf = [](DataClass dataClass, Records records) {
+        const ItemModelRecords model(
+            makeRecordTable(dataClass, std::make_shared<const Records>(std::move(records))));
+        return firstRecord(&model).data(RecordRole::Detail).toString();
+    };
     for (const auto &[type, word] : {std::pair(CallType::Incoming, "Incoming"),
                                      {CallType::Outgoing, "Outgoing"},
                                      {CallType::Missed, "Missed"},
@@ -194,16 +202,96 @@ void TestRecordsForm::rowsSayWhatIsRecorded()
     note.modified_date = lateEvening;
     note.create_date = lateEvening.addYears(-1);
     QCOMPARE(firstRow(DataClass::Notes, QList<NoteEntry>{note}), QStringLiteral("List|%1|milk").arg(shown));
+    ContactRecord contact;
+    contact.rows[ContactDataKind::Email].append(ContactDataRow());
+    contact.rows[ContactDataKind::Email].first().data(1) = QStringLiteral("a@b.c");
+    contact.rows[ContactDataKind::Phone].append(ContactDataRow());
+    contact.rows[ContactDataKind::Phone].first().data(1) = QStringLiteral("22000");
+    QVERIFY(firstRow(DataClass::Contacts, QList<ContactRecord>{contact}).endsWith(QStringLiteral("|22000")));
+    BookmarkTree tree;
+    tree.push_back(std::make_unique<BookmarkNode>());
+    tree.front()->title = QStringLiteral("Page");
+    tree.front()->url = QStringLiteral("http://p");
+    const ItemModelBookmarks bookmarks(std::make_shared<const Records>(std::move(tree)));
+    QCOMPARE(bookmarks.index(0, ItemModelBookmarks::Title).data().toString(), QStringLiteral("Page"));
+    QCOMPARE(bookmarks.index(0, ItemModelBookmarks::Url).data().toString(), QStringLiteral("http://p"));
+    QVERIFY(bookmarks.index(0, 0).data(RecordRole::Search).toString().contains(QStringLiteral("http://p")));
     CalendarEvent event;
     event.summary = QStringLiteral("Tea\nKitchen");
     event.start_date = lateEvening;
     event.end_date = lateEvening.addSecs(3600);
+    const QString later = QLocale::system().toString(thereAfter.addSecs(3600), QLocale::ShortFormat);
+    QVERIFY(detailOf(DataClass::Calendar, QList<CalendarEvent>{event}).contains(later));
+    CallEntry named;
+    named.person = QStringLiteral("Ada");
+    named.address = QStringLiteral("+1 555");
+    QVERIFY(detailOf(DataClass::Calls, QList<CallEntry>{named}).contains(named.address));
     QCOMPARE(firstRow(DataClass::Calendar, QList<CalendarEvent>{event}),
              QStringLiteral("Tea|%1|").arg(shown));
     event.all_day = 1; // the day that is stored, wherever one is
     QCOMPARE(firstRow(DataClass::Calendar, QList<CalendarEvent>{event}),
              QStringLiteral("Tea|%1|All day")
                  .arg(QLocale::system().toString(lateEvening.date(), QLocale::ShortFormat)));
+}
+
+/// Of two records the second comes first by one column, and the first by all the others.
+void TestRecordsForm::columnsSortByWhatTheyShow()
+{
+    const QDateTime noon(QDate(2024, 1, 31), QTime(12, 0), Qt::UTC);
+    const auto firstBy = [](DataClass dataClass, int column, Records records) {
+        ItemModelRecords model(
+            makeRecordTable(dataClass, std::make_shared<const Records>(std::move(records))));
+        RecordFilter filter;
+        filter.setSourceModel(&model);
+        filter.sort(column);
+        return filter.index(0, 0).data(RecordRole::Number).toInt();
+    };
+    for (int column = 0; column < 4; ++column) {
+        const auto call = [&](int step) {
+            CallEntry made;
+            made.address = QString(QLatin1Char(column == 0 ? 'm' + step : 'm' - step));
+            made.type = 5 + (column == 1 ? step : -step);
+            made.date = noon.addDays(column == 2 ? step : -step);
+            made.duration = 9 + (column == 3 ? step : -step);
+            return made;
+        };
+        QCOMPARE(firstBy(DataClass::Calls, column, QList<CallEntry>{call(0), call(-1)}), 1);
+    }
+    for (int column = 0; column < 3; ++column) {
+        const auto note = [&](int step) {
+            NoteEntry made;
+            made.title = QString(QLatin1Char(column == 0 ? 'm' + step : 'm' - step));
+            made.modified_date = noon.addDays(column == 1 ? step : -step);
+            made.create_date = noon.addDays(-step);
+            made.summary = QString(QLatin1Char(column == 2 ? 'm' + step : 'm' - step));
+            return made;
+        };
+        QCOMPARE(firstBy(DataClass::Notes, column, QList<NoteEntry>{note(0), note(-1)}), 1);
+    }
+}
+
+void TestRecordsForm::headerCountsWhatIsShown()
+{
+    QFETCH(DataClass, dataClass);
+    const SampleBackup sample;
+    NoProgress nobody;
+    Report report;
+    const OpenBackupPtr backup = sample.opened();
+    const qint64 all = openDeviceRecords(backup->manifest(), QString())->count(dataClass, report).value();
+    RecordsMainForm form({backup, {}}, dataClass);
+    form.show();
+    QTRY_VERIFY(listOf(form)->isVisible());
+    const auto *count = form.findChild<QLabel *>(QStringLiteral("lbCount"));
+    QCOMPARE(count->text(), QString::number(all));
+    QVERIFY2(form.status().startsWith(QString::number(all) + u','), qPrintable(form.status()));
+    if (dataClass == DataClass::Bookmarks)
+        return; // exported as a whole, whatever is filtered
+    const auto *filter = static_cast<const RecordFilter *>(listOf(form)->model());
+    for (const QString &letter : {QStringLiteral("q"), QStringLiteral("b"), QStringLiteral("7")}) {
+        form.filterEdit()->setText(letter);
+        QVERIFY(filter->recordCount() < all);
+        QCOMPARE(count->text(), QString::number(filter->recordCount()));
+    }
 }
 
 void TestRecordsForm::filterAndDetail()
@@ -216,7 +304,10 @@ void TestRecordsForm::filterAndDetail()
     const int all = listOf(form)->model()->rowCount();
     QVERIFY(all > 3);
     auto *detail = form.findChild<SafeTextBrowser *>();
-    QVERIFY(detail->toPlainText().contains(listOf(form)->model()->index(0, 0).data().toString()));
+    const QString first = listOf(form)->model()->index(0, 0).data().toString();
+    QVERIFY(detail->toPlainText().contains(first));
+    listOf(form)->selectAll();
+    QVERIFY2(detail->toPlainText().contains(first), "of several it is the first that is shown");
     QVERIFY(form.saveAction());
     QVERIFY(!form.removeAction());
     form.filterEdit()->setText(QStringLiteral("nobody is called this"));
@@ -463,6 +554,7 @@ void TestRecordsForm::saveShowAndDelete()
     listOf(local)->selectionModel()->clear();
     listOf(local)->setCurrentIndex(firstRecord(listOf(local)->model()));
     QVERIFY(local.removeAction()->isEnabled());
+    QSignalSpy removals(&local, &RecordsMainForm::storeChanged);
     const QString removed = firstRecord(listOf(local)->model()).data(RecordRole::Identity).toString();
     {
         const AnswerBox no(QMessageBox::No);
@@ -483,9 +575,21 @@ void TestRecordsForm::saveShowAndDelete()
     local.removeAction()->trigger();
     QCOMPARE(boxes.size(), 2);
     QVERIFY(countIn(folder, dataClass) < saved);
+    QCOMPARE(removals.size(), 1);
 
     QTRY_VERIFY(listOf(local)->isVisible());
     QVERIFY2(!identities(listOf(local)->model()).contains(removed), "another record went");
+    const auto asked = [&] {
+        const AnswerBox no(QMessageBox::No);
+        answers.stop();
+        listOf(local)->selectAll();
+        local.removeAction()->trigger();
+        answers.start(1);
+        return no.text();
+    };
+    local.filterEdit()->setText(listOf(local)->model()->index(0, 0).data().toString().section(u' ', 0, 0));
+    QVERIFY2(!asked().contains(QStringLiteral(" all ")), "a filter hides some");
+    local.filterEdit()->clear();
     listOf(local)->selectAll();
     boxes.clear();
     local.removeAction()->trigger();
