@@ -166,6 +166,11 @@ void TestSmallClasses::localNotes()
     QVERIFY(!db.save(edited).wasThere);
     db.commit();
     QCOMPARE(db.count(), 2);
+    edited.title = QStringLiteral("newest");
+    edited.modified_date = utc(30);
+    QVERIFY(!db.save(edited));
+    QCOMPARE(db.readAll().first().title, edited.title);
+    QVERIFY(db.remove(LocalNotesDb::hashOf(edited)));
     note.hash = QString::fromLatin1(QCryptographicHash::hash("Tc", QCryptographicHash::Md5).toHex());
     QCOMPARE(db.read(note.hash), note);
     QVERIFY(db.remove(note.hash));
@@ -246,6 +251,7 @@ void TestSmallClasses::localCalendar()
     event.start_date = utc(1325376000);
     event.end_date = utc(1325379600);
     event.summary = QStringLiteral("Lunch\nRoom");
+    event.url = QStringLiteral("http://lunch");
     event.reminders = {{15, 1, QStringLiteral("r")}};
     db.begin();
     const auto first = db.save(event);
@@ -478,8 +484,13 @@ void TestSmallClasses::localCalls()
     CallEntry missed = call;
     missed.type = 8;
     QVERIFY(!db.add(missed).wasThere);
+    CallEntry later = call;
+    later.date = call.date.addSecs(1);
+    const auto newest = db.add(later);
     db.commit();
-    QCOMPARE(db.count(), 2);
+    QCOMPARE(db.count(), 3);
+    QCOMPARE(db.readAll().first().id, newest.id);
+    QVERIFY(db.remove(newest.id));
     QVERIFY(db.remove(first.id + 1));
     call.id = first.id;
     QCOMPARE(db.readAll(heard), QList{call});

@@ -301,6 +301,7 @@ void TestSqlite::commitLetsOthersWriteAtOnce()
     Sqlite3Transaction transaction(one);
     for (int i = 0; i < 2; ++i) // the statement is kept, and must not keep what it has locked
         one.executeCachedThrow(Sqlite3Sql(QStringLiteral("insert into t values(?)")).addIntParam(i));
+    QVERIFY(one.cachedThrow(QStringLiteral("select x from t")).moveNext()); // stands on the first of two
     QVERIFY(!other.exec(QStringLiteral("insert into t values(2)")));
     transaction.commit();
     QVERIFY2(other.exec(QStringLiteral("insert into t values(2)")), qPrintable(other.lastError()));
