@@ -42,6 +42,7 @@ private slots:
     void bringsEverythingOver();
     void whatStandsInTheLogAndHasNoHandle();
     void addsToTheStoreThatIsThere();
+    void damagedMessagesAreTold();
     void oneThatIsBrokenStaysAndTheOthersGo();
     void stopped();
     void worker();
@@ -235,6 +236,22 @@ void TestUpdateLocalDb::addsToTheStoreThatIsThere()
     QCOMPARE(updateLocalDatabases(m_folder->path(), progress), QStringList());
     QCOMPARE(texts(name).filter(QStringLiteral("text")).size(), 4);
     QCOMPARE(summaries(name), QStringList({QStringLiteral("Home tea"), QStringLiteral("Home coffee")}));
+}
+
+void TestUpdateLocalDb::damagedMessagesAreTold()
+{
+    const QString name = QStringLiteral("store");
+    addOldMessages(name, 1, 3);
+    {
+        Sqlite3DB db;
+        db.openThrow(folder(name) + QStringLiteral("/mms.db"), SqliteOpen::ReadWrite);
+        QVERIFY(db.exec(QStringLiteral("drop table message_attachment_join")));
+    }
+    Watched progress;
+    const QStringList problems = updateLocalDatabases(m_folder->path(), progress);
+    QVERIFY2(problems.size() == 1 && problems.first().startsWith(folder(name) + QStringLiteral("/mms.db: ")),
+             qPrintable(problems.join(u'\n')));
+    QCOMPARE(texts(name).filter(QStringLiteral("text")).size(), 3);
 }
 
 void TestUpdateLocalDb::oneThatIsBrokenStaysAndTheOthersGo()
