@@ -341,6 +341,10 @@ void TestMessageExport::whatCannotBeHadIsNamed()
     QCOMPARE(strings(page(QStringLiteral("unknown-chat.html"))["links"]).mid(1),
              (QStringList{"#", "#", "#", "#", "files/locked.mov", "files/good.mov", "files/cut.mov"}));
     QVERIFY(!QFileInfo::exists(path("files/broken.mov")));
+
+    const Report kept = run(MessageFormat::Database, path("kept")).report;
+    QCOMPARE(kept.count(IssueKind::Absent), 1);
+    QVERIFY2(kept.count(IssueKind::Locked) == 1 && kept.isFailure(), qPrintable(problemsOf(kept).join(u'|')));
 }
 
 void TestMessageExport::pageNames_data()
@@ -408,6 +412,7 @@ void TestMessageExport::chatsOfOneIdentifierShareAPage()
     say(messages, "3", 20);
     const ExportedMessages exported = run(MessageFormat::Html, m_folder->path());
     QCOMPARE(exported.files, (QStringList{path("A@x.org.html"), path("a@x(1).html")}));
+    QCOMPARE(exported.report.done, 5);
     QCOMPARE(bubbleTexts(page(QStringLiteral("A@x.org.html"))), (QStringList{"1", "2", "3", "4"}));
     QCOMPARE(bubbleTexts(page(QStringLiteral("a@x(1).html"))), QStringList{"another"});
 }
