@@ -2,21 +2,27 @@
 databases read with Python's SQLite, in every generation and both layouts."""
 
 import base64
+import contextlib
 import csv
+import datetime
 import html.parser
 import io
 import json
 import pathlib
 import re
+import shutil
 import sqlite3
 import subprocess
 import sys
+import zoneinfo
 
-from command_line import PASSWORD, Case, file_id, main, run, stored
+from command_line import APPLE_EPOCH, PASSWORD, Case, file_id, main, run, stored
 
 SOURCES = [(ios, layout) for ios in ("5", "6", "9", "12", "17") for layout in ("mbdb", "modern")]
 CLASSES = ("contacts", "calls", "notes", "calendar", "bookmarks")
 READ_BOOKMARKS = pathlib.Path(__file__).parent.parent / "tools" / "read_bookmarks.py"
+NEWER_CALLS = ("HomeDomain", "Library/CallHistoryDB/CallHistory.storedata")
+ZONE = zoneinfo.ZoneInfo("Europe/Berlin")
 IDENTITY = {"contacts": "_id", "calls": "_id", "notes": "hash", "calendar": "id", "bookmarks": "id"}
 
 
@@ -51,7 +57,7 @@ def calls(backup, ios):
     if ios == "6":
         return rows(backup, "WirelessDomain", "Library/CallHistory/call_history.db",
                     "select address, duration, case flags when 0 then 4 when 9 then 5 else 8 end from call")
-    return rows(backup, "HomeDomain", "Library/CallHistoryDB/CallHistory.storedata",
+    return rows(backup, *NEWER_CALLS,
                 "select ifnull(cast(ZADDRESS as text), ''), cast(ZDURATION as int), "
                 "case when ZORIGINATED then 5 when ZANSWERED then 4 else 8 end from ZCALLRECORD")
 
@@ -198,6 +204,34 @@ class Records(Case):
 
         walk(json.loads(read.stdout))
         self.assertEqual(sorted(titles), bookmark_titles(backup))
+
+    def test_dates_are_local_and_both_ends_count(self):
+        backup = self.home / "backup"
+        shutil.copytree(self.sample("--ios", "17"), backup)
+        target = self.home / "calls.csv"
+
+        def dates(*arguments):
+            self.succeed("export", "calls", backup, "--format", "csv", "-o", target, *arguments)
+            return sorted(row["Date"] for row in csv.DictReader(io.StringIO(target.read_text())))
+
+        before = dates()
+        day = before[len(before) // 3][:10]
+        last = int(datetime.datetime.fromisoformat(day + "T23:59:59").replace(tzinfo=ZONE).timestamp())
+        with contextlib.closing(sqlite3.connect(stored(backup, file_id(*NEWER_CALLS)))) as database, database:
+            database.execute("update ZCALLRECORD set ZDATE = ? where Z_PK = 1", (last - APPLE_EPOCH,))
+        everything = dates()
+        early, late = f"{day} 23:59:59", everything[2 * len(everything) // 3]
+        self.assertIn(early, everything)
+        second = lambda date: date.replace(" ", "T")
+        for situation, arguments, expected in (
+                ("seconds", ["--from", second(early), "--to", second(late)],
+                 [date for date in everything if early <= date <= late]),
+                ("one second", ["--from", second(early), "--to", second(early)],
+                 [date for date in everything if date == early]),
+                ("one day", ["--from", day, "--to", day], [date for date in everything if date[:10] == day])):
+            with self.subTest(situation):
+                self.assertTrue(expected)
+                self.assertEqual(dates(*arguments), expected)
 
     def test_save_show_and_remove(self):
         self.on_every_sample(self.check_save_show_and_remove)
