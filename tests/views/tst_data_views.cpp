@@ -7,10 +7,14 @@
 #include "support/sample_backup.h"
 #include "support/web_test_main.h"
 #include "views/bk_desc_form.h"
+#include "views/conversation_summary.h"
+#include "views/conversation_view.h"
 #include "views/date_range_edit.h"
 #include "views/file_sys_main_form.h"
+#include "views/item_model_messages.h"
 #include "views/item_model_sms.h"
 #include "views/message_export_dlg.h"
+#include "views/photos_main_form.h"
 #include "views/sms_main_form.h"
 #include "views/state_stack.h"
 #include "work/load_bk_thread.h"
@@ -19,6 +23,7 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDateEdit>
 #include <QDirIterator>
 #include <QLabel>
 #include <QLineEdit>
@@ -53,6 +58,37 @@ QString contentPath(const SampleBackup &sample)
     return QStringLiteral("%1/%2/%3").arg(sample.folder(), id.left(2), id);
 }
 
+QDate dayOf(qint64 appleSeconds)
+{
+    return QDateTime::fromSecsSinceEpoch(unixFromApple(appleSeconds)).date();
+}
+
+/// The day with most messages, which is not the only one, and how many are of it.
+std::pair<QDate, qint64> busiestDay(const SampleBackup &sample)
+{
+    NoProgress nobody;
+    const LoadedMessagesPtr messages = loadMessages({sample.opened()}, nobody);
+    QMap<QDate, QSet<qint64>> byDay;
+    for (const MessageRef &ref : messages->database->select({}, INT64_MIN, INT64_MAX))
+        byDay[dayOf(ref.message->date)].insert(ref.message->rowid);
+    const auto busiest = std::max_element(byDay.begin(), byDay.end(), [](const auto &one, const auto &other) {
+        return one.size() < other.size();
+    });
+    if (byDay.size() < 2 || busiest->size() < 2)
+        qFatal("the sample has too few messages");
+    return {busiest.key(), busiest->size()};
+}
+
+QString conversationsText(int count)
+{
+    return QStringLiteral("%1 conversation%2").arg(count).arg(count == 1 ? QString() : QStringLiteral("s"));
+}
+
+QString messagesText(int count)
+{
+    return QStringLiteral("%1 message%2").arg(count).arg(count == 1 ? QString() : QStringLiteral("s"));
+}
+
 QStringList filesBelow(const QString &folder)
 {
     QStringList files;
@@ -74,6 +110,10 @@ private slots:
     void longNames();
     void conversationsLoadAndFilter();
     void conversationsExport();
+    void daysCountToTheirLastSecond_data();
+    void daysCountToTheirLastSecond();
+    void rangeIsWhatIsShown();
+    void severalConversationsAreSummedUp();
     void rangeIsWhatIsActedOn();
     void textsAreSearched();
     void singleMessagesAreChosen();
@@ -90,6 +130,8 @@ private slots:
     void messagesFailAndTryAgain();
     void filesFilterAndStates();
     void filesExport();
+    void severalFilesExport();
+    void damagedCatalogueIsToldAboveTheFiles();
 };
 
 void TestDataViews::initTestCase()
@@ -145,11 +187,13 @@ void TestDataViews::conversationsLoadAndFilter()
     QVERIFY(all > 3);
     QCOMPARE(form.exportAction()->text(), QStringLiteral("Export 1 conversation"));
     QVERIFY(!labelText(form, "lbConversation").isEmpty());
+    QCOMPARE(form.status(), conversationsText(all) + QStringLiteral(", 1 selected"));
 
     listOf(form)->selectAll();
     QCOMPARE(form.exportAction()->text(), QStringLiteral("Export %1 conversations").arg(all));
     form.filterEdit()->setText(QStringLiteral("nobody is called this"));
     QCOMPARE(listOf(form)->model()->rowCount(), 0);
+    QCOMPARE(labelText(form, "lbCount"), conversationsText(0));
     QVERIFY(!form.exportAction()->isEnabled());
     QTest::keyClick(form.filterEdit(), Qt::Key_Escape);
     QCOMPARE(form.filterEdit()->text(), QString());
@@ -171,23 +215,105 @@ void TestDataViews::conversationsExport()
     QCOMPARE(filesBelow(target.path()), QStringList(target.filePath(QStringLiteral("one.txt"))));
 }
 
+void TestDataViews::daysCountToTheirLastSecond_data()
+{
+    QTest::addColumn<QDate>("day");
+    QTest::addColumn<qint64>("from"); // seconds since 2001
+    QTest::addColumn<int>("hours");
+    QTest::newRow("an ordinary day") << QDate(2024, 2, 1) << qint64(728434800) << 24;
+    QTest::newRow("summer time begins") << QDate(2024, 3, 31) << qint64(733532400) << 23;
+    QTest::newRow("summer time ends") << QDate(2024, 10, 27) << qint64(751672800) << 25;
+}
+
+void TestDataViews::daysCountToTheirLastSecond()
+{
+    QFETCH(QDate, day);
+    QFETCH(qint64, from);
+    QFETCH(int, hours);
+    DateRangeEdit edit;
+    QVERIFY(edit.range().isAll());
+    edit.setRange(day, day);
+    QCOMPARE(edit.range(), (DateRange{from, from + 3600 * hours - 1}));
+}
+
+void TestDataViews::rangeIsWhatIsShown()
+{
+    const SampleBackup sample;
+    const auto [day, ofDay] = busiestDay(sample);
+    const auto isOfDay = [day = day](qint64 date) { return dayOf(date) == day; };
+    SMSMainForm form({sample.opened()});
+    form.show();
+    QTRY_VERIFY(isLoaded(form));
+    auto *range = form.findChild<DateRangeEdit *>();
+    const DateRange bounds = form.findChild<ItemModelSms *>()->bounds();
+    const auto edits = range->findChildren<QDateEdit *>();
+    QCOMPARE(edits.first()->date(), dayOf(bounds.from)); // what is offered first
+    QCOMPARE(edits.last()->date(), dayOf(bounds.to));
+    const int all = listOf(form)->model()->rowCount();
+    const QModelIndex newest = listOf(form)->model()->index(0, ItemModelSms::LastDate);
+    QVERIFY(newest.data().toString().contains(QString::number(dayOf(bounds.to).day())));
+
+    listOf(form)->selectAll();
+    range->setRange(day, day);
+    const QAbstractItemModel *shown = listOf(form)->model();
+    QVERIFY(shown->rowCount() > 0 && shown->rowCount() < all);
+    QCOMPARE(labelText(form, "lbCount"), conversationsText(shown->rowCount()));
+    QCOMPARE(form.status(), QStringLiteral("%1, %2 selected")
+                                .arg(conversationsText(shown->rowCount()))
+                                .arg(shown->rowCount())); // those that are still shown stay selected
+    qint64 counted = 0;
+    for (int row = 0; row < shown->rowCount(); ++row) {
+        listOf(form)->setCurrentIndex(shown->index(row, 0));
+        const int messages = shown->index(row, ItemModelSms::Count).data().toInt();
+        const QAbstractItemModel *list = form.findChild<QListView *>(QStringLiteral("listMessages"))->model();
+        QCOMPARE(list->rowCount(), messages);
+        const QString facts = labelText(*form.findChild<ConversationView *>(), "lbFacts");
+        QVERIFY2(facts.contains(messagesText(messages)), qPrintable(facts));
+        const auto *model = static_cast<const ItemModelMessages *>(list);
+        for (int i = 0; i < messages; ++i)
+            QVERIFY(isOfDay(model->message(i).message->date));
+        counted += messages;
+    }
+    QVERIFY(counted >= ofDay);
+
+    listOf(form)->setCurrentIndex(shown->index(0, 0));
+    const QAbstractItemModel *list = form.findChild<QListView *>(QStringLiteral("listMessages"))->model();
+    const int before = list->rowCount();
+    range->setRange(dayOf(bounds.from), dayOf(bounds.to)); // the conversation that is open follows
+    const QModelIndex open = listOf(form)->selectionModel()->selectedRows(ItemModelSms::Count).value(0);
+    QVERIFY(list->rowCount() > before);
+    QCOMPARE(list->rowCount(), open.data().toInt());
+}
+
+void TestDataViews::severalConversationsAreSummedUp()
+{
+    const SampleBackup sample;
+    const auto [day, ofDay] = busiestDay(sample);
+    SMSMainForm form({sample.opened()});
+    form.show();
+    QTRY_VERIFY(isLoaded(form));
+    const auto *summary = form.findChild<ConversationSummary *>();
+    const auto *newest = static_cast<ItemModelMessages *>(summary->findChild<QListView *>()->model());
+    const auto dateOf = [newest](int row) { return newest->message(row).message->date; };
+    listOf(form)->selectAll();
+    const int before = newest->rowCount();
+    QCOMPARE(dateOf(0), form.findChild<ItemModelSms *>()->bounds().to);
+    for (int row = 1; row < before; ++row)
+        QVERIFY(dateOf(row - 1) >= dateOf(row));
+    form.findChild<DateRangeEdit *>()->setRange(day, day.addDays(1));
+    listOf(form)->selectAll();
+    QVERIFY(newest->rowCount() >= ofDay && newest->rowCount() < before);
+    QVERIFY(dayOf(dateOf(0)) <= day.addDays(1) && dayOf(dateOf(newest->rowCount() - 1)) == day);
+    QVERIFY2(labelText(*summary, "lbFacts").startsWith(messagesText(newest->rowCount())),
+             qPrintable(labelText(*summary, "lbFacts")));
+}
+
 /// What the view shows of a stretch of days is what leaves it, and what is deleted.
 void TestDataViews::rangeIsWhatIsActedOn()
 {
     const SampleBackup sample;
-    NoProgress nobody;
-    const LoadedMessagesPtr messages = loadMessages({sample.opened()}, nobody);
-    QHash<QDate, QSet<qint64>> byDay;
-    for (const MessageRef &ref : messages->database->select({}, INT64_MIN, INT64_MAX))
-        byDay[QDateTime::fromSecsSinceEpoch(unixFromApple(ref.message->date)).date()].insert(
-            ref.message->rowid);
-    const auto busiest = std::max_element(byDay.begin(), byDay.end(), [](const auto &one, const auto &other) {
-        return one.size() < other.size();
-    });
-    const QDate day = busiest.key();
-    const qint64 ofDay = busiest->size();
-    QVERIFY(ofDay > 1 && byDay.size() > 1);
-    const auto narrow = [day](SMSMainForm &form) {
+    const auto [day, ofDay] = busiestDay(sample);
+    const auto narrow = [day = day](SMSMainForm &form) {
         form.findChild<DateRangeEdit *>()->setRange(day, day);
         listOf(form)->selectAll();
     };
@@ -241,8 +367,21 @@ void TestDataViews::textsAreSearched()
     QTRY_VERIFY(isLoaded(form));
     form.filterEdit()->setText(QStringLiteral("COMBINING acute"));
     QTRY_COMPARE(listOf(form)->model()->rowCount(), 1);
+    form.findChild<QToolButton *>(QStringLiteral("IDS_LOOK_LIST"))->click();
     listOf(form)->selectAll();
     QVERIFY(form.exportAction()->isEnabled());
+    const auto *messages = form.findChild<QListView *>(QStringLiteral("listMessages"));
+    const auto *model = static_cast<ItemModelMessages *>(messages->model());
+    int row = 0;
+    while (!model->message(row).message->text.contains(QStringLiteral("combining acute")))
+        ++row;
+    QVERIFY2(messages->viewport()->rect().intersects(messages->visualRect(model->index(row))),
+             "the message that was found is on the screen");
+    const QDate day = dayOf(model->message(row).message->date);
+    form.findChild<DateRangeEdit *>()->setRange(day.addDays(1), day.addYears(50));
+    QTRY_COMPARE(listOf(form)->model()->rowCount(), 0); // found on no other day
+    form.findChild<DateRangeEdit *>()->setRange(day, day);
+    QTRY_COMPARE(listOf(form)->model()->rowCount(), 1);
     form.filterEdit()->setText(QStringLiteral("combining acute that nobody wrote"));
     QTRY_COMPARE(listOf(form)->model()->rowCount(), 0);
     form.filterEdit()->clear();
@@ -265,6 +404,12 @@ void TestDataViews::singleMessagesAreChosen()
     const AnswerBox done;
     QVERIFY(form.exportTo({MessageFormat::Text, target.filePath(QStringLiteral("two.txt"))}));
     QCOMPARE(done.text(), QStringLiteral("Successfully extracted 2 Messages."));
+    auto printer = std::make_shared<QPrinter>();
+    printer->setOutputFormat(QPrinter::PdfFormat);
+    printer->setOutputFileName(target.filePath(QStringLiteral("two.pdf")));
+    const AnswerBox printed;
+    QVERIFY(form.actions().printOn(printer));
+    QVERIFY(printed.text().startsWith(QStringLiteral("Successfully printed 2 Messages.")));
     form.findChild<QToolButton *>(QStringLiteral("IDS_LOOK_BUBBLES"))->click();
     QCOMPARE(form.exportAction()->text(), QStringLiteral("Export 1 conversation"));
 }
@@ -342,8 +487,10 @@ void TestDataViews::savedAndDeletedInALocalDatabase()
         QCOMPARE(no.text(), QStringLiteral("Confirm to delete selected messages?"));
     }
     QVERIFY(isLoaded(local));
+    QSignalSpy removed(&local, &SMSMainForm::storeChanged);
     const AnswerBox done;
     QVERIFY(local.actions().remove());
+    QCOMPARE(removed.size(), 1);
     QVERIFY(done.text().startsWith(QStringLiteral("Successfully Deleted ")));
     auto *states = local.findChild<StateStack *>(QStringLiteral("viewStates"));
     QTRY_COMPARE(labelText(*states->currentWidget(), "lbStateTitle"),
@@ -367,6 +514,20 @@ void TestDataViews::attachmentsAreSaved()
              QStringLiteral("Successfully extacted %1 MMS attachment to %2.")
                  .arg(files.size())
                  .arg(target.path()));
+    QVERIFY2(done.text().contains(QStringLiteral("not in the backup")), qPrintable(done.text()));
+
+    listOf(form)->setCurrentIndex(listOf(form)->model()->index(0, 0));
+    form.findChild<QToolButton *>(QStringLiteral("IDS_LOOK_LIST"))->click();
+    auto *messages = form.findChild<QListView *>(QStringLiteral("listMessages"));
+    const auto *model = static_cast<ItemModelMessages *>(messages->model());
+    int without = 0;
+    while (!model->message(without).message->attachments.empty())
+        ++without;
+    messages->setCurrentIndex(model->index(without));
+    const AnswerBox none;
+    QTemporaryDir empty;
+    QVERIFY(form.actions().extractAttachmentsTo(empty.path()));
+    QCOMPARE(filesBelow(empty.path()), QStringList());
 }
 
 void TestDataViews::selectionIsPrinted()
@@ -554,6 +715,41 @@ void TestDataViews::filesExport()
     QVERIFY(form.exportTo(target.path()));
     QCOMPARE(done.text(), QStringLiteral("Successfully extracted 1 files."));
     QCOMPARE(filesBelow(target.path()), QStringList(target.filePath(QStringLiteral("sms.db"))));
+}
+
+void TestDataViews::severalFilesExport()
+{
+    const SampleBackup sample;
+    FileSysMainForm form(sample.opened());
+    form.show();
+    auto *tree = form.findChild<QTreeView *>(QStringLiteral("treeFiles"));
+    form.filterEdit()->setText(QStringLiteral(".sqlite"));
+    QTRY_VERIFY(labelText(form, "lbCount").endsWith(QStringLiteral("found")));
+    const int found = tree->model()->rowCount();
+    QVERIFY(found > 1);
+    QCOMPARE(labelText(form, "lbCount"), QStringLiteral("%1 found").arg(found));
+    tree->selectAll();
+    QTemporaryDir target;
+    const AnswerBox done;
+    QVERIFY(form.exportTo(target.path()));
+    QCOMPARE(filesBelow(target.path()).size(), found);
+}
+
+void TestDataViews::damagedCatalogueIsToldAboveTheFiles()
+{
+    const SampleBackup sample;
+    QFile catalogue(sample.folder() + QStringLiteral("/Manifest.db"));
+    QVERIFY(catalogue.resize(catalogue.size() * 3 / 4));
+    const OpenBackupPtr backup = sample.opened();
+    QVERIFY(backup->manifest().report().isFailure());
+    FileSysMainForm files(backup);
+    PhotosMainForm photos(backup, CameraRollKind::Photo);
+    for (DataView *view : {static_cast<DataView *>(&files), static_cast<DataView *>(&photos)}) {
+        view->show();
+        const auto *notice = view->findChild<QLabel *>(QStringLiteral("lbNotice"));
+        QVERIFY2(notice->isVisible() && notice->text().contains(QStringLiteral("Manifest.db")),
+                 qPrintable(notice->text()));
+    }
 }
 
 QB_WEB_TEST_MAIN(TestDataViews)
