@@ -1,6 +1,7 @@
 #include "base/error.h"
 #include "base/texts.h"
 #include "resources/resources.h"
+#include "support/fake_desktop.h"
 #include "support/modal.h"
 #include "support/sample_backup.h"
 #include "views/file_opener.h"
@@ -83,6 +84,7 @@ private slots:
     void filterAndStates();
     void missingContentIsTold();
     void exportsSelectionOrAll();
+    void opensTheOneThatIsPicked();
     void opensByItsLastEndingAlone();
 };
 
@@ -334,6 +336,31 @@ void TestPhotosForm::exportsSelectionOrAll()
         contents.insert(file.readAll());
     }
     QCOMPARE(contents, QSet<QByteArray>({first, second}));
+
+    gridOf(form)->setCurrentIndex(gridOf(form)->model()->index(1, 0));
+    const QString chosen = gridOf(form)->currentIndex().data(Qt::ToolTipRole).toString();
+    QTemporaryDir one;
+    const AnswerBox done;
+    QVERIFY(form.exportTo(one.path()));
+    QVERIFY2(done.text().startsWith(u"Successfully extracted 1 files."_s), qPrintable(done.text()));
+    QVERIFY2(chosen.contains(QDir(one.path()).entryList(QDir::Files).value(0)), qPrintable(chosen));
+}
+
+void TestPhotosForm::opensTheOneThatIsPicked()
+{
+    const SampleBackup sample(
+        small({{camera, u"Media/DCIM/500APPLE/MINE_A.JPG"_s, pictureOf("JPEG", {30, 20}, Qt::red)},
+               {camera, u"Media/DCIM/500APPLE/MINE_B.JPG"_s, pictureOf("JPEG", {30, 20}, Qt::blue)}}));
+    PhotosMainForm form(sample.opened(), CameraRollKind::Photo);
+    form.filterEdit()->setText(u"MINE"_s);
+    for (int row = 0; row < 2; ++row) {
+        const FakeDesktop desktop;
+        gridOf(form)->setCurrentIndex(gridOf(form)->model()->index(row, 0));
+        emit gridOf(form)->activated(gridOf(form)->currentIndex());
+        QTRY_VERIFY(!desktop.asked().isEmpty());
+        const QString name = gridOf(form)->currentIndex().data().toString();
+        QVERIFY2(desktop.asked().endsWith(name), qPrintable(desktop.asked()));
+    }
 }
 
 /// What a desktop would run is no photo, whatever it is called before its last ending.

@@ -4,10 +4,12 @@
 #include "base/texts.h"
 #include "resources/resources.h"
 #include "sqlite/sqlite3_db.h"
+#include "support/fake_desktop.h"
 #include "support/modal.h"
 #include "support/sample_backup.h"
 #include "views/item_model_recording.h"
 #include "views/item_model_voicemail.h"
+#include "views/record_roles.h"
 #include "views/recording_main_form.h"
 #include "views/sound_player.h"
 #include "views/voicemail_main_form.h"
@@ -22,6 +24,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QRegularExpression>
+#include <QSortFilterProxyModel>
 #include <QTest>
 #include <QToolButton>
 #include <QTreeView>
@@ -51,31 +54,6 @@ QByteArray sha1Of(const QString &path)
     QCryptographicHash hash(QCryptographicHash::Sha1);
     return file.open(QIODevice::ReadOnly) && hash.addData(&file) ? hash.result() : QByteArray();
 }
-
-/// Stands in the place of the desktop's own: writes down what it was asked to open.
-class FakeDesktop
-{
-public:
-    FakeDesktop() : m_path(qgetenv("PATH"))
-    {
-        QFile script(m_folder.filePath(u"xdg-open"_s));
-        if (script.open(QIODevice::WriteOnly))
-            script.write("#!/bin/sh\nprintf %s \"$1\" > \"$0.tmp\" && mv \"$0.tmp\" \"$0.asked\"\n");
-        script.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
-        qputenv("PATH", m_folder.path().toLocal8Bit() + ':' + m_path);
-    }
-    ~FakeDesktop() { qputenv("PATH", m_path); }
-
-    QString asked() const
-    {
-        QFile file(m_folder.filePath(u"xdg-open.asked"_s));
-        return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-    }
-
-private:
-    QTemporaryDir m_folder;
-    QByteArray m_path;
-};
 } // namespace
 
 /// The views of voicemail and recordings.
@@ -88,6 +66,8 @@ private slots:
     void models();
     void exportsAllThatHaveAFile_data();
     void exportsAllThatHaveAFile();
+    void newestFirstAndWhatIsChosenIsExported_data() { kinds(); }
+    void newestFirstAndWhatIsChosenIsExported();
     void opensWithTheDesktop_data();
     void opensWithTheDesktop();
     void sizeLimitOfOpening_data();
@@ -180,6 +160,47 @@ void TestSoundForms::exportsAllThatHaveAFile()
     QVERIFY(expected.contains(written));
 }
 
+void TestSoundForms::newestFirstAndWhatIsChosenIsExported()
+{
+    QFETCH(int, kind);
+    const SampleBackup sample;
+    const auto form = makeForm(kind, sample.opened());
+    form->show();
+    QTRY_VERIFY(listOf(*form)->isVisible());
+    const QAbstractItemModel *model = listOf(*form)->model();
+    const auto dateOf = [model](int row) {
+        return model->index(row, AbsSoundModel::Date).data(RecordRole::Sort).toDateTime();
+    };
+    for (int row = 1; row < model->rowCount(); ++row)
+        QVERIFY(dateOf(row - 1) >= dateOf(row));
+    const int all = model->rowCount();
+    QCOMPARE(form->findChild<QLabel *>(u"lbCount"_s)->text(), QString::number(all));
+    const auto exported = [&form] {
+        const QTemporaryDir target;
+        const AnswerBox done;
+        form->exportTo(target.path());
+        return QDir(target.path()).entryList(QDir::Files, QDir::Name);
+    };
+    const auto nameOf = [&dateOf](int row) { return dateOf(row).toLocalTime().toString(u"yyyyMMdd-hhmmss"_s); };
+    int row = 1;
+    while (model->index(row, 0).data(Qt::ForegroundRole).isValid()) // it has no file
+        ++row;
+    listOf(*form)->setCurrentIndex(model->index(row, 0));
+    QVERIFY(form->findChild<QLabel *>(u"lbTime"_s)->text().endsWith(
+        model->index(row, AbsSoundModel::Duration).data().toString()));
+    const QStringList chosen = exported();
+    QVERIFY2(chosen.size() == 1 && chosen.first().startsWith(nameOf(row)), qPrintable(chosen.join(u'|')));
+
+    const QString name = nameOf(row);
+    form->filterEdit()->setText(model->index(row, AbsSoundModel::Date).data().toString());
+    listOf(*form)->clearSelection();
+    QVERIFY(model->rowCount() < all);
+    QCOMPARE(form->findChild<QLabel *>(u"lbCount"_s)->text(), QString::number(model->rowCount()));
+    const QStringList shown = exported();
+    QVERIFY2(!shown.isEmpty() && shown.size() <= model->rowCount() && shown.filter(name).size() == 1,
+             qPrintable(shown.join(u'|')));
+}
+
 void TestSoundForms::opensWithTheDesktop_data()
 {
     QTest::addColumn<int>("kind");
@@ -197,6 +218,9 @@ void TestSoundForms::opensWithTheDesktop()
     const auto form = makeForm(kind, backup);
     form->show();
     QTRY_VERIFY(listOf(*form)->isVisible());
+    listOf(*form)->sortByColumn(AbsSoundModel::Duration, Qt::AscendingOrder); // not the order of the database
+    const auto *sounds = static_cast<const AbsSoundModel *>(
+        static_cast<const QSortFilterProxyModel *>(listOf(*form)->model())->sourceModel());
     bool opened = false;
     bool refused = false;
     for (int row = 0; row < listOf(*form)->model()->rowCount() && !(opened && refused); ++row) {
@@ -212,6 +236,8 @@ void TestSoundForms::opensWithTheDesktop()
             QTest::keyClick(listOf(*form), Qt::Key_Return);
             QTRY_VERIFY(!desktop.asked().isEmpty());
             const QFileInfo copy(desktop.asked());
+            QCOMPARE(copy.filePath(),
+                     openedCopyPath(backup->manifest(), sounds->file(index.data(RecordRole::Number).toInt())));
             QVERIFY2(copy.fileName().startsWith(backup->info().deviceId + u'-'), qPrintable(copy.filePath()));
             QVERIFY(copy.isFile() && !copy.isExecutable());
             QVERIFY(copy.filePath().startsWith(runFolder() + u'/'));
