@@ -346,6 +346,14 @@ void TestMainWindow::cardsComeIntoALocalDatabase()
     QCOMPARE(shown.parent().data().toString(), QStringLiteral("Friends"));
     QTreeView *list = window.findChild<QTreeView *>(QStringLiteral("listRecords"));
     QTRY_COMPARE(list->model()->rowCount(), 2);
+    QVERIFY(cards.open(QIODevice::Append));
+    cards.write("BEGIN:VCARD\nVERSION:2.1\nFN:Edsger\nEND:VCARD\n");
+    cards.close();
+    {
+        const AnswerBox done;
+        QVERIFY(window.importCards(cards.fileName(), folder));
+        QTRY_COMPARE(list->model()->rowCount(), 3); // in the view that is open
+    }
     const AnswerBox error;
     QVERIFY(!window.importCards(m_home->path() + QStringLiteral("/nothing.vcf"), folder));
     QVERIFY(error.text().contains(QStringLiteral("nothing.vcf")));
@@ -404,7 +412,22 @@ void TestMainWindow::localViewIsFreshAfterASave()
             QVERIFY(messages->actions().saveInto(folder));
         else
             QVERIFY(qobject_cast<RecordsMainForm *>(view)->saveInto(folder));
-        QTRY_VERIFY2(select(family, label)->exportAction()->isEnabled(), label);
+        DataView *local = select(family, label);
+        QTRY_VERIFY2(local->exportAction()->isEnabled(), label);
+        const auto inTheTree = [&] {
+            const QString text = treeOf(window)->currentIndex().data().toString();
+            return text.section(u'(', 1).chopped(1).toInt();
+        };
+        const int saved = inTheTree();
+        QVERIFY(saved > 1);
+        std::unique_ptr<AnswerBox> removed;
+        const OnModal<MessageBox> yes([&removed](MessageBox &box) {
+            removed = std::make_unique<AnswerBox>();
+            QTest::mouseClick(box.button(QMessageBox::Yes), Qt::LeftButton);
+        });
+        local->removeAction()->trigger();
+        QVERIFY(removed && removed->wasShown());
+        QVERIFY2(inTheTree() < saved, "the tree counts what is left");
     }
 }
 
