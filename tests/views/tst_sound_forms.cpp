@@ -75,6 +75,7 @@ private slots:
     void withoutDatabase_data();
     void withoutDatabase();
     void damagedDatabaseCanBeTriedAgain();
+    void namesThatAreLostAreTold();
     void playerSaysWhyNot();
 
 private:
@@ -218,7 +219,7 @@ void TestSoundForms::opensWithTheDesktop()
     const auto form = makeForm(kind, backup);
     form->show();
     QTRY_VERIFY(listOf(*form)->isVisible());
-    listOf(*form)->sortByColumn(AbsSoundModel::Duration, Qt::AscendingOrder); // not the order of the database
+    listOf(*form)->sortByColumn(AbsSoundModel::Duration, Qt::DescendingOrder); // not the order of the database
     const auto *sounds = static_cast<const AbsSoundModel *>(
         static_cast<const QSortFilterProxyModel *>(listOf(*form)->model())->sourceModel());
     bool opened = false;
@@ -231,7 +232,7 @@ void TestSoundForms::opensWithTheDesktop()
             QTest::keyClick(listOf(*form), Qt::Key_Return);
             QCOMPARE(box.text(), refusal);
             refused = true;
-        } else if (!opened) {
+        } else if (!opened && row != index.data(RecordRole::Number).toInt()) {
             const FakeDesktop desktop;
             QTest::keyClick(listOf(*form), Qt::Key_Return);
             QTRY_VERIFY(!desktop.asked().isEmpty());
@@ -322,6 +323,22 @@ void TestSoundForms::damagedDatabaseCanBeTriedAgain()
     QVERIFY(QFile::rename(path + u'x', path));
     form.reload();
     QTRY_VERIFY(listOf(form)->isVisible());
+}
+
+void TestSoundForms::namesThatAreLostAreTold()
+{
+    const SampleBackup sample;
+    const QString id =
+        sample.summary().file(u"HomeDomain"_s, u"Library/AddressBook/AddressBook.sqlitedb"_s)->fileId;
+    QFile book(u"%1/%2/%3"_s.arg(sample.folder(), id.left(2), id));
+    QVERIFY(book.open(QIODevice::WriteOnly) && book.write(QByteArray(9000, 'x')) > 0);
+    book.close();
+    VoicemailMainForm form(sample.opened());
+    form.show();
+    QTRY_VERIFY(listOf(form)->isVisible());
+    const auto *notice = form.findChild<QLabel *>(u"lbNotice"_s);
+    QVERIFY2(notice->isVisible() && notice->text().remove(QChar(0x200b)).contains(u"AddressBook.sqlitedb"_s),
+             qPrintable(notice->text()));
 }
 
 void TestSoundForms::playerSaysWhyNot()
