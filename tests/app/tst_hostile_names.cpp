@@ -10,6 +10,9 @@
 
 #include <QAbstractItemView>
 #include <QAction>
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFileInfo>
 #include <QLabel>
 #include <QTest>
 #include <QTextBrowser>
@@ -66,6 +69,31 @@ void replaceIn(const QString &path, const QString &from, const QString &to)
     file.write(QString(text).replace(from, to).toUtf8());
 }
 
+QString storedPath(const QString &folder, const QString &domain, const QString &path)
+{
+    const QString id = QString::fromLatin1(
+        QCryptographicHash::hash((domain + u'-' + path).toUtf8(), QCryptographicHash::Sha1).toHex());
+    return folder + u'/' + id.left(2) + u'/' + id;
+}
+
+/// Puts the name before those of the pictures; where a file is stored follows from its name.
+void renamePictures(const QString &backup, const QString &name)
+{
+    Sqlite3DB db;
+    db.openThrow(backup + u"/Manifest.db"_s, SqliteOpen::ReadWrite);
+    Sqlite3Cursor row =
+        db.queryThrow(u"select domain, relativePath from Files where relativePath like '%/IMG_%'"_s);
+    while (row.moveNext()) {
+        const QString renamed = QString(row.getText(1)).replace(u"/IMG_"_s, u'/' + name + u"IMG_"_s);
+        const QString from = storedPath(backup, row.getText(0), row.getText(1));
+        const QString to = storedPath(backup, row.getText(0), renamed);
+        if (QFile::exists(from)) // no folder
+            QVERIFY(QDir().mkpath(QFileInfo(to).path()) && QFile::rename(from, to));
+    }
+    change(backup + u"/Manifest.db"_s,
+           u"update Files set relativePath=replace(relativePath, '/IMG_', '/'||?||'IMG_')"_s, name);
+}
+
 /// Puts the name wherever a backup has room for one.
 void giveNames(const SampleBackup &sample, const QString &name, const QString &fileName)
 {
@@ -73,8 +101,7 @@ void giveNames(const SampleBackup &sample, const QString &name, const QString &f
         const QString id = sample.summary().file(u"HomeDomain"_s, QLatin1String(each.path))->fileId;
         change(sample.folder() + u'/' + id.left(2) + u'/' + id, QLatin1String(each.statements), name);
     }
-    change(sample.folder() + u"/Manifest.db"_s,
-           u"update Files set relativePath=replace(relativePath, '/IMG_', '/'||?||'IMG_')"_s, fileName);
+    renamePictures(sample.folder(), fileName);
     replaceIn(sample.folder() + u"/Info.plist"_s, u"Jördis’ iPhone"_s, name.toHtmlEscaped());
 }
 

@@ -66,6 +66,8 @@ public:
         _MsgMessage &message = m_messages.emplace_back();
         message.rowid = message.sourceRowid = rowid;
         message.date = date;
+        if (chats.empty())
+            m_noChat.messages.push_back(&message);
         for (const qint64 id : chats) {
             message.chat = message.chat ? message.chat : chat(id);
             chat(id)->messages.push_back(&message);

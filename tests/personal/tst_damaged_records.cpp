@@ -243,8 +243,11 @@ void TestDamagedRecords::onePage()
     Report report;
     QCOMPARE(read(source, report), isMain ? readable : rowCount);
     QVERIFY(report.isFailure());
-    QCOMPARE(report.issues().first().where, file.display());
-    QVERIFY(report.issues().first().reason.contains(table));
+    const auto issues = report.issues();
+    QVERIFY(std::all_of(issues.begin(), issues.end(),
+                        [&](const Issue &issue) { return issue.where == file.display(); }));
+    QVERIFY(std::any_of(issues.begin(), issues.end(),
+                        [&](const Issue &issue) { return issue.reason.contains(table); }));
 }
 
 void TestDamagedRecords::whatIsMissing_data()
