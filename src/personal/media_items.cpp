@@ -243,12 +243,19 @@ void reportMissingContent(const BackupManifest &backup, const QList<FileCatalogu
 {
     const FileCatalogue &catalogue = backup.catalogue();
     for (const FileCatalogue::Index file : files) {
-        if (QFileInfo::exists(backup.filePath(file)))
+        const QFileInfo stored(backup.filePath(file));
+        // What is stored encrypted is padded, and never shorter.
+        const std::uint64_t whole = catalogue.sizeBytes(file);
+        if (stored.exists() && static_cast<std::uint64_t>(stored.size()) >= whole)
             continue;
-        const SourceFile missing{QString::fromUtf8(catalogue.domain(file)),
+        const SourceFile damaged{QString::fromUtf8(catalogue.domain(file)),
                                  QString::fromUtf8(catalogue.relativePath(file))};
-        report.add(
-            {.kind = IssueKind::Damaged, .what = "IDS_ISSUE_CONTENT_MISSING", .where = missing.display()});
+        if (stored.exists())
+            report.add({.what = "IDS_ISSUE_FILES_CUT_OFF",
+                        .where = damaged.display(),
+                        .reason = QStringLiteral("%1 of %2 bytes").arg(stored.size()).arg(whole)});
+        else
+            report.add({.what = "IDS_ISSUE_CONTENT_MISSING", .where = damaged.display()});
     }
 }
 

@@ -44,7 +44,7 @@ bool hasRecordings(const BackupManifest &backup);
 /// Number of photos, videos, voicemail or recordings; 0 when the backup lacks the class. Throws Error.
 qint64 countMedia(BackupManifest &backup, DataClass dataClass, Report &report);
 
-/// Tells of files that the catalogue lists and whose content is not in the backup's folder.
+/// Tells of files that the catalogue lists and whose content is not in the backup's folder, or not all of it.
 void reportMissingContent(const BackupManifest &backup, const QList<FileCatalogue::Index> &files, Report &report);
 
 /// True for an item of the camera roll that is a film, told by the ending of its name.

@@ -161,6 +161,10 @@ class Media(Case):
                 self.assertEqual(f"incomplete in the backup: {len(changed)} of {len(content)} bytes" in complaint, status == 1)
             self.assertTrue((target / "IMG_0001.JPG").read_bytes() == changed)
             self.assertIn("0 files extracted", complaint)
+            for command in (["show", "photos"], ["info"]):
+                told = run(*command, backup)
+                self.assertEqual((told.returncode, b"1 file of the backup is incomplete" in told.stderr),
+                                 (status, status == 1), command)
 
     def test_collisions_lose_nothing(self):
         backup = self.folder / "collisions"
