@@ -5,14 +5,21 @@
 #include "base/error.h"
 #include "base/secret.h"
 #include "base/texts.h"
-#include "sqlite/sqlite3_db.h"
+#include "sqlite/read_rows.h"
 
 #include <QCryptographicHash>
 #include <QFileInfo>
 
+#include <algorithm>
+
 namespace {
 constexpr qint64 rowsBetweenReports = 4096;
 constexpr qsizetype descriptorKeySize = 16;
+
+const QString filesTable = QStringLiteral("Files");
+const QString domainColumn = QStringLiteral("domain");
+const QString pathColumn = QStringLiteral("relativePath");
+const QString recordColumn = QStringLiteral("file");
 
 /// iOS 10.0 left the catalogue plain and encrypted each file record with a key made of the password and a
 /// salt. Empty when there is no salt.
@@ -43,57 +50,72 @@ Error unreadable(const QString &sentence)
     return Error(sentence, ErrorKind::Damaged, FileAccess::Reading);
 }
 
-/// One pass over the table "Files".
-class FileRows
+/// The row of the table Files that a statement stands on.
+class FileRow
 {
 public:
-    FileRows(const Sqlite3DB &db, const QByteArray &descriptorKey)
-        : m_cursor(db.queryThrow(QStringLiteral("select * from Files"))),
-          m_domain(m_cursor.columnIndex(QStringLiteral("domain"))),
-          m_path(m_cursor.columnIndex(QStringLiteral("relativePath"))),
-          m_file(m_cursor.columnIndex(QStringLiteral("file"))),
+    FileRow(const Sqlite3Cursor &cursor, const QByteArray &descriptorKey)
+        : m_cursor(&cursor),
+          m_domain(cursor.columnIndex(domainColumn)),
+          m_path(cursor.columnIndex(pathColumn)),
+          m_file(cursor.columnIndex(recordColumn)),
           m_descriptorKey(descriptorKey)
     {
-        if (m_domain < 0 || m_path < 0)
-            throw unreadable(QStringLiteral("can not read %1. Its table Files has no column %2.")
-                                 .arg(db.name(), QLatin1String(m_domain < 0 ? "domain" : "relativePath")));
     }
 
-    bool next() { return m_cursor.moveNext(); }
-    /// False when the current row tells less of its file's place than a device writes: it lost its domain, or what
-    /// is no folder its path. A row with neither stands for no file.
+    /// False when the row tells less of its file's place than a device writes: it lost its domain, or what is
+    /// no folder its path. A row with neither stands for no file.
     bool isPlaced(const FileRecord &record) const
     {
-        const bool hasPath = !m_cursor.isNull(m_path);
-        if (m_cursor.isNull(m_domain))
+        const bool hasPath = !m_cursor->isNull(m_path);
+        if (m_cursor->isNull(m_domain))
             return !hasPath;
         const int type = record.mode & modeTypeMask;
         return hasPath || (type != modeRegular && type != modeLink);
     }
 
-    /// The record of the current row; valid until the next. False when its file record cannot be read: what
-    /// the columns say stands all the same. Throws Error when it cannot be decrypted.
+    /// Its record, valid until the next row. False when there is none that can be read: what the columns say
+    /// stands all the same. Throws Error when it cannot be decrypted.
     bool read(FileRecord &record)
     {
-        record = FileRecord();
-        record.domain = borrowed(m_cursor.viewText(m_domain));
-        record.relativePath = borrowed(m_cursor.viewText(m_path));
-        if (record.domain.isEmpty() || m_file < 0 || m_cursor.isNull(m_file))
+        record.domain = borrowed(m_cursor->viewText(m_domain));
+        record.relativePath = borrowed(m_cursor->viewText(m_path));
+        if (record.domain.isEmpty())
             return true;
-        const QByteArrayView blob = m_cursor.viewBlob(m_file);
+        const QByteArrayView blob = m_cursor->viewBlob(m_file);
         if (m_descriptorKey.isEmpty() || isPlist(blob))
             return m_reader.read(blob, record);
         return m_reader.read(MBDBParser::decryptFileDesc(blob, m_descriptorKey), record);
     }
 
 private:
-    Sqlite3Cursor m_cursor;
+    const Sqlite3Cursor *m_cursor;
     int m_domain;
     int m_path;
     int m_file;
     QByteArray m_descriptorKey;
     ArchivedRecordReader m_reader;
 };
+
+void requireFiles(const Sqlite3DB &db)
+{
+    if (!db.hasTable(filesTable))
+        throw unreadable(QStringLiteral("can not read %1. It has no table %2.").arg(db.name(), filesTable));
+    const QSet<QString> columns = db.tbCols(filesTable);
+    for (const QString &column : {domainColumn, pathColumn})
+        if (!columns.contains(column.toLower()))
+            throw unreadable(QStringLiteral("can not read %1. Its table %2 has no column %3.")
+                                 .arg(db.name(), filesTable, column));
+}
+
+/// How many entries an index of the table has: an emptied page of the table is no damage to SQLite. Takes a
+/// hundredth of the time that the rows take; a look at every page of the file would take as long as they do.
+/// Without an index it is the rows themselves.
+qint64 countFiles(const Sqlite3DB &db)
+{
+    Sqlite3Cursor row = db.queryThrow(QStringLiteral("select count(*) from %1").arg(filesTable));
+    return row.moveNext() ? row.getInt64(0) : 0;
+}
 } // namespace
 
 CatalogueLoader::CatalogueLoader(FileCatalogue &catalogue, Progress &progress)
@@ -110,41 +132,68 @@ Report CatalogueLoader::loadDatabase(const QString &path, const QByteArray &pass
     db.openForeign({path, m_name}, SqliteOpen::Immutable);
     if (!db.damage().isEmpty())
         tellDamage(db.damage());
-    if (!db.hasTable(QStringLiteral("Files")))
-        throw unreadable(QStringLiteral("can not read %1. It has no table Files.").arg(m_name));
+    requireFiles(db);
     QByteArray key = descriptorKey(db, password);
     const WipedAtEnd wiped(key);
-    readRows(db, key);
+    readFiles(db, key);
     return m_report;
 }
 
-void CatalogueLoader::readRows(const Sqlite3DB &db, const QByteArray &descriptorKey)
+void CatalogueLoader::readFiles(const Sqlite3DB &db, const QByteArray &descriptorKey)
 {
-    FileRows rows(db, descriptorKey);
-    FileRecord record;
-    const auto next = [&] {
-        try {
-            return rows.next();
-        } catch (const Error &error) {
-            endEarly(error);
-            return false;
-        }
-    };
-    while (next()) {
-        countRow();
-        try {
-            if (!rows.read(record))
-                leaveOut("IDS_ISSUE_FILE_RECORDS_DAMAGED");
-            if (!rows.isPlaced(record)) {
-                leaveOut("IDS_ISSUE_CATALOGUE_ROWS_DAMAGED", QStringLiteral("A domain or a path is missing."));
-                continue;
+    const PrepareRows prepare = [&](const Sqlite3Cursor &cursor) {
+        return [this, row = FileRow(cursor, descriptorKey)]() mutable {
+            countRow();
+            FileRecord record;
+            try {
+                if (!row.read(record))
+                    leaveOut("IDS_ISSUE_FILE_RECORDS_DAMAGED");
+            } catch (const Error &error) {
+                leaveOut("IDS_ISSUE_CATALOGUE_ROWS_DAMAGED", error.sentence());
+                return;
             }
-        } catch (const Error &error) {
-            leaveOut("IDS_ISSUE_CATALOGUE_ROWS_DAMAGED", error.sentence());
-            continue;
-        }
-        insert(record);
+            if (row.isPlaced(record))
+                insert(record);
+            else
+                leaveOut("IDS_ISSUE_CATALOGUE_ROWS_DAMAGED",
+                         QStringLiteral("A domain or a path is missing."));
+        };
+    };
+    Report ofTable;
+    const RowsRead read =
+        readRows(db, {.table = filesTable, .columns = {domainColumn, pathColumn}, .optional = {recordColumn}},
+                 ofTable, prepare);
+    if (!read.isWhole)
+        tellLost(read.lost, ofTable.issues().first().reason);
+    else
+        compareWithIndex(db, read.rows);
+}
+
+void CatalogueLoader::compareWithIndex(const Sqlite3DB &db, qint64 rows)
+{
+    qint64 lost = 0;
+    QString reason = QStringLiteral("Its rows and their index do not match.");
+    try {
+        const qint64 entries = countFiles(db);
+        if (entries == rows)
+            return;
+        lost = std::max<qint64>(entries - rows, 0);
+    } catch (const Error &error) {
+        if (error.kind() != ErrorKind::Damaged)
+            throw;
+        reason = db.lastMessage();
     }
+    tellLost(lost, reason);
+}
+
+/// `count` is 0 where nobody can tell how many.
+void CatalogueLoader::tellLost(qint64 count, const QString &reason)
+{
+    if (count == 0 || m_catalogue.size() == 0)
+        endEarly(unreadable(QStringLiteral("can not read %1. %2").arg(m_name, reason)));
+    else
+        m_report.add(
+            {.what = "IDS_ISSUE_CATALOGUE_ROWS_DAMAGED", .where = m_name, .count = count, .reason = reason});
 }
 
 Report CatalogueLoader::loadMbdb(const QString &path)
@@ -167,7 +216,8 @@ void CatalogueLoader::insert(const FileRecord &record)
 {
     if (record.domain.isEmpty()) {
         if (!record.relativePath.isEmpty())
-            m_report.add({.kind = IssueKind::LeftOut, .what = "IDS_ISSUE_ENTRIES_WITHOUT_DOMAIN", .where = m_name});
+            m_report.add(
+                {.kind = IssueKind::LeftOut, .what = "IDS_ISSUE_ENTRIES_WITHOUT_DOMAIN", .where = m_name});
         return;
     }
     // What lies behind the end of a file that was cut off within a page is read as zeros.

@@ -8,13 +8,14 @@
 
 /// No device has longer paths.
 inline constexpr qsizetype longestPath = 4096;
-/// No device nests folders as deep. The tree has a node for each folder of a path, so that 80 MB of paths with two
-/// thousand folders each would take a gigabyte of them.
+/// No device nests folders as deep. The tree has a node for each folder of a path, so that 80 MB of paths
+/// with two thousand folders each would take a gigabyte of them.
 inline constexpr qsizetype deepestPath = 256;
 
 /// Reads the file records of either layout into a catalogue. Rows that cannot be used are left out and
-/// reported. When the database or file turns out to be damaged in the middle, what was read before is kept,
-/// since it is what is left of somebody's data.
+/// reported. Of a damaged database the rows of every good page are read, of a damaged file what stands before
+/// the damage, since it is what is left of somebody's data: the rows that are lost are
+/// IDS_ISSUE_CATALOGUE_ROWS_DAMAGED when it is known how many, else IDS_ISSUE_CATALOGUE_DAMAGED.
 class CatalogueLoader
 {
 public:
@@ -34,7 +35,9 @@ private:
     Report m_report;
     qint64 m_rows = 0;
 
-    void readRows(const class Sqlite3DB &db, const QByteArray &descriptorKey);
+    void readFiles(const class Sqlite3DB &db, const QByteArray &descriptorKey);
+    void compareWithIndex(const class Sqlite3DB &db, qint64 rows);
+    void tellLost(qint64 count, const QString &reason);
     void insert(const FileRecord &record);
     void countRow();
     void leaveOut(const char *what, const QString &reason = {});

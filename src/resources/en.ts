@@ -1299,8 +1299,8 @@ What the window does, quillbarrow-cli does without one: see quillbarrow-cli --he
     <message numerus="yes">
         <source>IDS_ISSUE_CATALOGUE_DAMAGED</source>
         <translation>
-            <numerusform>%n list of files, %1, is damaged, and what stands behind the damage is missing: %2</numerusform>
-            <numerusform>%n lists of files, %1, are damaged, and what stands behind the damage is missing: %2</numerusform>
+            <numerusform>%n list of files, %1, is damaged, and entries of it may be missing: %2</numerusform>
+            <numerusform>%n lists of files, %1, are damaged, and entries of them may be missing: %2</numerusform>
         </translation>
     </message>
     <message numerus="yes">
