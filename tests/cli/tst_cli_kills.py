@@ -176,7 +176,9 @@ class Kills(Case):
                 with self.subTest(number=number, how=how.name):
                     place = self.place(f"window-{number}-{how.name}")
                     ended, _ = place.run([WINDOW, "use", place.backup, place.target], number, int(how))
-                    self.assertIn(ended.returncode, (-how, 128 + how), ended.stderr)
+                    # How often the window writes depends on its timing, so the last moment may be too late.
+                    if (ended.returncode, ended.stdout) != (0, b"done\n"):
+                        self.assertIn(ended.returncode, (-how, 128 + how), ended.stderr)
                     if how == signal.SIGTERM:
                         self.check_backup(place)
                         self.assertEqual(self.private_folders(place), [])
