@@ -7,6 +7,7 @@
 #include "cli/message_source.h"
 #include "cli/password.h"
 #include "cli/personal_command.h"
+#include "messages/attachment_content.h"
 #include "personal/data_class.h"
 
 #include <CLI/CLI.hpp>
@@ -41,13 +42,16 @@ ExitStatus showMessages(const ShowRequest &request, const PasswordOption &passwo
     loadMessagesOf(*messages.database, request.chats, request.source, context.progress);
     context.progress.clear();
     QByteArray line;
-    for (const MessageRef &ref : messages.database->select(request.chats, INT64_MIN, INT64_MAX)) {
+    const std::vector<MessageRef> selected = messages.database->select(request.chats, INT64_MIN, INT64_MAX);
+    for (const MessageRef &ref : selected) {
         context.progress.check();
         line.resize(0);
         appendMessageLine(line, ref, *messages.files);
         context.out.write(line);
     }
-    return context.report(messages.report());
+    Report report = messages.report();
+    noteLostContent(report, selected, messages.files.get());
+    return context.report(report);
 }
 } // namespace
 

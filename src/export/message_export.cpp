@@ -11,6 +11,7 @@
 #include "export/export_messages_txt.h"
 #include "export/files_folder.h"
 #include "export/printed_attachments.h"
+#include "messages/attachment_content.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -106,6 +107,7 @@ public:
         sortForExport(messages);
         Format writer(m_target);
         run(writer, messages, m_target);
+        noteLostContent(m_exported.report, messages, m_source);
     }
 
     void toDatabase(std::vector<MessageRef> messages)

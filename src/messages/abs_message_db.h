@@ -29,6 +29,9 @@ public:
     /// The number of messages that are listed: those of a conversation once for each that they are in, those
     /// of none once.
     virtual qint64 countMessages() = 0;
+    /// For a database that is counted but not loaded: notes the attachments of the listed messages whose
+    /// content the source lists and has lost.
+    virtual void checkContent() {}
     /// Messages of one conversation, by chat row id.
     virtual std::unordered_map<qint64, qint64> countMessagesByChat() = 0;
     /// Fills the chat and handle maps.
@@ -74,7 +77,8 @@ protected:
 std::unique_ptr<AbsMessageDb> openMessageDb(FileSource &source);
 
 /// The number of messages that are listed of an opened backup. What is damaged goes into the report: of the
-/// tables that counting looks at, else of the database. Throws Error as openMessageDb() does.
+/// tables that counting looks at, else of the database, and attachments that have lost their content. Throws
+/// Error as openMessageDb() does.
 qint64 countMessages(FileSource &source, Report &report);
 
 /// Opens one message database file of a device. `source`, which may be null, has its attachments and the

@@ -6,6 +6,8 @@
 #include <QDateTime>
 #include <QFileInfo>
 
+#include <unordered_set>
+
 bool isLocal(const _MsgAttachment &attachment)
 {
     return !attachment.local_path.isEmpty() && QFileInfo(attachment.local_path).isFile();
@@ -42,6 +44,22 @@ std::optional<Issue> lossOf(const _MsgAttachment &attachment, const FileSource *
     if (source && !attachment.source.isNull() && source->lists(attachment.source))
         return loss(IssueKind::Damaged, "IDS_ISSUE_ATTACHMENTS_LOST");
     return loss(IssueKind::Absent, "IDS_ISSUE_ATTACHMENTS_ABSENT");
+}
+
+void noteLostContent(Report &report, const _MsgAttachment &attachment, const FileSource *source)
+{
+    const std::optional<Issue> loss = lossOf(attachment, source);
+    if (loss && loss->kind == IssueKind::Damaged)
+        report.add(*loss);
+}
+
+void noteLostContent(Report &report, const std::vector<MessageRef> &messages, const FileSource *source)
+{
+    std::unordered_set<const _MsgAttachment *> seen;
+    for (const MessageRef &ref : messages)
+        for (const _MsgAttachment *attachment : ref.message->attachments)
+            if (seen.insert(attachment).second)
+                noteLostContent(report, *attachment, source);
 }
 
 void addFailure(Report &report, const _MsgAttachment &attachment, const Error &error)

@@ -22,6 +22,11 @@ QString placeOf(const _MsgAttachment &attachment);
 /// has lost it, or keeps it locked. Nothing when there is hope.
 std::optional<Issue> lossOf(const _MsgAttachment &attachment, const FileSource *source);
 
+/// Notes an attachment whose content `source` lists and has lost.
+void noteLostContent(Report &report, const _MsgAttachment &attachment, const FileSource *source);
+/// The same for those of messages, each once.
+void noteLostContent(Report &report, const std::vector<MessageRef> &messages, const FileSource *source);
+
 /// Notes that the content could not be read, or could not be written where it was to go.
 void addFailure(Report &report, const _MsgAttachment &attachment, const Error &error);
 

@@ -1,6 +1,7 @@
 #include "messages/ios5_message_db.h"
 
 #include "base/apple_time.h"
+#include "messages/attachment_content.h"
 #include "messages/derived_identity.h"
 #include "messages/listed_texts.h"
 #include "messages/record_columns.h"
@@ -136,6 +137,17 @@ qint64 IOS5MessageDb::countMessages()
         Sqlite3Cursor cursor = m_db.queryThrow(QStringLiteral("select count(*) from message not indexed"));
         return cursor.moveNext() ? cursor.getInt64(0) : qint64(0);
     });
+}
+
+// Their attachments stand in lists and parts of messages, and these databases are small.
+void IOS5MessageDb::checkContent()
+{
+    NoProgress progress;
+    loadChats();
+    loadMessages(0, progress);
+    noteLostContent(m_report,
+                    select({}, std::numeric_limits<qint64>::min(), std::numeric_limits<qint64>::max()),
+                    m_source);
 }
 
 std::unordered_map<qint64, qint64> IOS5MessageDb::countMessagesByChat()

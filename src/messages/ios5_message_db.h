@@ -17,6 +17,7 @@ public:
 
     int kind() const override { return 5; }
     qint64 countMessages() override;
+    void checkContent() override;
     std::unordered_map<qint64, qint64> countMessagesByChat() override;
     void loadMessages(qint64 chatId, Progress &progress) override;
 

@@ -1,5 +1,6 @@
 #include "messages/ios6_message_db.h"
 
+#include "messages/attachment_content.h"
 #include "messages/message_columns.h"
 #include "personal/ios_contacts_mem_db.h"
 
@@ -110,6 +111,28 @@ qint64 IOS6MessageDb::countListed()
     if (listsThoseOfNoChat())
         count += number(QStringLiteral("select count(*) from message as m where ") + ofNoChat + usualItems());
     return count;
+}
+
+void IOS6MessageDb::checkContent()
+{
+    if (!hasTable(QStringLiteral("attachment")) || !hasTable(QStringLiteral("message_attachment_join")))
+        return;
+    const QString sql =
+        QStringLiteral("select a.rowid, a.* from attachment as a where a.rowid in (select attachment_id from "
+                       "message_attachment_join where message_id in (select message_id from (%1)))")
+            .arg(listedMessages());
+    aroundDamage([&] {
+        Report lost;
+        forEachRow(Listing::Extra, sql, [&](const Sqlite3Cursor &cursor) {
+            return [&, columns = attachmentColumns(cursor)]() mutable {
+                _MsgAttachment attachment;
+                columns.fill(attachment);
+                placeAttachment(attachment);
+                noteLostContent(lost, attachment, m_source);
+            };
+        });
+        m_report.merge(lost);
+    });
 }
 
 std::unordered_map<qint64, qint64> IOS6MessageDb::countMessagesByChat()

@@ -16,6 +16,7 @@ public:
 
     int kind() const override { return 6; }
     qint64 countMessages() override;
+    void checkContent() override;
     std::unordered_map<qint64, qint64> countMessagesByChat() override;
     void loadChats() override;
     void loadMessages(qint64 chatId, Progress &progress) override;

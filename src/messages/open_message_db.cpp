@@ -34,6 +34,7 @@ qint64 countMessages(FileSource &source, Report &report)
 {
     const std::unique_ptr<AbsMessageDb> messages = openMessageDb(source);
     const qint64 count = messages->countMessages();
+    messages->checkContent();
     report.merge(messages->report());
     return count;
 }

@@ -12,7 +12,7 @@ import subprocess
 import urllib.parse
 import zoneinfo
 
-from command_line import APPLE_EPOCH, PASSWORD, Case, file_id, main, run, stored, tree
+from command_line import APPLE_EPOCH, PASSWORD, Case, file_id, main, mbdb_records, modern_records, run, stored, tree
 
 CHAT_KEYS = ["rowid", "guid", "chat_identifier", "name", "display_name", "service_name", "style", "last", "handles",
              "message_count"]
@@ -217,6 +217,29 @@ class Show(Case):
                 self.assertEqual({json.loads(line)["rowid"] for line in ended.stdout.splitlines()}, rowids)
         problems = json.loads(run("info", self.folder / "without a chat", "--json").stdout)["problems"]
         self.assertRegex(" ".join(problems), "conversation that is missing")
+
+    def test_attachments_whose_content_is_gone(self):
+        for options in (("--ios", "12"), ("--ios", "5", "--layout", "mbdb")):
+            backup = self.folder / f"{options[1]} without pictures"
+            shutil.copytree(self.sample(*options), backup)
+            listed = modern_records(backup) if options[1] == "12" else mbdb_records(backup)
+            gone = [record for record, (_, path, mode, *_) in listed.items()
+                    if path.startswith(("Library/SMS/Attachments/", "Media/Library/SMS/")) and mode & 0x8000
+                    and stored(backup, record).exists()]
+            self.assertGreater(len(gone), 3)
+            for record in gone:
+                stored(backup, record).unlink()
+            names = None
+            for number, arguments in enumerate((("show", "messages", backup), ("info", backup),
+                                                ("export", "messages", backup, "--format", "text", "-o", self.folder / "a.txt"),
+                                                ("export", "messages", backup, "--format", "csv", "-o", self.folder / "a.csv"),
+                                                ("export", "messages", backup, "--format", "html", "-o", self.folder / "a"))):
+                with self.subTest(ios=options[1], command=arguments[0], number=number):
+                    ended = run(*arguments)
+                    told = re.findall(r": (\d+) attachments are listed by the backup, which has lost", ended.stderr.decode())
+                    self.assertEqual((ended.returncode, len(told)), (1, 1), ended.stderr)
+                    names = names or told
+                    self.assertEqual(told, names)
 
     def test_database_that_breaks_off_shows_what_it_has_and_fails(self):
         backup = self.folder / "broken in the middle"
