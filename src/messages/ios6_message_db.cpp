@@ -234,12 +234,13 @@ void IOS6MessageDb::loadMessages(qint64 chatId, Progress &progress)
 {
     // A load that is stopped half way leaves lists that are in order as far as they go.
     const auto inOrder = qScopeGuard([&] { sortMessages(chatId); });
+    const qsizetype hiddenBefore = m_hiddenItems.size();
     aroundDamage([&] { readConversation(chatId, progress); });
+    tellHidden(hiddenBefore, chatId);
 }
 
 void IOS6MessageDb::readConversation(qint64 chatId, Progress &progress)
 {
-    const qsizetype hiddenBefore = m_hiddenItems.size();
     readMessages(
         QStringLiteral("select j.chat_id, m.* from chat_message_join as j inner join message as m on "
                        "j.message_id = m.rowid") +
@@ -250,7 +251,6 @@ void IOS6MessageDb::readConversation(qint64 chatId, Progress &progress)
                      progress);
     if (hasTable(QStringLiteral("attachment")) && hasTable(QStringLiteral("message_attachment_join")))
         readAttachments(chatId, progress);
-    tellHidden(hiddenBefore, chatId);
 }
 
 // Of a table that could not be read to its end nobody knows in which conversation the rest stands.

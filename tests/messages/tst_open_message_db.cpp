@@ -236,7 +236,9 @@ void TestOpenMessageDb::damagedTables()
     Sqlite3DB db;
     db.openThrow(path, SqliteOpen::ReadWrite);
     QVERIFY(db.exec(
-        QStringLiteral("insert into handle(id) values('x'); insert into chat_handle_join values(1, 1)")));
+        QStringLiteral("insert into handle(id) values('x'); insert into chat_handle_join values(1, 1);"
+                       "insert into message(ROWID, item_type) values(9000, 2); "
+                       "insert into chat_message_join values(1, 9000)")));
     db.close();
     destroyPage(path, rootPageOf(path, table));
 
@@ -250,6 +252,7 @@ void TestOpenMessageDb::damagedTables()
     QCOMPARE(failure.isEmpty(), readable);
     if (readable) {
         QCOMPARE(messages->messageCount(), 2000u);
+        QCOMPARE(messages->report().count("IDS_ISSUE_SYSTEM_ITEMS"), 1);
         QVERIFY(messages->report().isFailure());
     } else {
         QVERIFY(failure.contains(path));
