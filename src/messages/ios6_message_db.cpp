@@ -61,12 +61,13 @@ QString IOS6MessageDb::listedMessages() const
     return sql + usualItems();
 }
 
-// The rest of a condition that leaves out what the scope does not have.
+// The rest of a condition that leaves out what the scope does not have. What is no number counts as 0, as it
+// does where the rows are read.
 QString IOS6MessageDb::usualItems() const
 {
     const bool leavesOut =
         m_scope == Scope::Usual && hasColumn(QStringLiteral("message"), QStringLiteral("item_type"));
-    return leavesOut ? QStringLiteral(" and ifnull(m.item_type, 0) = 0") : QString();
+    return leavesOut ? QStringLiteral(" and ifnull(cast(m.item_type as integer), 0) = 0") : QString();
 }
 
 // Of a message whose conversation cannot be read nobody knows that it stood in none.
@@ -279,7 +280,7 @@ void IOS6MessageDb::readMessages(const QString &sql, Join join, Progress &progre
                 rowid = cursor.columnIndex(QStringLiteral("rowid")),
                 itemType = cursor.columnIndex(QStringLiteral("item_type"))]() mutable {
             watch.row();
-            if (m_scope == Scope::Usual && cursor.getInt(itemType) != 0) {
+            if (m_scope == Scope::Usual && cursor.getInt64(itemType) != 0) {
                 m_hiddenItems.insert(cursor.getInt64(rowid));
                 return;
             }

@@ -187,10 +187,12 @@ void TestIos6MessageDb::systemItems()
     made.message(1, 1, 1, QStringLiteral("text"));
     made.message(2, 1, 2, {}, QStringLiteral("item_type"), QStringLiteral("4"));
     made.message(3, 1, 3, {}, QStringLiteral("item_type"), QStringLiteral("2"));
+    made.message(4, 1, 4, QStringLiteral("of no type"), QStringLiteral("item_type"), QStringLiteral("'NaN'"));
+    made.message(5, 1, 5, QStringLiteral("of no type"), QStringLiteral("item_type"), QStringLiteral("x'41'"));
     IOS6MessageDb &db = load();
-    QCOMPARE(db.countMessages(), 1);
-    QCOMPARE(db.countMessagesByChat().at(1), 1);
-    QCOMPARE(rowids(db.chat(1)->messages), std::vector<qint64>{1});
+    QCOMPARE(db.countMessages(), 3);
+    QCOMPARE(db.countMessagesByChat().at(1), 3);
+    QCOMPARE(rowids(db.chat(1)->messages), (std::vector<qint64>{1, 4, 5}));
     QCOMPARE(db.report().issues(), QList<Issue>{hidden("IDS_ISSUE_SYSTEM_ITEMS", 2)});
     db.loadMessages(1, m_progress);
     QCOMPARE(db.report().count(IssueKind::Hidden), 2);
