@@ -10,6 +10,7 @@
 #include "cli/password.h"
 #include "personal/media_items.h"
 #include "personal/media_names.h"
+#include "personal/stored_date.h"
 
 #include <QDir>
 
@@ -63,7 +64,7 @@ void appendVoicemail(QByteArray &line, const FileCatalogue &catalogue, const Voi
     JsonWriter json(line);
     json.beginObject();
     json.field("rowid", item.rowid);
-    instant(json, "date", item.date.toSecsSinceEpoch());
+    instant(json, "date", unixSeconds(item.date));
     json.key("sender");
     if (item.sender.isEmpty())
         json.null();
@@ -79,7 +80,7 @@ void appendRecording(QByteArray &line, const FileCatalogue &catalogue, const Rec
 {
     JsonWriter json(line);
     json.beginObject();
-    instant(json, "date", item.date.toSecsSinceEpoch());
+    instant(json, "date", unixSeconds(item.date));
     json.field("duration", item.duration);
     filePath(json, catalogue, item.file);
     json.endObject();

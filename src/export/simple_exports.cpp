@@ -35,8 +35,10 @@ QString freshUid()
 void writeICalendarEvent(TextFile &file, const CalendarEvent &event, const QDate &day)
 {
     file.writeLine(QStringLiteral("BEGIN:VEVENT"));
-    file.writeLine(QStringLiteral("DTSTART;VALUE=DATE:") + dayText(event, event.start_date));
-    file.writeLine(QStringLiteral("DTEND;VALUE=DATE:") + dayText(event, event.end_date));
+    if (event.start_date.isValid())
+        file.writeLine(QStringLiteral("DTSTART;VALUE=DATE:") + dayText(event, event.start_date));
+    if (event.end_date.isValid())
+        file.writeLine(QStringLiteral("DTEND;VALUE=DATE:") + dayText(event, event.end_date));
     file.writeLine(QStringLiteral("DTSTAMP:%1T000000Z").arg(day.toString(QStringLiteral("yyyyMMdd"))));
     if (!event.rrule.isEmpty())
         file.writeLine(QStringLiteral("RRULE:") + event.rrule);
@@ -111,7 +113,9 @@ QString noteFileName(const NoteEntry &note)
     constexpr qsizetype longestTitle = 20;
     static const QRegularExpression forbidden(QStringLiteral("[\\\\/:*?\"<>|\\n\\r\\t\\x00]+"));
     const QString title = firstCharacters(QString(note.title).remove(forbidden), longestTitle);
-    const QString key = note.create_date.toLocalTime().toString(QStringLiteral("yyyyMMdd-hhmmss"));
+    const QString key = note.create_date.isValid()
+                            ? note.create_date.toLocalTime().toString(QStringLiteral("yyyyMMdd-hhmmss"))
+                            : QStringLiteral("undated");
     return key + QLatin1Char('-') + title + QStringLiteral(".html");
 }
 

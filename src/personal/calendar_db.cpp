@@ -1,9 +1,9 @@
 #include "personal/calendar_db.h"
 
 #include "backup/device_database.h"
-#include "base/apple_time.h"
 #include "base/error.h"
 #include "base/report.h"
+#include "personal/stored_date.h"
 #include "sqlite/read_rows.h"
 
 #include <QCryptographicHash>
@@ -18,21 +18,6 @@
 #include <vector>
 
 namespace {
-QDateTime instantOfApple(int appleSecondsValue)
-{
-    return QDateTime::fromSecsSinceEpoch(unixFromApple(appleSecondsValue), Qt::UTC);
-}
-
-QDateTime instantOfUnix(qint64 seconds)
-{
-    return QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC);
-}
-
-qint64 unixOf(const QDateTime &date)
-{
-    return date.toMSecsSinceEpoch() / 1000;
-}
-
 /// The side tables of the events, each read in one pass.
 struct SideTables
 {
@@ -152,7 +137,7 @@ void tellUnread(const Sqlite3DB &db, const QSet<qint64> &events, Report &report)
     }
 }
 
-CalendarEvent eventOf(const Sqlite3Cursor &row, const SideTables &side)
+CalendarEvent eventOf(const Sqlite3Cursor &row, const SideTables &side, const QString &where, Report &report)
 {
     CalendarEvent event;
     event.id = row.getInt64(0);
@@ -161,8 +146,8 @@ CalendarEvent eventOf(const Sqlite3Cursor &row, const SideTables &side)
     event.summary = row.getText(Summary);
     event.description = row.getText(Description);
     event.tz = row.getText(Zone);
-    event.start_date = instantOfApple(row.getInt(Start));
-    event.end_date = instantOfApple(row.getInt(End));
+    event.start_date = storedDate(row, Start, Epoch::Apple, where, report);
+    event.end_date = storedDate(row, End, Epoch::Apple, where, report);
     event.all_day = row.getInt(AllDay);
     event.url = row.getText(Url);
     for (const QString &title : side.locations.value(event.id))
@@ -228,14 +213,15 @@ struct StoredSides
     QHash<qint64, QList<CalendarReminder>> reminders; // by event
 };
 
-CalendarEvent storedEventOf(const Sqlite3Cursor &row, const StoredSides &sides)
+CalendarEvent storedEventOf(const Sqlite3Cursor &row, const StoredSides &sides, const QString &where,
+                            Report &report)
 {
     CalendarEvent event;
     event.id = row.getInt64(0);
     event.calendar = sides.calendars.value(row.getInt64(1));
     event.tz = row.getText(2);
-    event.start_date = instantOfUnix(row.getInt64(3));
-    event.end_date = instantOfUnix(row.getInt64(4));
+    event.start_date = storedDate(row, 3, Epoch::Unix, where, report);
+    event.end_date = storedDate(row, 4, Epoch::Unix, where, report);
     event.summary = row.getText(5);
     event.description = row.getText(6);
     event.url = row.getText(7);
@@ -283,7 +269,7 @@ QList<CalendarEvent> IOSCalendarDb::readAll(Scope scope, Report &report)
                 report.add({.kind = IssueKind::Hidden, .what = why});
                 return;
             }
-            CalendarEvent event = eventOf(row, side);
+            CalendarEvent event = eventOf(row, side, m_db.name(), report);
             listed.insert(event.id);
             const qint64 calendar = row.getInt64(CalendarId);
             const auto rules = side.recurrences.value(event.id, {{0, 0}});
@@ -319,7 +305,7 @@ QList<CalendarEvent> LocalCalendarsDb::readAll(Report &report)
     const StoredSides sides(m_db, report);
     std::vector<StoredEvent> found;
     readRows(m_db, storedEventRows, report, [&](const Sqlite3Cursor &row) {
-        return [&] { found.push_back({row.getInt64(1), storedEventOf(row, sides)}); };
+        return [&] { found.push_back({row.getInt64(1), storedEventOf(row, sides, m_db.name(), report)}); };
     });
     std::sort(found.begin(), found.end(), [](const StoredEvent &a, const StoredEvent &b) {
         if (const int names = a.event.calendar.toUtf8().compare(b.event.calendar.toUtf8()); names != 0)
@@ -335,7 +321,7 @@ QList<CalendarEvent> LocalCalendarsDb::readAll(Report &report)
 
 QString LocalCalendarsDb::hashOf(const CalendarEvent &event)
 {
-    const quint32 start = qToLittleEndian(static_cast<quint32>(unixOf(event.start_date)));
+    const quint32 start = qToLittleEndian(static_cast<quint32>(unixSeconds(event.start_date)));
     QCryptographicHash hash(QCryptographicHash::Md5);
     hash.addData(QByteArrayView(reinterpret_cast<const char *>(&start), sizeof start));
     hash.addData(event.summary.section(QLatin1Char('\n'), 0, 0).toUtf8());
@@ -361,38 +347,31 @@ LocalCalendarsDb::Saved LocalCalendarsDb::save(const CalendarEvent &event)
 {
     const qint64 calendar = calendarId(event);
     const QString hash = hashOf(event);
-    Sqlite3Cursor &there = m_db.cachedThrow(
-        Sqlite3Sql(
-            QStringLiteral("select _id,(coalesce(tz,''),end_date,summary,coalesce(description,''),"
-                           "coalesce(rrule,''),all_day,coalesce(url,'')) is not (?3,?4,?5,?6,?7,?8,?9) "
-                           "from events where calendar_id=?1 and hash=?2"))
-            .addInt64Param(calendar)
-            .addTextParam(hash)
-            .addTextParam(event.tz)
-            .addInt64Param(unixOf(event.end_date))
-            .addTextParam(event.summary)
-            .addTextParam(event.description)
-            .addTextParam(event.rrule)
-            .addIntParam(event.all_day)
-            .addTextParam(event.url));
+    Sqlite3Sql same(
+        QStringLiteral("select _id,(coalesce(tz,''),end_date,summary,coalesce(description,''),"
+                       "coalesce(rrule,''),all_day,coalesce(url,'')) is not (?3,?4,?5,?6,?7,?8,?9) "
+                       "from events where calendar_id=?1 and hash=?2"));
+    same.addInt64Param(calendar).addTextParam(hash).addTextParam(event.tz);
+    Sqlite3Cursor &there = m_db.cachedThrow(addDate(same, event.end_date)
+                                                .addTextParam(event.summary)
+                                                .addTextParam(event.description)
+                                                .addTextParam(event.rrule)
+                                                .addIntParam(event.all_day)
+                                                .addTextParam(event.url));
     if (there.moveNext())
         return {there.getInt64(0), true, there.getInt(1) != 0};
-    m_db.executeCachedThrow(
-        Sqlite3Sql(
-            QStringLiteral(
-                "insert into events(calendar_id,tz,start_date,end_date,summary,description,rrule,all_day,"
-                "hash,src_id,url) values(?,?,?,?,?,?,?,?,?,?,?)"))
-            .addInt64Param(calendar)
-            .addTextParam(event.tz)
-            .addInt64Param(unixOf(event.start_date))
-            .addInt64Param(unixOf(event.end_date))
-            .addTextParam(event.summary)
-            .addTextParam(event.description)
-            .addTextParam(event.rrule)
-            .addIntParam(event.all_day)
-            .addTextParam(hash)
-            .addTextParam(event.src_id)
-            .addTextParam(event.url));
+    Sqlite3Sql insert(
+        QStringLiteral("insert into events(calendar_id,tz,start_date,end_date,summary,description,rrule,"
+                       "all_day,hash,src_id,url) values(?,?,?,?,?,?,?,?,?,?,?)"));
+    insert.addInt64Param(calendar).addTextParam(event.tz);
+    m_db.executeCachedThrow(addDate(addDate(insert, event.start_date), event.end_date)
+                                .addTextParam(event.summary)
+                                .addTextParam(event.description)
+                                .addTextParam(event.rrule)
+                                .addIntParam(event.all_day)
+                                .addTextParam(hash)
+                                .addTextParam(event.src_id)
+                                .addTextParam(event.url));
     const qint64 id = m_db.lastInsertId();
     for (const CalendarReminder &reminder : event.reminders)
         m_db.executeCachedThrow(

@@ -2,17 +2,18 @@
 
 #include "backup/device_database.h"
 #include "backup/file_record.h"
-#include "base/apple_time.h"
 #include "base/error.h"
 #include "base/report.h"
 #include "personal/contact_functions.h"
 #include "personal/home_country.h"
 #include "personal/number_names.h"
+#include "personal/stored_date.h"
 #include "sqlite/read_rows.h"
 
 #include <QHash>
 
 #include <algorithm>
+#include <limits>
 
 namespace {
 const SourceFile olderFile{QStringLiteral("WirelessDomain"),
@@ -27,12 +28,13 @@ QString fileIdOf(const SourceFile &file)
     return QString::fromLatin1(fileId(file.domain.toUtf8(), file.relativePath.toUtf8()));
 }
 
-QDateTime instant(qint64 unixSeconds)
+/// Where a call stands among the others: dates may have fractions of seconds, those without stand last.
+double orderOf(const CallEntry &call, double stored)
 {
-    return QDateTime::fromSecsSinceEpoch(unixSeconds, Qt::UTC);
+    return call.date.isValid() ? stored : std::numeric_limits<double>::lowest();
 }
 
-/// Puts the newest first, as the database would: dates may have fractions of seconds.
+/// Puts the newest first, as the database would.
 QList<CallEntry> newestFirst(QList<std::pair<double, CallEntry>> dated)
 {
     std::stable_sort(dated.begin(), dated.end(),
@@ -49,7 +51,7 @@ QList<CallEntry> newestFirst(QList<std::pair<double, CallEntry>> dated)
 QString identityOf(const CallEntry &call)
 {
     return QStringLiteral("%1 %2 %3")
-        .arg(call.date.toSecsSinceEpoch())
+        .arg(unixSeconds(call.date))
         .arg(call.type)
         .arg(numberSuffix(call.address));
 }
@@ -134,14 +136,14 @@ QList<CallEntry> IOS5CallsDbCore::readAll(Report &report)
                                  QStringLiteral("assisted"), QStringLiteral("face_time_data"),
                                  QStringLiteral("originalAddress"), QStringLiteral("answered")}};
     m_db.requireTable(rows.table);
-    const int version = clientVersion(report);
     const bool hasAnswered = m_db.tbCols(rows.table).contains(QStringLiteral("answered"));
+    const int version = clientVersion(report);
     QList<std::pair<double, CallEntry>> calls;
     readRows(m_db, rows, report, [&](const Sqlite3Cursor &row) {
         return [&] {
             CallEntry call;
             call.address = row.getText(1);
-            call.date = instant(row.getInt64(2));
+            call.date = storedDate(row, 2, Epoch::Unix, m_db.name(), report);
             call.duration = row.getInt(3);
             call.name = row.getText(5);
             call.country_code = row.getText(6);
@@ -153,7 +155,8 @@ QList<CallEntry> IOS5CallsDbCore::readAll(Report &report)
             call.answered = row.getInt(12);
             call.type =
                 static_cast<int>(typeOfFlags(row.getInt(4), hasAnswered, call.answered != 0, version));
-            calls.append({row.getDouble(2), std::move(call)});
+            const double order = orderOf(call, row.getDouble(2));
+            calls.append({order, std::move(call)});
         };
     });
     return newestFirst(std::move(calls));
@@ -178,7 +181,7 @@ QList<CallEntry> IOS8CallsDbCore::readAll(Report &report)
         return [&] {
             CallEntry call;
             call.address = row.getText(1); // a BLOB of the same bytes on some versions
-            call.date = instant(unixFromApple(row.getInt(2)));
+            call.date = storedDate(row, 2, Epoch::Apple, m_db.name(), report);
             call.duration = row.getInt(3);
             call.answered = row.getInt(4);
             call.name = row.getText(6);
@@ -191,7 +194,8 @@ QList<CallEntry> IOS8CallsDbCore::readAll(Report &report)
             call.unique_id = row.getText(13);
             const CallType incoming = call.answered != 0 ? CallType::Incoming : CallType::Missed;
             call.type = static_cast<int>(row.getInt(5) != 0 ? CallType::Outgoing : incoming);
-            calls.append({row.getDouble(2), std::move(call)});
+            const double order = orderOf(call, row.getDouble(2));
+            calls.append({order, std::move(call)});
         };
     });
     return newestFirst(std::move(calls));

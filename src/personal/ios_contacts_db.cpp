@@ -6,6 +6,7 @@
 #include "base/report.h"
 #include "personal/contact_side_tables.h"
 #include "personal/contact_words.h"
+#include "personal/stored_date.h"
 #include "sqlite/read_rows.h"
 
 #include <algorithm>
@@ -54,26 +55,14 @@ std::optional<ContactDataKind> kindOf(int property)
 
 constexpr int birthdayType = 3;
 
-// Beyond this a date has no year that could be written.
-constexpr qint64 farthestSeconds = 200'000'000'000;
-
-QString dateText(qint64 appleSecondsValue)
+/// False for what is no date, which is told; a null date is an absence.
+bool fillDate(ContactDataRow &row, const std::optional<QDateTime> &date, Report &report)
 {
-    const QDateTime date = QDateTime::fromSecsSinceEpoch(unixFromApple(appleSecondsValue), Qt::UTC);
-    return date.toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss"));
-}
-
-bool fillDate(ContactDataRow &row, qint64 appleSecondsValue, Report &report)
-{
-    if (appleSecondsValue > farthestSeconds || appleSecondsValue < -farthestSeconds) {
-        report.add({.kind = IssueKind::Damaged,
-                    .what = "IDS_ISSUE_DATES_DAMAGED",
-                    .where = peopleFile.display(),
-                    .reason = QString::number(appleSecondsValue)});
-        return false;
-    }
-    row.data(1) = dateText(appleSecondsValue);
-    return true;
+    if (date)
+        row.data(1) = date->toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss"));
+    else
+        noteBadDate(peopleFile.display(), report);
+    return date.has_value();
 }
 
 void addText(ContactRecord &record, ContactDataKind kind, const QString &text)
@@ -159,12 +148,12 @@ bool addBirthday(ContactRecord &record, const Sqlite3Cursor &row, Scope scope, R
     if (row.getText(Birthday).isEmpty())
         return true;
     // Zero stands for "none" on the device, and so does everything before it.
-    const qint64 seconds = row.getInt64(Birthday);
-    if (seconds <= 0 && scope == Scope::Usual)
+    const std::optional<QDateTime> date = storedDate(row, Birthday, Epoch::Apple);
+    if (date && unixSeconds(*date) <= appleEpochUnix && scope == Scope::Usual)
         return false;
     ContactDataRow event;
     event.data(2) = QString::number(birthdayType);
-    if (fillDate(event, seconds, report))
+    if (fillDate(event, date, report))
         record.rows[ContactDataKind::Event].append(std::move(event));
     return true;
 }
@@ -285,7 +274,7 @@ struct IOSContactsDb::Value
     int property;
     std::optional<qint64> label;
     QString text;
-    qint64 number;
+    std::optional<QDateTime> date; // of a property that is one
 };
 
 // One pass over each table: a statement for every person would walk the whole table again where it has no
@@ -317,7 +306,7 @@ void IOSContactsDb::readValues(Scope scope, Report &report)
             parts.fillInstantMessage(row, value.uid);
         else if (kind != ContactDataKind::Event)
             row.data(1) = value.text;
-        else if (!fillDate(row, value.number, report))
+        else if (!fillDate(row, value.date, report))
             return;
         value.person->rows[kind.value_or(ContactDataKind::Website)].append(std::move(row));
     };
@@ -333,9 +322,10 @@ void IOSContactsDb::readValues(Scope scope, Report &report)
                 ++ofNobody;
                 return;
             }
-            values.push_back({row.getInt64(0), row.getInt64(1), person, row.getInt(3),
+            const int property = row.getInt(3);
+            values.push_back({row.getInt64(0), row.getInt64(1), person, property,
                               row.isNull(4) ? std::nullopt : std::optional(row.getInt64(4)), row.getText(5),
-                              row.getInt64(5)});
+                              property == Date ? storedDate(row, 5, Epoch::Apple) : std::nullopt});
         };
     });
     // Around damage the rows come in any order.

@@ -1,6 +1,7 @@
 #include "personal/local_call_history_db.h"
 
 #include "base/report.h"
+#include "personal/stored_date.h"
 #include "sqlite/read_rows.h"
 
 #include <QCryptographicHash>
@@ -25,11 +26,6 @@ constexpr std::pair<const char *, const char *> laterColumns[] = {
     {"cn", "ALTER TABLE call ADD COLUMN cn TEXT;"},
     {"unique_id", "ALTER TABLE call ADD COLUMN unique_id TEXT;"},
 };
-
-qint64 secondsOf(const CallEntry &call)
-{
-    return call.date.toMSecsSinceEpoch() / 1000;
-}
 
 QByteArray littleEndian(qint64 value)
 {
@@ -73,7 +69,7 @@ QList<CallEntry> LocalCallHistoryDb::readAll(Report &report)
             CallEntry call;
             call.id = row.getInt64(0);
             call.address = row.getText(1);
-            call.date = QDateTime::fromSecsSinceEpoch(row.getInt64(2), Qt::UTC);
+            call.date = storedDate(row, 2, Epoch::Unix, m_db.name(), report);
             call.duration = row.getInt(3);
             call.type = row.getInt(4);
             call.person = row.getText(5);
@@ -102,7 +98,7 @@ QList<CallEntry> LocalCallHistoryDb::readAll(Report &report)
 QString LocalCallHistoryDb::hashOf(const CallEntry &call)
 {
     QCryptographicHash hash(QCryptographicHash::Md5);
-    hash.addData(littleEndian(secondsOf(call)));
+    hash.addData(littleEndian(unixSeconds(call.date)));
     hash.addData(call.address.toUtf8());
     hash.addData(littleEndian(call.type));
     return QString::fromLatin1(hash.result().toHex());
@@ -122,31 +118,28 @@ LocalCallHistoryDb::Added LocalCallHistoryDb::add(const CallEntry &call)
             .addTextParam(call.unique_id));
     if (there.moveNext())
         return {there.getInt64(0), true, there.getInt(1) != 0};
-    m_db.executeCachedThrow(
-        Sqlite3Sql(
-            QStringLiteral(
-                "insert into call(address,date,duration,flags,person,hash,name,country_code,network_code,"
-                "read,assisted,face_time_data,originalAddress,answered,call_type,availability,device_id,"
-                "cn,unique_id) values(?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)"))
-            .addTextParam(call.address)
-            .addInt64Param(secondsOf(call))
-            .addIntParam(call.duration)
-            .addIntParam(call.type)
-            .addTextParam(call.person)
-            .addTextParam(hash)
-            .addTextParam(call.name)
-            .addTextParam(call.country_code)
-            .addTextParam(call.network_code)
-            .addIntParam(call.read)
-            .addIntParam(call.assisted)
-            .addBlobParam(call.face_time_data)
-            .addTextParam(call.originalAddress)
-            .addIntParam(call.answered)
-            .addIntParam(call.call_type)
-            .addIntParam(call.availability)
-            .addTextParam(call.device_id)
-            .addTextParam(call.cn)
-            .addTextParam(call.unique_id));
+    Sqlite3Sql insert(
+        QStringLiteral("insert into call(address,date,duration,flags,person,hash,name,country_code,"
+                       "network_code,read,assisted,face_time_data,originalAddress,answered,call_type,"
+                       "availability,device_id,cn,unique_id) values(?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)"));
+    m_db.executeCachedThrow(addDate(insert.addTextParam(call.address), call.date)
+                                .addIntParam(call.duration)
+                                .addIntParam(call.type)
+                                .addTextParam(call.person)
+                                .addTextParam(hash)
+                                .addTextParam(call.name)
+                                .addTextParam(call.country_code)
+                                .addTextParam(call.network_code)
+                                .addIntParam(call.read)
+                                .addIntParam(call.assisted)
+                                .addBlobParam(call.face_time_data)
+                                .addTextParam(call.originalAddress)
+                                .addIntParam(call.answered)
+                                .addIntParam(call.call_type)
+                                .addIntParam(call.availability)
+                                .addTextParam(call.device_id)
+                                .addTextParam(call.cn)
+                                .addTextParam(call.unique_id));
     return {m_db.lastInsertId()};
 }
 

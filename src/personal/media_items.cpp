@@ -2,9 +2,9 @@
 
 #include "backup/backup_manifest.h"
 #include "backup/device_database.h"
-#include "base/apple_time.h"
 #include "base/error.h"
 #include "base/report.h"
+#include "personal/stored_date.h"
 #include "sqlite/read_rows.h"
 
 #include <QFileInfo>
@@ -74,7 +74,7 @@ QList<RecordingItem> readPlace(BackupManifest &backup, const RecordingsPlace &pl
     readRows(db, rows, report, [&](const Sqlite3Cursor &row) {
         return [&] {
             RecordingItem item;
-            item.date = QDateTime::fromSecsSinceEpoch(unixFromApple(row.getInt(1)), Qt::UTC);
+            item.date = storedDate(row, 1, Epoch::Apple, db.name(), report);
             item.duration = row.getInt(2);
             item.file = audioOf(backup, place, row.getText(3));
             items.append(item);
@@ -86,7 +86,7 @@ QList<RecordingItem> readPlace(BackupManifest &backup, const RecordingsPlace &pl
 // A recording that a newer system has taken over stands in the older database as well.
 QString identityOf(const RecordingItem &item)
 {
-    return QStringLiteral("%1 %2").arg(item.date.toSecsSinceEpoch()).arg(item.file);
+    return QStringLiteral("%1 %2").arg(unixSeconds(item.date)).arg(item.file);
 }
 
 /// Adds what is not among the items yet, and counts what is.
@@ -177,7 +177,7 @@ QList<VoicemailItem> readVoicemail(BackupManifest &backup, Report &report)
         return [&] {
             VoicemailItem item;
             item.rowid = row.getInt(0);
-            item.date = QDateTime::fromSecsSinceEpoch(row.getInt64(1), Qt::UTC);
+            item.date = storedDate(row, 1, Epoch::Unix, db.name(), report);
             item.sender = row.getText(2);
             item.duration = row.getInt(3);
             item.file = audio.value(QByteArray::number(item.rowid), FileCatalogue::none);

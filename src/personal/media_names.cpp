@@ -13,7 +13,8 @@ QString dateText(const QDateTime &date)
 
 QString namedByDate(const QDateTime &date, const QString &sender, QByteArrayView devicePath)
 {
-    QString name = date.toLocalTime().toString(QStringLiteral("yyyyMMdd-hhmmss"));
+    QString name = date.isValid() ? date.toLocalTime().toString(QStringLiteral("yyyyMMdd-hhmmss"))
+                                  : QStringLiteral("undated");
     QString safe = sender;
     safe.replace(QLatin1Char('.'), QLatin1Char('_'));
     if (const QString who = safeFileName(safe); !who.isEmpty())

@@ -1,10 +1,10 @@
 #include "personal/notes_db.h"
 
 #include "backup/device_database.h"
-#include "base/apple_time.h"
 #include "base/error.h"
 #include "base/report.h"
 #include "personal/plain_text.h"
+#include "personal/stored_date.h"
 #include "sqlite/read_rows.h"
 
 #include <QCryptographicHash>
@@ -25,21 +25,6 @@ const TableRows noteRows{QStringLiteral("ZNOTE"),
                          {QStringLiteral("ZINTEGERID"), QStringLiteral("ZCREATIONDATE"),
                           QStringLiteral("ZMODIFICATIONDATE"), QStringLiteral("ZTITLE"),
                           QStringLiteral("ZSUMMARY"), QStringLiteral("ZBODY")}};
-
-QDateTime instantOfApple(int appleSecondsValue)
-{
-    return QDateTime::fromSecsSinceEpoch(unixFromApple(appleSecondsValue), Qt::UTC);
-}
-
-QDateTime instantOfUnix(qint64 seconds)
-{
-    return QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC);
-}
-
-qint64 unixOf(const QDateTime &date)
-{
-    return date.toMSecsSinceEpoch() / 1000;
-}
 
 QString summaryOf(const QString &content)
 {
@@ -62,10 +47,10 @@ struct LocalColumns
     {
     }
 
-    NoteEntry read(const Sqlite3Cursor &row) const
+    NoteEntry read(const Sqlite3Cursor &row, const QString &where, Report &report) const
     {
-        return {instantOfUnix(row.getInt64(created)),
-                instantOfUnix(row.getInt64(modified)),
+        return {storedDate(row, created, Epoch::Unix, where, report),
+                storedDate(row, modified, Epoch::Unix, where, report),
                 row.getText(title),
                 row.getText(summary),
                 row.getText(content),
@@ -151,8 +136,8 @@ QList<NoteEntry> IOSNotesDb::readAll(Scope scope, Report &report)
             NoteEntry note;
             note.src_id = QString::number(row.getInt64(1));
             note.dev_id = m_deviceId;
-            note.create_date = instantOfApple(row.getInt(2));
-            note.modified_date = instantOfApple(row.getInt(3));
+            note.create_date = storedDate(row, 2, Epoch::Apple, m_db.name(), report);
+            note.modified_date = storedDate(row, 3, Epoch::Apple, m_db.name(), report);
             note.title = row.getText(4);
             note.summary = plainTextOfHtml(row.getText(5));
             note.content = body == bodies.constEnd() ? QString() : *body;
@@ -186,7 +171,9 @@ QList<NoteEntry> LocalNotesDb::readAll(Report &report)
                                  QStringLiteral("src_id"), QStringLiteral("hash")}};
     std::vector<std::pair<qint64, NoteEntry>> found;
     readRows(m_db, rows, report, [&](const Sqlite3Cursor &row) {
-        return [&, columns = LocalColumns(row)] { found.emplace_back(row.getInt64(0), columns.read(row)); };
+        return [&, columns = LocalColumns(row)] {
+            found.emplace_back(row.getInt64(0), columns.read(row, m_db.name(), report));
+        };
     });
     std::sort(found.begin(), found.end(), [](const auto &a, const auto &b) {
         const QDateTime &one = a.second.modified_date;
@@ -206,7 +193,8 @@ std::optional<NoteEntry> LocalNotesDb::read(const QString &hash)
         Sqlite3Sql(QStringLiteral("select * from notes where hash=? limit 1")).addTextParam(hash));
     if (!row.moveNext())
         return std::nullopt;
-    return LocalColumns(row).read(row);
+    Report untold; // the list of the notes tells it
+    return LocalColumns(row).read(row, m_db.name(), untold);
 }
 
 QString LocalNotesDb::hashOf(const NoteEntry &note)
@@ -221,9 +209,8 @@ LocalNotesDb::Saved LocalNotesDb::save(const NoteEntry &note)
 {
     const QString hash = hashOf(note);
     const auto bound = [&note](const char *statement) {
-        return Sqlite3Sql(QLatin1String(statement))
-            .addInt64Param(unixOf(note.create_date))
-            .addInt64Param(unixOf(note.modified_date))
+        Sqlite3Sql sql{QLatin1String(statement)};
+        return addDate(addDate(sql, note.create_date), note.modified_date)
             .addTextParam(note.title)
             .addTextParam(note.summary)
             .addTextParam(note.content)

@@ -2330,8 +2330,8 @@ What the window does, quillbarrow-cli does without one: see quillbarrow-cli --he
     <message numerus="yes">
         <source>IDS_ISSUE_DATES_DAMAGED</source>
         <translation>
-            <numerusform>%n date of %1 is not a date: %2</numerusform>
-            <numerusform>%n dates of %1 are not dates: %2</numerusform>
+            <numerusform>%n date of %1 is not a date</numerusform>
+            <numerusform>%n dates of %1 are not dates</numerusform>
         </translation>
     </message>
     <message numerus="yes">

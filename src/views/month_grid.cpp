@@ -31,7 +31,8 @@ void MonthGrid::setEvents(const QList<CalendarEvent> &events)
     setDateTextFormat(QDate(), QTextCharFormat());
     QSet<QDate> days;
     for (const CalendarEvent &event : events)
-        days.insert(dayOf(event));
+        if (const QDate day = dayOf(event); day.isValid()) // without a day, every day would be meant
+            days.insert(day);
     for (const QDate &day : std::as_const(days))
         setDateTextFormat(day, busy);
 }

@@ -262,8 +262,49 @@ class Damaged(Source):
                 self.assertEqual((status, handed), (1, 0))
                 self.assertTrue(any(f"{file[0]} {file[1]}" in line for line in told), told)
 
+    def change(self, backup, file, script):
+        """Runs statements on a database of a backup, which has no log then."""
+        database = self.database(backup, file)
+        for trigger, in database.execute("select name from sqlite_master where type='trigger'").fetchall():
+            database.execute(f"drop trigger {trigger}")
+        database.execute("pragma legacy_alter_table=on")
+        database.executescript(script)
+        database.execute("pragma journal_mode=delete")
+        database.close()
+        shutil.copy(self.folder / "private" / "copy.db", stored(backup, file_id(*file)))
+        log = stored(backup, file_id(file[0], file[1] + "-wal"))
+        if log.exists():
+            log.write_bytes(b"")
+
+    def test_dates_that_are_none(self):
+        columns = [("12", "calls", "ZDATE", "date"), ("6", "calls", "date", "date"), ("12", "notes", "ZCREATIONDATE", "create_date"),
+                   ("12", "calendar", "start_date", "start_date"), ("12", "calendar", "end_date", "end_date"),
+                   ("12", "voicemail", "date", "date"), ("12", "recordings", "ZDATE", "date")]
+        for number, (ios, name, column, key) in enumerate(columns):
+            whole = self.sample("--ios", ios, "--layout", "mbdb")
+            file, table, _ = next(each for each in TABLES[name] if file_id(*each[0]) in records_of(whole))
+            nulls = [line[key] for line in self.show(name, whole)[3]].count(None)
+            for values, damaged in ((("null",), 0), (("'soon'", "1e18", "-1e18", "x'00ff'", "9e999"), 5)):
+                with self.subTest(ios=ios, name=name, column=column, values=values):
+                    backup = self.copy(whole, f"dates {number} {damaged}")
+                    shown = {"calendar": "entity_type=2 and birthday_id<=0 and availability=0", "notes": "ZBODY is not null"}
+                    self.change(backup, file, ";".join(
+                        f"update {table} set {column}={value} where rowid=(select rowid from {table} where "
+                        f"{shown.get(name, 1)} limit 1 offset {row})" for row, value in enumerate(values)))
+                    status, _, told, lines = self.show(name, backup)
+                    found = [line for line in told if "not a date" in line or "not dates" in line]
+                    self.assertEqual(status, 1 if damaged else 0, told)
+                    self.assertEqual(found, [f"5 dates of {file[0]} {file[1]} are not dates"] if damaged else [])
+                    self.assertEqual([line[key] for line in lines].count(None), nulls + len(values))
+                    if name in ("calls", "notes", "calendar"):
+                        home = self.folder / f"home {number} {damaged}"
+                        self.assertIn(run("save", name, backup, "--into", "kept", home=home).returncode, (0, 1))
+                        kept = run("show", name, "local:kept", home=home)
+                        self.assertEqual((kept.returncode, kept.stderr), (0, b""))
+                        dates = [json.loads(line)[key] for line in kept.stdout.splitlines()]
+                        self.assertEqual(dates.count(None), nulls + len(values))
+
     def test_tables_and_columns_that_are_missing(self):
-        whole = self.sample("--ios", "12", "--layout", "modern")
         changes = [
             ("calendar", "alter table CalendarItem rename column birthday_id to other"),
             ("calendar", "alter table CalendarItem rename column summary to other"),
@@ -278,22 +319,11 @@ class Damaged(Source):
         ]
         for number, (name, script) in enumerate(changes):
             with self.subTest(name=name, script=script):
+                whole = self.sample("--ios", "12", "--layout", "modern")
                 backup = self.copy(whole, f"changed {number}")
                 before = self.show(name, backup, "--everything")
                 file = next(each[0] for each in TABLES[name] if file_id(*each[0]) in records_of(whole))
-                target = stored(backup, file_id(*file))
-                database = self.database(backup, file)
-                for trigger, in database.execute("select name from sqlite_master where type='trigger'").fetchall():
-                    database.execute(f"drop trigger {trigger}")
-                database.execute("pragma legacy_alter_table=on")
-                database.execute(script)
-                database.commit()
-                database.execute("pragma journal_mode=delete")
-                database.close()
-                shutil.copy(self.folder / "private" / "copy.db", target)
-                log = stored(backup, file_id(file[0], file[1] + "-wal"))
-                if log.exists():
-                    log.write_bytes(b"")
+                self.change(backup, file, script)
                 status, handed, told, _ = self.show(name, backup, "--everything")
                 self.assertEqual((status, handed), (1, before[1]), told)
                 self.assertTrue(any(f"{file[0]} {file[1]}" in line for line in told), told)
