@@ -92,7 +92,7 @@ int IOS5CallsDbCore::clientVersion(Report &report) const
     readRows(m_db,
              {.table = QStringLiteral("_SqliteDatabaseProperties"),
               .columns = {QStringLiteral("key"), QStringLiteral("value")},
-              .need = TableRows::Need::Optional},
+              .need = TableRows::Need::Expected},
              report, [&version](const Sqlite3Cursor &row) {
                  return [&version, &row] {
                      if (row.viewText(1) == QByteArrayView("_ClientVersion"))
@@ -137,7 +137,12 @@ QList<CallEntry> IOS5CallsDbCore::readAll(Report &report)
                                  QStringLiteral("originalAddress"), QStringLiteral("answered")}};
     m_db.requireTable(rows.table);
     const bool hasAnswered = m_db.tbCols(rows.table).contains(QStringLiteral("answered"));
-    const int version = clientVersion(report);
+    // Without calls, or with that column, nobody needs the version: the table that has it may be missing.
+    auto version = [&, known = std::optional<int>()]() mutable {
+        if (!known)
+            known = hasAnswered ? 0 : clientVersion(report);
+        return *known;
+    };
     QList<std::pair<double, CallEntry>> calls;
     readRows(m_db, rows, report, [&](const Sqlite3Cursor &row) {
         return [&] {
@@ -154,7 +159,7 @@ QList<CallEntry> IOS5CallsDbCore::readAll(Report &report)
             call.originalAddress = row.getText(11);
             call.answered = row.getInt(12);
             call.type =
-                static_cast<int>(typeOfFlags(row.getInt(4), hasAnswered, call.answered != 0, version));
+                static_cast<int>(typeOfFlags(row.getInt(4), hasAnswered, call.answered != 0, version()));
             const double order = orderOf(call, row.getDouble(2));
             calls.append({order, std::move(call)});
         };

@@ -316,10 +316,13 @@ class Damaged(Source):
             ("bookmarks", "alter table bookmarks rename column url to other"),
             ("calls", "alter table ZCALLRECORD rename column ZDURATION to other"),
             ("voicemail", "alter table voicemail rename column sender to other"),
+            ("calls", "drop table _SqliteDatabaseProperties"),
         ]
         for number, (name, script) in enumerate(changes):
             with self.subTest(name=name, script=script):
-                whole = self.sample("--ios", "12", "--layout", "modern")
+                # Of older calls a table of its own tells what their kinds mean.
+                ios, layout = ("6", "mbdb") if "Properties" in script else ("12", "modern")
+                whole = self.sample("--ios", ios, "--layout", layout)
                 backup = self.copy(whole, f"changed {number}")
                 before = self.show(name, backup, "--everything")
                 file = next(each[0] for each in TABLES[name] if file_id(*each[0]) in records_of(whole))

@@ -35,7 +35,8 @@ QString filled(const QString &table, const QString &columns, const QString &valu
                .arg(values);
 }
 
-const QString calls = filled(u"call"_s, u"ROWID INTEGER PRIMARY KEY, address, date, duration, flags, pad"_s,
+const QString calls = u"create table _SqliteDatabaseProperties(key, value);"_s +
+                      filled(u"call"_s, u"ROWID INTEGER PRIMARY KEY, address, date, duration, flags, pad"_s,
                              u"i,'+1'||i,i,5,4,hex(zeroblob(40))"_s);
 const QString newerCalls = filled(
     u"ZCALLRECORD"_s, u"Z_PK INTEGER PRIMARY KEY, ZADDRESS, ZDATE, ZDURATION, ZANSWERED, ZORIGINATED, pad"_s,
@@ -273,6 +274,8 @@ void TestDamagedRecords::whatIsMissing_data()
                                   << Read(readNotes);
     QTest::newRow("no dates") << callsFile << calls << u"alter table call drop column date"_s
                               << Read(readCalls);
+    QTest::newRow("no version that tells what flags of calls mean")
+        << callsFile << calls << u"drop table _SqliteDatabaseProperties"_s << Read(readCalls);
     QTest::newRow("no titles") << bookmarksFile << bookmarks << u"alter table bookmarks drop column title"_s
                                << Read(readBookmarks);
 }
