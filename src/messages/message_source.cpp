@@ -44,6 +44,7 @@ MessageSource openStore(const QString &folder, MessageStoreFile &&store)
         opened.database = std::make_unique<NoMessages>();
         return opened;
     }
+    AbsLocalDb::requireContent(store.path());
     prepareStore(store);
     opened.database =
         std::make_unique<IOS6MessageDb>(store.path(), opened.files.get(), ContactNames::AsStored);

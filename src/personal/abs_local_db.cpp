@@ -25,8 +25,17 @@ bool AbsLocalDb::openExisting()
 {
     if (!m_db.isOpen() && !QFile::exists(m_path))
         return false;
+    if (!m_db.isOpen())
+        requireContent(m_path);
     open();
     return true;
+}
+
+void AbsLocalDb::requireContent(const QString &path)
+{
+    if (const QFileInfo file(path); file.isFile() && file.size() == 0)
+        throw Error(QStringLiteral("%1 has 0 bytes: its content is lost, or was never written.").arg(path),
+                    ErrorKind::Damaged, FileAccess::Reading);
 }
 
 void AbsLocalDb::openFile()

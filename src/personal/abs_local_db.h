@@ -16,8 +16,10 @@ public:
     /// Throws Error.
     void open();
     /// The same without making one: false when there is no such store yet. Throws Error for one that cannot
-    /// be read.
+    /// be read, or has lost its content.
     bool openExisting();
+    /// Throws Error for a file of 0 bytes, which SQLite takes for a new database.
+    static void requireContent(const QString &path);
     bool isOpen() const { return m_db.isOpen(); }
     QString path() const { return m_path; }
 

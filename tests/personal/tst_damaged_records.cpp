@@ -367,6 +367,9 @@ void TestDamagedRecords::localStores()
     QVERIFY(isIndexed || report.issues().first().reason.contains(table));
     if (dataClass != DataClass::Calendar || isMain)
         QVERIFY_EXCEPTION_THROWN(openLocalRecords(folder.path())->count(dataClass, report), Error);
+    QVERIFY(QFile::resize(path, 0));
+    QVERIFY_EXCEPTION_THROWN(openLocalRecords(folder.path())->count(dataClass, report), Error);
+    QVERIFY_EXCEPTION_THROWN(listed(dataClass, *openLocalRecords(folder.path()), report), Error);
 }
 
 QTEST_APPLESS_MAIN(TestDamagedRecords)
