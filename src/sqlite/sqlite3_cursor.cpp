@@ -45,7 +45,7 @@ bool Sqlite3Cursor::moveNext()
 
 void Sqlite3Cursor::fail() const
 {
-    m_db->fail(QStringLiteral("can not read %1. %2"));
+    m_db->fail();
 }
 
 void Sqlite3Cursor::bindInt64(int position, qint64 value)

@@ -174,11 +174,15 @@ bool Sqlite3DB::ranAway() const
            sqlite3_errcode(m_db) == SQLITE_INTERRUPT;
 }
 
-void Sqlite3DB::fail(const QString &sentence) const
+void Sqlite3DB::fail() const
 {
     if (m_guard && m_guard->end() == ForeignGuard::End::Stopped && sqlite3_errcode(m_db) == SQLITE_INTERRUPT)
         throw Cancelled();
-    throw failure(sentence);
+    const int code = lastFailure().code;
+    const int simple = code & withoutExtension;
+    const bool isWrite = simple == SQLITE_FULL || simple == SQLITE_READONLY || code == SQLITE_IOERR_WRITE ||
+                         code == SQLITE_IOERR_FSYNC || code == SQLITE_IOERR_TRUNCATE;
+    throw failure(isWrite ? QStringLiteral("can not write %1. %2") : QStringLiteral("can not read %1. %2"));
 }
 
 int Sqlite3DB::lastErrorCode() const
@@ -268,7 +272,7 @@ Sqlite3Cursor Sqlite3DB::queryThrow(const Sqlite3Sql &sql) const
     const QByteArray text = sql.sql().toUtf8();
     if (sqlite3_prepare_v2(m_db, text.constData(), static_cast<int>(text.size()), &statement, nullptr) !=
         SQLITE_OK)
-        fail(QStringLiteral("can not read %1. %2"));
+        fail();
     sql.bindTo(statement);
     return Sqlite3Cursor(statement, *this);
 }

@@ -112,8 +112,8 @@ public:
     sqlite3 *handle() const { return m_db; }
     /// Null for a database of our own.
     ForeignGuard *guard() const { return m_guard.get(); }
-    /// Throws the last failure, see failure().
-    [[noreturn]] void fail(const QString &sentence) const;
+    /// Throws the failure of a statement, which says whether the file could not be read or not be written.
+    [[noreturn]] void fail() const;
 
 private:
     /// What SQLite says of a failure, kept of an attempt to open.

@@ -222,6 +222,8 @@ void TestSqlite::failureHasAKind()
     QVERIFY2(error.sentence().contains(path), qPrintable(error.sentence()));
     QTEST(error.kind(), "kind");
     QTEST(error.isWriting(), "isWriting");
+    QCOMPARE(error.sentence().contains(u"can not write"_s),
+             error.kind() == ErrorKind::NoSpace || error.kind() == ErrorKind::Denied);
     QCOMPARE(error.where(), QString());
 }
 
