@@ -2,6 +2,7 @@
 
 #include "base/error.h"
 #include "base/source_guard.h"
+#include "base/texts.h"
 #include "cli/arguments.h"
 #include "cli/date_range.h"
 #include "cli/local_database.h"
@@ -61,10 +62,11 @@ void requireFormat(DataClass dataClass, const std::optional<QString> &format)
     const QStringList formats = formatsOf(dataClass);
     const QString name = dataClassName(dataClass);
     if (formats.isEmpty() && format)
-        wrongUsage(QStringLiteral("--format: %1 are copied as they are").arg(name));
+        wrongUsage(
+            QStringLiteral("--format does not go with %1: the files are copied as they are").arg(name));
     if (!formats.isEmpty() && !formats.contains(format.value_or(QString())))
         wrongUsage(
-            QStringLiteral("--format: %1 are written as %2").arg(name, formats.join(QStringLiteral(", "))));
+            QStringLiteral("--format: for %1 it is one of %2").arg(name, formats.join(QStringLiteral(", "))));
 }
 
 DateRange dateRangeOf(const CLI::Option *from, const CLI::Option *to)
@@ -113,10 +115,10 @@ ExitStatus exportMessagesOf(const ExportRequest &request, const PasswordOption &
         messages.database->select(request.chats, request.dates.from, request.dates.to);
     const ExportedMessages exported =
         exportMessages(selected, *format, target, messages.files.get(), context.progress);
-    context.tell(QStringLiteral("%1 messages written, %2 files, %3 attachments")
-                     .arg(exported.report.done)
-                     .arg(exported.files.size())
-                     .arg(exported.attachmentsCopied));
+    context.tell(QStringList{textFor("IDS_MESSAGES_WRITTEN", exported.report.done),
+                             textFor("IDS_WRITTEN_FILES", exported.files.size()),
+                             textFor("IDS_WRITTEN_ATTACHMENTS", exported.attachmentsCopied)}
+                     .join(QStringLiteral(", ")));
     Report report = messages.report();
     report.merge(exported.report);
     return context.report(report);

@@ -21,7 +21,7 @@ std::unique_ptr<BackupManifest> openMediaSource(DataClass dataClass, const QStri
                                                 const PasswordOption &password, Progress &progress)
 {
     if (source.startsWith(QLatin1String("local:")))
-        throw Error(QStringLiteral("%1 are not kept in local databases").arg(dataClassName(dataClass)));
+        throw Error(QStringLiteral("local databases keep no %1").arg(dataClassName(dataClass)));
     return openBackup(source, password, progress);
 }
 

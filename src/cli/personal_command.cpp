@@ -4,6 +4,7 @@
 #include "base/apple_time.h"
 #include "base/error.h"
 #include "base/report.h"
+#include "base/texts.h"
 #include "cli/local_database.h"
 #include "cli/open_backup.h"
 #include "cli/personal_json.h"
@@ -43,6 +44,22 @@ RecordSelection selectRecords(const RecordExport &request, PersonalSource &recor
                        [](const NoteEntry &note) { return note.modified_date; });
     default:
         return std::make_shared<const BookmarkTree>(records.bookmarks(request.scope, report));
+    }
+}
+
+const char *writtenText(DataClass dataClass)
+{
+    switch (dataClass) {
+    case DataClass::Contacts:
+        return "IDS_CONTACTS_WRITTEN";
+    case DataClass::Calls:
+        return "IDS_CALLS_WRITTEN";
+    case DataClass::Notes:
+        return "IDS_NOTES_WRITTEN";
+    case DataClass::Calendar:
+        return "IDS_EVENTS_WRITTEN";
+    default:
+        return "IDS_BOOKMARKS_WRITTEN";
     }
 }
 
@@ -146,6 +163,6 @@ ExitStatus exportRecords(const RecordExport &request, const PasswordOption &pass
     report.merge(reportOf(open.backup.get()));
     report.merge(exportRecords(selection, request.format, target, context.progress));
     context.progress.clear();
-    context.tell(QStringLiteral("%1 %2 written").arg(report.done).arg(dataClassName(request.dataClass)));
+    context.tell(textFor(writtenText(request.dataClass), report.done));
     return context.report(report);
 }

@@ -131,7 +131,7 @@ std::optional<DataClass> classToSave(const CLI::Option *className)
     if (!dataClass)
         wrongUsage(QStringLiteral("CLASS: there is no \"%1\"").arg(name));
     if (!isPersonalClass(*dataClass) && dataClass != DataClass::Messages)
-        wrongUsage(QStringLiteral("CLASS: %1 are not kept in local databases").arg(name));
+        wrongUsage(QStringLiteral("CLASS: local databases keep no %1").arg(name));
     return dataClass;
 }
 } // namespace

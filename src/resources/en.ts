@@ -798,6 +798,62 @@
         </translation>
     </message>
     <message numerus="yes">
+        <source>IDS_MESSAGES_WRITTEN</source>
+        <translation>
+            <numerusform>%n message written</numerusform>
+            <numerusform>%n messages written</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_WRITTEN_FILES</source>
+        <translation>
+            <numerusform>%n file</numerusform>
+            <numerusform>%n files</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_WRITTEN_ATTACHMENTS</source>
+        <translation>
+            <numerusform>%n attachment</numerusform>
+            <numerusform>%n attachments</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_CONTACTS_WRITTEN</source>
+        <translation>
+            <numerusform>%n contact written</numerusform>
+            <numerusform>%n contacts written</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_CALLS_WRITTEN</source>
+        <translation>
+            <numerusform>%n call written</numerusform>
+            <numerusform>%n calls written</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_NOTES_WRITTEN</source>
+        <translation>
+            <numerusform>%n note written</numerusform>
+            <numerusform>%n notes written</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_EVENTS_WRITTEN</source>
+        <translation>
+            <numerusform>%n event written</numerusform>
+            <numerusform>%n events written</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>IDS_BOOKMARKS_WRITTEN</source>
+        <translation>
+            <numerusform>%n bookmark written</numerusform>
+            <numerusform>%n bookmarks written</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
         <source>IDS_ISSUE_ATTACHMENTS_NOT_WRITTEN</source>
         <translation>
             <numerusform>%n attachment could not be written: %1 (%2)</numerusform>
