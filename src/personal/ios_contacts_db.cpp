@@ -335,7 +335,7 @@ void IOSContactsDb::readValues(Scope scope, Report &report)
         take(value);
     tellLeftOut(report, IssueKind::Hidden, "IDS_ISSUE_VALUES_WITHOUT_LABEL", withoutLabel);
     tellLeftOut(report, IssueKind::Hidden, "IDS_ISSUE_VALUES_OF_UNKNOWN_KIND", ofUnknownKind);
-    tellLeftOut(report, IssueKind::LeftOut, "IDS_ISSUE_VALUES_OF_NOBODY", ofNobody);
+    tellLeftOut(report, IssueKind::Damaged, "IDS_ISSUE_VALUES_OF_NOBODY", ofNobody);
     parts.reportLeftOut(peopleFile.display(), report);
 }
 
