@@ -34,8 +34,9 @@ struct Tampering
     const char *statements; // ?: the name
 };
 const Tampering tamperings[] = {
-    {"Library/AddressBook/AddressBook.sqlitedb", "update ABPerson set First=?, Last='', Organization=?, "
-                                                 "Note=?; update ABMultiValue set value=? where rowid%2"},
+    {"Library/AddressBook/AddressBook.sqlitedb",
+     "update ABPerson set First=?, Last='', Organization=?, "
+     "Note=?; update ABMultiValue set value=? where rowid%2 and property<>12"},
     {"Library/SMS/sms.db", "update chat set display_name=?; update message set text=?, subject=?;"
                            "update attachment set transfer_name=?"},
     {"Library/CallHistoryDB/CallHistory.storedata", "update ZCALLRECORD set ZADDRESS=?, ZNAME=?"},
