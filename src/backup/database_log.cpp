@@ -7,8 +7,8 @@
 #include <QtEndian>
 
 namespace {
-// The header of the log: magic, version, page size, counter, two salts, two sums. Before each page: its number, the
-// pages of the database when the page ends a change and else 0, the two salts, two sums.
+// The header of the log: magic, version, page size, counter, two salts, two sums. Before each page: its
+// number, the pages of the database when the page ends a change and else 0, the two salts, two sums.
 constexpr qsizetype headerSize = 32;
 constexpr qsizetype frameHeaderSize = 24;
 constexpr qsizetype saltsSize = 8;
@@ -76,10 +76,19 @@ QString faultOfLog(const QString &log)
     const QByteArrayView salts = QByteArrayView(header).sliced(16, saltsSize);
     const qsizetype frameSize = frameHeaderSize + numberAt(header, 8);
     bool isAtEndOfChange = true;
+    bool isBehindEnd = false;
     for (;;) {
         const QByteArray frame = file.read(frameSize);
-        if (frame.size() < 16 || QByteArrayView(frame).sliced(8, saltsSize) != salts)
+        if (frame.size() < 16)
             break;
+        // What an older log left behind the end has other salts. A page of this log there shows that the one
+        // which seemed to end it is damaged.
+        if (QByteArrayView(frame).sliced(8, saltsSize) != salts) {
+            isBehindEnd = true;
+            continue;
+        }
+        if (isBehindEnd)
+            return QStringLiteral("it is damaged");
         sums.add(frame.first(8));
         sums.add(frame.sliced(std::min(frame.size(), frameHeaderSize)));
         if (frame.size() < frameSize || !sums.areAt(frame, 16))

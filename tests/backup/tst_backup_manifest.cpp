@@ -2,11 +2,13 @@
 
 #include "backup/backup_list.h"
 #include "backup/cache_folder.h"
+#include "backup/database_log.h"
 #include "backup/leftovers.h"
 #include "resources/resources.h"
 #include "sqlite/sqlite3_db.h"
 
 #include <QLockFile>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <sys/stat.h>
@@ -24,6 +26,7 @@ private slots:
     void databaseWithItsLog();
     void databaseThatLostItsLog_data();
     void databaseThatLostItsLog();
+    void logBrokenBetweenItsChanges();
     void databaseThatCannotBeFetched();
     void copiesForViewing();
     void copiesVanish();
@@ -178,6 +181,28 @@ void TestBackupManifest::databaseThatLostItsLog()
     QCOMPARE(report.issues().first().what, "IDS_ISSUE_DATABASE_LOG");
     QCOMPARE(report.issues().first().where, u"HomeDomain Library/SMS/sms.db-wal"_s);
     QCOMPARE(report.count(IssueKind::Damaged), 1);
+}
+
+// Readers of such a log stop there, at the end of a whole change.
+void TestBackupManifest::logBrokenBetweenItsChanges()
+{
+    constexpr qsizetype frame = 24 + 4096;
+    const QTemporaryDir folder;
+    const QString database = folder.filePath(u"a.db"_s);
+    Sqlite3DB db;
+    db.openThrow(database, SqliteOpen::ReadWriteCreate);
+    QVERIFY(db.exec(u"pragma page_size=4096; pragma journal_mode=wal; pragma wal_autocheckpoint=0;"
+                    "create table a(b); insert into a values(1); insert into a values(2)"_s));
+    QFile log(database + u"-wal"_s);
+    QVERIFY(log.open(QIODevice::ReadWrite));
+    const QByteArray whole = log.readAll();
+    QVERIFY(whole.size() >= 32 + 3 * frame);
+    QCOMPARE(faultOfLog(log.fileName()), QString());
+    for (qsizetype at = 32; at + 2 * frame <= whole.size(); at += frame) {
+        QVERIFY(log.seek(0) && log.write(QByteArray(whole).replace(at + 8, 8, QByteArray(8, 'x'))) > 0);
+        log.flush();
+        QVERIFY2(!faultOfLog(log.fileName()).isEmpty(), qPrintable(QString::number(at)));
+    }
 }
 
 void TestBackupManifest::databaseThatCannotBeFetched()
