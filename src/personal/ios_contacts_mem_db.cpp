@@ -23,6 +23,7 @@ void IOSContactsMemDb::findPhotos(FileSource &source)
 {
     if (!openDeviceDatabase(m_images, source, imagesFile))
         return;
+    m_images.checkPages();
     if (!m_images.damage().isEmpty())
         m_report.add("IDS_ISSUE_PICTURES_OF_NUMBERS",
                      Error(m_images.damage(), ErrorKind::Damaged, FileAccess::Reading).at(m_images.name()));

@@ -51,6 +51,7 @@ NumberNames::NumberNames(FileSource &source, const NumberNormaliser &normalise, 
         Sqlite3DB db;
         if (!openDeviceDatabase(db, source, addressBook))
             return;
+        db.checkPages();
         if (!db.damage().isEmpty())
             report.add("IDS_ISSUE_NAMES_OF_NUMBERS", damageOf(db));
         readAddressBook(db, report);
