@@ -5,6 +5,7 @@
 #include "base/texts.h"
 #include "views/fonts.h"
 #include "views/item_model_backups.h"
+#include "views/notice_bar.h"
 #include "views/state_stack.h"
 #include "views/two_line_delegate.h"
 #include "work/make_sample_thread.h"
@@ -23,6 +24,7 @@
 
 namespace {
 constexpr QSize dialogSize(560, 440);
+constexpr QSize noticeRoom(0, 80);
 
 QLabel *linkLabel(const char *text, const char *name)
 {
@@ -45,11 +47,12 @@ LoadItunesBackupDlg::LoadItunesBackupDlg(const QStringList &roots, const QSet<QS
     setWindowTitle(textFor("IDS_MI_LOAD_BACKUP"));
     buildWidgets();
     new WinMovable(this);
-    Report unlisted; // goes into the log
-    m_model->setBackups(listBackups(m_roots, unlisted));
+    Report unreadable;
+    m_model->setBackups(listBackups(m_roots, unreadable));
+    m_notices->setReport(unreadable);
     refreshState();
     select(0);
-    resize(dialogSize);
+    resize(unreadable.isEmpty() ? dialogSize : dialogSize + noticeRoom);
 }
 
 void LoadItunesBackupDlg::buildWidgets()
@@ -65,6 +68,7 @@ void LoadItunesBackupDlg::buildWidgets()
         new TwoLineDelegate(ItemModelBackups::DescriptionRole, SecondLine::Quiet, m_list));
     m_list->setIconSize({24, 24});
     m_list->setUniformItemSizes(true);
+    m_notices = new NoticeBar;
     m_states = new StateStack(m_list);
     m_addOther = linkLabel("IDS_ADD_OTHER_BACKUP", "lbAddOther");
     QLabel *messageFile = linkLabel("IDS_OPEN_MESSAGE_FILE", "lbMessageFile");
@@ -84,6 +88,7 @@ void LoadItunesBackupDlg::buildWidgets()
     layout->setSpacing(8);
     layout->addWidget(title);
     layout->addSpacing(8);
+    layout->addWidget(m_notices);
     layout->addWidget(m_states, 1);
     layout->addWidget(m_addOther);
     layout->addWidget(messageFile);

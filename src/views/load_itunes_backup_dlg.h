@@ -9,6 +9,7 @@ class ItemModelBackups;
 class QLabel;
 class QListView;
 class QPushButton;
+class NoticeBar;
 class StateStack;
 
 /// Lets the user choose one of the backups on this computer, or another folder, or make a sample backup when
@@ -49,6 +50,7 @@ private:
     QString m_selected;
     QString m_messageFile;
     ItemModelBackups *m_model;
+    NoticeBar *m_notices = nullptr;
     StateStack *m_states = nullptr;
     QListView *m_list = nullptr;
     QLabel *m_addOther = nullptr;

@@ -32,6 +32,7 @@ private slots:
     void listsAndLoads();
     void nothingSelected();
     void loadedAlready();
+    void backupThatCannotBeReadIsTold();
     void addOther();
     void emptyOffersASample();
 };
@@ -82,6 +83,22 @@ void TestLoadItunesBackupDlg::loadedAlready()
     QCOMPARE(add.text(), load.text());
     QVERIFY(dialog.isVisible());
     QCOMPARE(listOf(dialog)->model()->rowCount(), 1);
+}
+
+void TestLoadItunesBackupDlg::backupThatCannotBeReadIsTold()
+{
+    SampleOptions options;
+    options.password = QStringLiteral("pw");
+    const SampleBackup sample(options);
+    QFile description(sample.folder() + QStringLiteral("/Manifest.plist"));
+    QVERIFY(description.open(QIODevice::WriteOnly) && description.write("no list") > 0);
+    description.close();
+    LoadItunesBackupDlg dialog({sample.parentFolder()}, {});
+    dialog.show();
+    QCOMPARE(listOf(dialog)->model()->rowCount(), 0);
+    const auto *notice = dialog.findChild<QLabel *>(QStringLiteral("lbNotice"));
+    QVERIFY(notice->isVisible());
+    QVERIFY2(notice->text().remove(QChar(0x200b)).contains(sample.folder()), qPrintable(notice->text()));
 }
 
 void TestLoadItunesBackupDlg::addOther()
