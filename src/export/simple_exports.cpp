@@ -154,6 +154,16 @@ Report writtenEvents(const QList<CalendarEvent> &events, CalendarFormat format)
     return report;
 }
 
+/// True when a file with other content was there.
+bool replacePage(const QString &path, const QByteArray &page)
+{
+    QFile former(path);
+    const bool isOther = former.open(QIODevice::ReadOnly) && former.readAll() != page;
+    former.close();
+    writeWholeFile(path, page);
+    return isOther;
+}
+
 bool refersToServer(const QString &html)
 {
     static const QRegularExpression remote(
@@ -230,18 +240,6 @@ Report exportBookmarks(const BookmarkTree &tree, const QString &path, Progress &
     });
     return written(counted.done());
 }
-
-namespace {
-/// True when a file with other content was there.
-bool replacePage(const QString &path, const QByteArray &page)
-{
-    QFile former(path);
-    const bool isOther = former.open(QIODevice::ReadOnly) && former.readAll() != page;
-    former.close();
-    writeWholeFile(path, page);
-    return isOther;
-}
-} // namespace
 
 Report exportNotes(const QList<NoteEntry> &notes, const QString &folder, Progress &progress)
 {
